@@ -1,0 +1,13 @@
+#include "AdapterCustomDeleter.h"
+
+#include <new>
+
+namespace KeywordDetectorAdapterImplementation
+{
+
+void AdapterCustomDeleter::operator()(void* object)
+{
+    ::operator delete(object);
+}
+
+} // namespace KeywordDetectorAdapterImplementation

@@ -1,0 +1,35 @@
+# VeloxHwKwsImpl.dll, its version resource and its install tree.
+enable_language(RC)
+configure_file(${PROJECT_SOURCE_DIR}/cmake/version.rc.in ${PROJECT_BINARY_DIR}/version.rc @ONLY)
+
+add_library(VeloxHwKwsImpl SHARED ${PROJECT_BINARY_DIR}/version.rc)
+target_link_libraries(VeloxHwKwsImpl PRIVATE velox_hwkws)
+set_target_properties(VeloxHwKwsImpl PROPERTIES PREFIX "" EXPORT_NAME HwKwsImpl LINKER_LANGUAGE CXX)
+target_include_directories(VeloxHwKwsImpl INTERFACE
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+target_compile_features(VeloxHwKwsImpl INTERFACE cxx_std_20)
+add_library(Velox::HwKwsImpl ALIAS VeloxHwKwsImpl)
+
+# The C++ runtime is shared with the caller, so that an exception may pass to it: its DLLs go beside the library.
+set(VELOX_RUNTIME_DLLS)
+if(MINGW)
+    foreach(dll libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+        execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${dll}
+            OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+        if(NOT IS_ABSOLUTE ${path})
+            message(FATAL_ERROR "The compiler does not find its runtime library ${dll}.")
+        endif()
+        file(COPY ${path} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+        list(APPEND VELOX_RUNTIME_DLLS ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${dll})
+    endforeach()
+endif()
+
+include(CMakePackageConfigHelpers)
+install(TARGETS VeloxHwKwsImpl EXPORT VeloxHwKwsImplTargets
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(FILES ${VELOX_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/VeloxHwKwsImpl)
+install(EXPORT VeloxHwKwsImplTargets NAMESPACE Velox:: FILE VeloxHwKwsImplConfig.cmake DESTINATION ${package_dir})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/VeloxHwKwsImplConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/VeloxHwKwsImplConfigVersion.cmake DESTINATION ${package_dir})

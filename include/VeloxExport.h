@@ -1,0 +1,9 @@
+#pragma once
+
+// Export decoration of the few symbols that leave VeloxHwKwsImpl.dll. It is empty for callers: functions called through an
+// import library need no decoration, and the interfaces cross the boundary through their virtual tables alone.
+#if defined(_WIN32) && defined(VELOX_HWKWS_BUILDING_DLL)
+#define VELOX_EXPORT __declspec(dllexport)
+#else
+#define VELOX_EXPORT
+#endif

@@ -1,0 +1,40 @@
+#include "FaultInjector.h"
+
+namespace
+{
+
+FaultPlan* currentPlan = nullptr;
+int pauses = 0;
+
+} // namespace
+
+FaultPlan::FaultPlan(uint64_t first, uint64_t last, std::optional<FallibleCall> kind)
+    : firstFailing(first), lastFailing(last), failingKind(kind)
+{
+    currentPlan = this;
+}
+
+FaultPlan::~FaultPlan()
+{
+    currentPlan = nullptr;
+}
+
+bool FaultPlan::ShouldFail(FallibleCall kind)
+{
+    if (currentPlan == nullptr || pauses > 0 || (currentPlan->failingKind && *currentPlan->failingKind != kind))
+    {
+        return false;
+    }
+    const uint64_t call = ++currentPlan->calls;
+    return currentPlan->firstFailing <= call && call <= currentPlan->lastFailing;
+}
+
+FaultPause::FaultPause()
+{
+    ++pauses;
+}
+
+FaultPause::~FaultPause()
+{
+    --pauses;
+}
