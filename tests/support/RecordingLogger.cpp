@@ -1,5 +1,7 @@
 #include "RecordingLogger.h"
 
+#include "FaultInjector.h"
+
 #include <cstdarg>
 #include <cstdio>
 #include <stdexcept>
@@ -7,21 +9,25 @@
 
 void RecordingLogger::Log(uint32_t level, uint32_t source, const std::string& message)
 {
+    const FaultPause pause;
     Keep(::Log(level, source, message));
 }
 
 void RecordingLogger::LogWithStatus(uint32_t level, uint32_t source, const std::string& message, int32_t status)
 {
+    const FaultPause pause;
     Keep(::LogWithStatus(level, source, message, status));
 }
 
 void RecordingLogger::LogWithCode(uint32_t level, uint32_t source, const std::string& message, uint32_t code)
 {
+    const FaultPause pause;
     Keep(::LogWithCode(level, source, message, code));
 }
 
 void RecordingLogger::LogFormat(uint32_t level, uint32_t source, const char* format, ...)
 {
+    const FaultPause pause;
     va_list arguments;
     va_start(arguments, format);
     va_list again;
@@ -36,11 +42,13 @@ void RecordingLogger::LogFormat(uint32_t level, uint32_t source, const char* for
 
 void RecordingLogger::SetLevel(uint32_t level)
 {
+    const FaultPause pause;
     Keep(::SetLevel(level));
 }
 
 void RecordingLogger::SetLogToFile(bool enabled)
 {
+    const FaultPause pause;
     Keep(::SetLogToFile(enabled));
 }
 

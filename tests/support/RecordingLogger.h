@@ -6,7 +6,8 @@
 #include <functional>
 #include <vector>
 
-/// A logger that keeps every call, whatever its level, and can be told to throw.
+/// A logger that keeps every call, whatever its level, and can be told to throw. What it allocates itself does not count as a
+/// FallibleCall.
 class RecordingLogger : public IVeloxKeywordDetectorLogger
 {
 public:

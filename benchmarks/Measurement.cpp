@@ -1,0 +1,32 @@
+#include "Measurement.h"
+
+#include "RatioReporter.h"
+
+#include <benchmark/benchmark.h>
+
+namespace
+{
+
+void RegisterOne(const std::string& name, const std::function<void()>& body)
+{
+    benchmark::RegisterBenchmark(name.c_str(), [body](benchmark::State& state) {
+        for ([[maybe_unused]] auto _ : state)
+        {
+            body();
+        }
+    })->Unit(benchmark::kMicrosecond);
+}
+
+} // namespace
+
+std::string FloorName(const std::string& measurementName)
+{
+    return measurementName + ", floor";
+}
+
+void Register(const Measurement& measurement)
+{
+    RegisterOne(measurement.name, measurement.work);
+    RegisterOne(FloorName(measurement.name), measurement.floor);
+    RatioReporter::Expect(measurement.name, measurement.goal);
+}

@@ -1,0 +1,64 @@
+#include "RatioReporter.h"
+
+#include "Measurement.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace
+{
+
+struct Row
+{
+    std::string name;
+    double goal;
+};
+
+std::vector<Row> rows;
+
+} // namespace
+
+void RatioReporter::Expect(const std::string& measurementName, double goal)
+{
+    rows.push_back({measurementName, goal});
+}
+
+bool RatioReporter::ReportContext(const Context&)
+{
+    return true;
+}
+
+void RatioReporter::ReportRuns(const std::vector<Run>& runs)
+{
+    for (const Run& run : runs)
+    {
+        if (run.run_type == Run::RT_Iteration && !run.error_occurred)
+        {
+            microseconds[run.benchmark_name()].push_back(run.GetAdjustedCPUTime());
+        }
+    }
+}
+
+void RatioReporter::Finalize()
+{
+    std::printf("%-42s %12s %12s %7s %6s\n", "measurement", "time (us)", "floor (us)", "ratio", "goal");
+    for (const Row& row : rows)
+    {
+        // What the command line filtered out has no row.
+        if (!microseconds.contains(row.name) || !microseconds.contains(FloorName(row.name)))
+        {
+            continue;
+        }
+        const double time = Median(row.name);
+        const double floor = Median(FloorName(row.name));
+        std::printf("%-42s %12.2f %12.2f %7.3f %6.2f\n", row.name.c_str(), time, floor, time / floor, row.goal);
+    }
+}
+
+double RatioReporter::Median(const std::string& benchmarkName) const
+{
+    std::vector<double> times = microseconds.at(benchmarkName);
+    const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
+    std::nth_element(times.begin(), middle, times.end());
+    return *middle;
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+/// Prints one row for each measurement: its time, its floor's, their ratio and the goal.
+///
+/// A time is the median of the repetitions' processor times. The repetitions of a measurement and of its floor are run in turns,
+/// so that a change of the machine's speed meets both.
+class RatioReporter : public benchmark::BenchmarkReporter
+{
+public:
+    /// Makes the table have a row for this measurement. The rows stand in the order of the calls.
+    static void Expect(const std::string& measurementName, double goal);
+
+    bool ReportContext(const Context& context) override;
+    void ReportRuns(const std::vector<Run>& runs) override;
+    void Finalize() override;
+
+private:
+    double Median(const std::string& benchmarkName) const;
+
+    std::map<std::string, std::vector<double>> microseconds;
+};

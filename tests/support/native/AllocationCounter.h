@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+/// Counts the calls of the global operators new while it lives: all of them, or those for exactly one size. Counters may stand
+/// at the same time; the one made last goes first.
+class AllocationCounter
+{
+public:
+    explicit AllocationCounter(std::optional<std::size_t> countedSize = std::nullopt);
+    AllocationCounter(const AllocationCounter&) = delete;
+    AllocationCounter& operator=(const AllocationCounter&) = delete;
+    ~AllocationCounter();
+
+    uint64_t Calls() const
+    {
+        return calls;
+    }
+
+    /// Told by the operators new, once for each call, also one that fails.
+    static void Note(std::size_t size);
+
+private:
+    std::optional<std::size_t> size;
+    uint64_t calls = 0;
+    AllocationCounter* outer;
+};
+
+/// Bytes that the heap has handed out and not got back.
+std::size_t AllocatedBytes();
