@@ -34,6 +34,25 @@ bool ScriptedStream::Begin(const std::string& operation, const std::string& argu
     return fails;
 }
 
+bool ScriptedStream::BeginTransfer(const std::string& operation, ULONG size, ULONG* count, HRESULT* result)
+{
+    if (count != nullptr && claimedCount)
+    {
+        *count = *claimedCount;
+    }
+    return Begin(operation, std::to_string(size), result);
+}
+
+HRESULT ScriptedStream::EndTransfer(std::size_t moved, ULONG size, ULONG* count)
+{
+    position += moved;
+    if (count != nullptr && !claimedCount)
+    {
+        *count = static_cast<ULONG>(moved);
+    }
+    return moved == size ? S_OK : shortResult;
+}
+
 STDMETHODIMP ScriptedStream::QueryInterface(REFIID, void** object)
 {
     *object = nullptr;
@@ -53,7 +72,7 @@ STDMETHODIMP_(ULONG) ScriptedStream::Release()
 STDMETHODIMP ScriptedStream::Read(void* target, ULONG size, ULONG* count)
 {
     HRESULT result = S_OK;
-    if (Begin("Read", std::to_string(size), &result))
+    if (BeginTransfer("Read", size, count, &result))
     {
         return result;
     }
@@ -63,18 +82,13 @@ STDMETHODIMP ScriptedStream::Read(void* target, ULONG size, ULONG* count)
     {
         std::memcpy(target, content.data() + position, moved);
     }
-    position += moved;
-    if (count != nullptr)
-    {
-        *count = static_cast<ULONG>(moved);
-    }
-    return moved == size ? S_OK : shortResult;
+    return EndTransfer(moved, size, count);
 }
 
 STDMETHODIMP ScriptedStream::Write(const void* source, ULONG size, ULONG* count)
 {
     HRESULT result = S_OK;
-    if (Begin("Write", std::to_string(size), &result))
+    if (BeginTransfer("Write", size, count, &result))
     {
         return result;
     }
@@ -85,12 +99,7 @@ STDMETHODIMP ScriptedStream::Write(const void* source, ULONG size, ULONG* count)
     {
         std::memcpy(content.data() + position, source, moved);
     }
-    position += moved;
-    if (count != nullptr)
-    {
-        *count = static_cast<ULONG>(moved);
-    }
-    return moved == size ? S_OK : shortResult;
+    return EndTransfer(moved, size, count);
 }
 
 STDMETHODIMP ScriptedStream::Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* newPosition)

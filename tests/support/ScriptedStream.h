@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -25,6 +26,9 @@ public:
     /// Most bytes that one Read or Write moves; `shortResult` is what it then returns.
     uint32_t mostBytes = std::numeric_limits<uint32_t>::max();
     HRESULT shortResult = S_OK;
+
+    /// What Read and Write report as moved, whatever they moved, also in a call that Answer has taken over.
+    std::optional<uint32_t> claimedCount;
 
     /// End position that Seek reports instead of the content's length; 0: the content's length.
     uint64_t reportedEnd = 0;
@@ -52,6 +56,11 @@ public:
 private:
     /// Keeps the call; true when it is to return `*result` at once.
     bool Begin(const std::string& operation, const std::string& arguments, HRESULT* result);
+
+    /// Begins a Read or Write that tells its caller how much was moved.
+    bool BeginTransfer(const std::string& operation, ULONG size, ULONG* count, HRESULT* result);
+
+    HRESULT EndTransfer(std::size_t moved, ULONG size, ULONG* count);
 
     std::vector<uint8_t> content;
     std::size_t position = 0;

@@ -1,0 +1,42 @@
+#include "FaultInjector.h"
+#include "TemporaryFolder.h"
+
+#include <tinyxml2.h>
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+namespace
+{
+
+class FileOpen : public testing::Test
+{
+protected:
+    FileOpen()
+    {
+        WriteWholeFile(path, "<root/>");
+    }
+
+    TemporaryFolder folder;
+    std::string path = folder.Path() + "/file.xml";
+};
+
+TEST_F(FileOpen, FileStreamsFailAsThePlanSays)
+{
+    const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::FileOpen);
+    EXPECT_FALSE(std::ifstream(path).is_open());
+    EXPECT_TRUE(std::ifstream(path).is_open());
+    EXPECT_EQ(plan.Calls(), 2U);
+}
+
+TEST_F(FileOpen, XmlDocumentsFailAsThePlanSays)
+{
+    const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::FileOpen);
+    tinyxml2::XMLDocument document;
+    EXPECT_EQ(document.LoadFile(path.c_str()), tinyxml2::XML_ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(document.LoadFile(path.c_str()), tinyxml2::XML_SUCCESS);
+    EXPECT_EQ(plan.Calls(), 2U);
+}
+
+} // namespace
