@@ -28,6 +28,23 @@ EXPOSE(VeloxKeywordDetectorAdapterImpl, configurationReader);
 EXPOSE(VeloxKeywordDetectorAdapterImpl, userModelArmed);
 EXPOSE(VeloxKeywordDetectorAdapterImpl, armedLanguageId);
 EXPOSE(VeloxKeywordDetectorAdapterImpl, detectorId);
+EXPOSE(VeloxWovWrapper, enrollmentParameters);
+EXPOSE(VeloxWovWrapper, detectionParameters);
+EXPOSE(VeloxWovWrapper, logger);
+EXPOSE(VeloxWovWrapper, audioFrameSize);
+EXPOSE(VeloxWovWrapper, platformConstraints);
+EXPOSE(VeloxWovWrapper, sdkLogLevel);
+
+namespace
+{
+
+template <typename Object, typename Member>
+std::size_t Offset(const Object& object, Member Object::*member)
+{
+    return static_cast<std::size_t>(reinterpret_cast<const char*>(&(object.*member)) - reinterpret_cast<const char*>(&object));
+}
+
+} // namespace
 
 namespace PrivateAccess
 {
@@ -70,15 +87,26 @@ uint16_t ArmedLanguageId(const VeloxKeywordDetectorAdapterImpl& adapter)
 
 std::array<std::size_t, 5> AdapterFieldOffsets(const VeloxKeywordDetectorAdapterImpl& adapter)
 {
-    const auto offset = [&](auto member) {
-        return static_cast<std::size_t>(reinterpret_cast<const char*>(&(adapter.*member)) -
-                                        reinterpret_cast<const char*>(&adapter));
-    };
-    return {offset(MemberOf(VeloxKeywordDetectorAdapterImpllogger{})),
-            offset(MemberOf(VeloxKeywordDetectorAdapterImplconfigurationReader{})),
-            offset(MemberOf(VeloxKeywordDetectorAdapterImpluserModelArmed{})),
-            offset(MemberOf(VeloxKeywordDetectorAdapterImplarmedLanguageId{})),
-            offset(MemberOf(VeloxKeywordDetectorAdapterImpldetectorId{}))};
+    return {Offset(adapter, MemberOf(VeloxKeywordDetectorAdapterImpllogger{})),
+            Offset(adapter, MemberOf(VeloxKeywordDetectorAdapterImplconfigurationReader{})),
+            Offset(adapter, MemberOf(VeloxKeywordDetectorAdapterImpluserModelArmed{})),
+            Offset(adapter, MemberOf(VeloxKeywordDetectorAdapterImplarmedLanguageId{})),
+            Offset(adapter, MemberOf(VeloxKeywordDetectorAdapterImpldetectorId{}))};
+}
+
+int32_t AudioFrameSize(const VeloxWovWrapper& wrapper)
+{
+    return wrapper.*MemberOf(VeloxWovWrapperaudioFrameSize{});
+}
+
+std::array<std::size_t, 6> WrapperFieldOffsets(const VeloxWovWrapper& wrapper)
+{
+    return {Offset(wrapper, MemberOf(VeloxWovWrapperenrollmentParameters{})),
+            Offset(wrapper, MemberOf(VeloxWovWrapperdetectionParameters{})),
+            Offset(wrapper, MemberOf(VeloxWovWrapperlogger{})),
+            Offset(wrapper, MemberOf(VeloxWovWrapperaudioFrameSize{})),
+            Offset(wrapper, MemberOf(VeloxWovWrapperplatformConstraints{})),
+            Offset(wrapper, MemberOf(VeloxWovWrappersdkLogLevel{}))};
 }
 
 } // namespace PrivateAccess

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "VeloxKeywordDetectorAdapterImpl.h"
+#include "VeloxWovWrapper.h"
 
 #include <array>
 #include <cstddef>
@@ -23,5 +24,10 @@ uint16_t ArmedLanguageId(const VeloxKeywordDetectorAdapterImpl& adapter);
 
 /// Offsets of logger, configurationReader, userModelArmed, armedLanguageId and detectorId.
 std::array<std::size_t, 5> AdapterFieldOffsets(const VeloxKeywordDetectorAdapterImpl& adapter);
+
+int32_t AudioFrameSize(const VeloxWovWrapper& wrapper);
+
+/// Offsets of enrollmentParameters, detectionParameters, logger, audioFrameSize, platformConstraints and sdkLogLevel.
+std::array<std::size_t, 6> WrapperFieldOffsets(const VeloxWovWrapper& wrapper);
 
 } // namespace PrivateAccess
