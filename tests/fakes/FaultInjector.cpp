@@ -1,71 +1,70 @@
 #include "FaultInjector.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
-#include <vector>
+#include <array>
 
 namespace
 {
 
-using testing::Each;
-using testing::ElementsAre;
-using testing::Eq;
-
-/// What four stream calls and then a task memory call are told.
-std::vector<bool> Ask()
+struct Asked
 {
-    std::vector<bool> answers;
-    for (int call = 0; call < 4; ++call)
+    std::array<bool, 5> answers;
+    uint64_t calls;
+};
+
+/// What four stream calls and then a task memory call are told. The plan ends before anything else can ask it.
+Asked AskUnder(const FaultPlan& plan)
+{
+    Asked asked{};
+    for (std::size_t call = 0; call < 4; ++call)
     {
-        answers.push_back(FaultPlan::ShouldFail(FallibleCall::Stream));
+        asked.answers[call] = FaultPlan::ShouldFail(FallibleCall::Stream);
     }
-    answers.push_back(FaultPlan::ShouldFail(FallibleCall::TaskMemory));
-    return answers;
+    asked.answers[4] = FaultPlan::ShouldFail(FallibleCall::TaskMemory);
+    asked.calls = plan.Calls();
+    return asked;
+}
+
+struct PlanCase
+{
+    const char* description;
+    Asked (*ask)();
+    std::array<bool, 5> answers;
+    uint64_t calls;
+};
+
+const PlanCase PlanCases[]{
+    {"counts only", [] { return AskUnder(FaultPlan::Count()); }, {false, false, false, false, false}, 5},
+    {"one call of any kind", [] { return AskUnder(FaultPlan::Nth(5)); }, {false, false, false, false, true}, 5},
+    {"one call of a kind",
+     [] { return AskUnder(FaultPlan::Nth(1, FallibleCall::TaskMemory)); },
+     {false, false, false, false, true},
+     1},
+    {"a call and all that follow", [] { return AskUnder(FaultPlan::From(3)); }, {false, false, true, true, true}, 5},
+    {"those of a kind", [] { return AskUnder(FaultPlan::From(2, FallibleCall::Stream)); }, {false, true, true, true, false}, 4},
+};
+
+TEST(FaultInjector, FailsTheCallsOfThePlan)
+{
+    for (const PlanCase& planCase : PlanCases)
+    {
+        SCOPED_TRACE(planCase.description);
+        const Asked asked = planCase.ask();
+        EXPECT_EQ(asked.answers, planCase.answers);
+        EXPECT_EQ(asked.calls, planCase.calls);
+    }
 }
 
 TEST(FaultInjector, NothingFailsWithoutAPlan)
 {
-    EXPECT_THAT(Ask(), Each(Eq(false)));
-}
-
-TEST(FaultInjector, CountFailsNothingAndCounts)
-{
-    const FaultPlan plan = FaultPlan::Count();
-    EXPECT_THAT(Ask(), Each(Eq(false)));
-    EXPECT_EQ(plan.Calls(), 5U);
-}
-
-TEST(FaultInjector, NthFailsOneCallOfAnyKind)
-{
-    const FaultPlan plan = FaultPlan::Nth(5);
-    EXPECT_THAT(Ask(), ElementsAre(false, false, false, false, true));
-    EXPECT_EQ(plan.Calls(), 5U);
-}
-
-TEST(FaultInjector, NthOfAKindPassesOverTheOthers)
-{
-    const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::TaskMemory);
-    EXPECT_THAT(Ask(), ElementsAre(false, false, false, false, true));
-    EXPECT_EQ(plan.Calls(), 1U);
-}
-
-TEST(FaultInjector, FromFailsTheCallAndAllThatFollow)
-{
-    const FaultPlan plan = FaultPlan::From(3);
-    EXPECT_THAT(Ask(), ElementsAre(false, false, true, true, true));
-    EXPECT_EQ(plan.Calls(), 5U);
-}
-
-TEST(FaultInjector, FromOfAKindPassesOverTheOthers)
-{
-    const FaultPlan plan = FaultPlan::From(2, FallibleCall::Stream);
-    EXPECT_THAT(Ask(), ElementsAre(false, true, true, true, false));
-    EXPECT_EQ(plan.Calls(), 4U);
+    EXPECT_FALSE(FaultPlan::ShouldFail(FallibleCall::Stream));
+    EXPECT_FALSE(FaultPlan::ShouldFail(FallibleCall::Allocation));
 }
 
 TEST(FaultInjector, APauseNeitherFailsNorCounts)
 {
-    const FaultPlan plan = FaultPlan::From(1);
+    const FaultPlan plan = FaultPlan::From(1, FallibleCall::Stream);
     {
         const FaultPause pause;
         {
@@ -80,10 +79,10 @@ TEST(FaultInjector, APauseNeitherFailsNorCounts)
 TEST(FaultInjector, ThePlanEndsWithItsObject)
 {
     {
-        const FaultPlan plan = FaultPlan::From(1);
+        const FaultPlan plan = FaultPlan::From(1, FallibleCall::Stream);
         EXPECT_TRUE(FaultPlan::ShouldFail(FallibleCall::Stream));
     }
-    EXPECT_THAT(Ask(), Each(Eq(false)));
+    EXPECT_FALSE(FaultPlan::ShouldFail(FallibleCall::Stream));
 }
 
 } // namespace

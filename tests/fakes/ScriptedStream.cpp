@@ -120,6 +120,26 @@ TEST(ScriptedStream, MovesAtMostTheAllowedBytes)
     EXPECT_EQ(stream.Content(), "abcdefwx");
 }
 
+TEST(ScriptedStream, ReportsAnotherCountWhenTold)
+{
+    ScriptedStream stream("abc");
+    stream.claimedCount = 9;
+    stream.Answer("Write", 2, S_FALSE);
+    std::array<char, 2> bytes{};
+    ULONG count = 0;
+    EXPECT_EQ(stream.Read(bytes.data(), 2, &count), S_OK);
+    EXPECT_EQ(count, 9U);
+    EXPECT_EQ(bytes[1], 'b');
+    EXPECT_EQ(stream.Read(bytes.data(), 1, nullptr), S_OK);
+    count = 0;
+    EXPECT_EQ(stream.Write("x", 1, &count), S_OK);
+    EXPECT_EQ(count, 9U);
+    count = 0;
+    EXPECT_EQ(stream.Write("y", 1, &count), S_FALSE);
+    EXPECT_EQ(count, 9U);
+    EXPECT_EQ(stream.Content(), "abcx");
+}
+
 TEST(ScriptedStream, ReportsAnotherEndWhenTold)
 {
     ScriptedStream stream("abc");
