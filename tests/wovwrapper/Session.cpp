@@ -13,7 +13,16 @@ using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 
-class Session : public WrapperTest
+struct OpeningFailure
+{
+    const char* function;
+    uint64_t call;
+    std::size_t engineCalls; ///< up to and with the failing one
+    const char* line;
+    uint32_t session;
+};
+
+class Session : public WrapperTest, public testing::WithParamInterface<OpeningFailure>
 {
 protected:
     uint32_t session = 0;
@@ -89,20 +98,7 @@ TEST_F(Session, EverySessionIsConfiguredAnew)
     EXPECT_THAT(events, ElementsAreArray(second));
 }
 
-struct OpeningFailure
-{
-    const char* function;
-    uint64_t call;
-    std::size_t engineCalls; ///< up to and with the failing one
-    const char* line;
-    uint32_t session;
-};
-
-class SessionFailures : public Session, public testing::WithParamInterface<OpeningFailure>
-{
-};
-
-TEST_P(SessionFailures, EndTheSequenceWithTheEnginesStatus)
+TEST_P(Session, FailureEndsTheSequenceWithTheEnginesStatus)
 {
     const std::vector<std::string> sequence = {R"(VWoVSetAttribute(19, "memory=160k"))",
                                                R"(VWoVSetAttribute(13, "3"))",
@@ -131,7 +127,7 @@ TEST_P(SessionFailures, EndTheSequenceWithTheEnginesStatus)
     }
 }
 
-TEST_P(SessionFailures, LeaveToCloseSessionWhatWasOpened)
+TEST_P(Session, FailureLeavesToCloseSessionWhatWasOpened)
 {
     engine.Answer(GetParam().function, GetParam().call, 7);
     ASSERT_EQ(wrapper.InitializeSession(&session), 7U);
@@ -143,7 +139,7 @@ TEST_P(SessionFailures, LeaveToCloseSessionWhatWasOpened)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Session, SessionFailures,
+    Failures, Session,
     testing::Values(
         OpeningFailure{"VWoVSetAttribute", 1, 1, "[InitializeSession] Failed to set attribute - firmware constraints.", 0},
         OpeningFailure{"VWoVSetAttribute", 2, 2, "[InitializeSession] Failed to set attribute - log level.", 0},

@@ -1,4 +1,5 @@
 #include "VeloxWovWrapper.h"
+
 #include "PrivateAccess.h"
 #include "VeloxWovSDK.h"
 #include "WrapperTest.h"
@@ -6,7 +7,6 @@
 #include <gmock/gmock.h>
 
 #include <limits>
-#include <memory>
 
 // The suite is named like the class, which stands outside of this namespace.
 namespace WrapperObject
@@ -24,8 +24,45 @@ constexpr const char* SizeUnexpected = "[GetAudioFrameSize] Unexpected behavior 
 constexpr const char* SizeNegative = "[GetAudioFrameSize] Audio frame size is negative value.";
 constexpr const char* InitializationFailed = "[Initialization] Getting frame audio size failed";
 
-class VeloxWovWrapper : public WrapperTest
+struct ProbeFailure
 {
+    const char* description;
+    const char* function; ///< null: the engine breaks its contract instead
+    uint64_t call;
+    EngineBreach breach;
+    LogLine line;
+    std::vector<std::string> events; ///< all up to the destruction
+};
+
+void PrintTo(const ProbeFailure& failure, std::ostream* out)
+{
+    *out << failure.description;
+}
+
+/// The failures' opaque status; those that the wrapper finds itself have its own.
+constexpr uint32_t Refused = 7;
+
+class VeloxWovWrapper : public WrapperTest, public testing::WithParamInterface<ProbeFailure>
+{
+protected:
+    void ScriptFailure()
+    {
+        engine.breach = GetParam().breach;
+        if (GetParam().function != nullptr)
+        {
+            engine.Answer(GetParam().function, GetParam().call, Refused);
+        }
+    }
+
+    static uint32_t FailureStatus()
+    {
+        return GetParam().function == nullptr ? 11U : Refused;
+    }
+
+    static bool ProbeExists()
+    {
+        return GetParam().line.text != ProbeFailed;
+    }
 };
 
 TEST_F(VeloxWovWrapper, BeginsWithFramesOf150SamplesAndAsksNothing)
@@ -122,62 +159,18 @@ TEST_F(VeloxWovWrapper, ExceptionAnywhereInASuccessfulProbeDestroysIt)
     }
 }
 
-struct ProbeFailure
+TEST_P(VeloxWovWrapper, FailureGivesTheStatusAndLeavesTheFrameSize)
 {
-    const char* description;
-    const char* function; ///< null: the engine breaks its contract instead
-    uint64_t call;
-    EngineBreach breach;
-    LogLine line;
-    std::vector<std::string> events; ///< all up to the destruction
-};
-
-void PrintTo(const ProbeFailure& failure, std::ostream* out)
-{
-    *out << failure.description;
-}
-
-/// The failures' opaque status; those that the wrapper finds itself have its own.
-constexpr uint32_t Refused = 7;
-
-class VeloxWovWrapperFailures : public VeloxWovWrapper, public testing::WithParamInterface<ProbeFailure>
-{
-protected:
-    VeloxWovWrapperFailures()
-    {
-        Script();
-    }
-
-    void Script()
-    {
-        engine.breach = GetParam().breach;
-        if (GetParam().function != nullptr)
-        {
-            engine.Answer(GetParam().function, GetParam().call, Refused);
-        }
-    }
-
-    static uint32_t Status()
-    {
-        return GetParam().function == nullptr ? 11U : Refused;
-    }
-
-    static bool ProbeExists()
-    {
-        return GetParam().line.text != ProbeFailed;
-    }
-};
-
-TEST_P(VeloxWovWrapperFailures, GiveTheStatusAndLeaveTheFrameSize)
-{
+    ScriptFailure();
     int32_t frameSize = 4711;
-    EXPECT_EQ(wrapper.GetAudioFrameSize(&frameSize), Status());
+    EXPECT_EQ(wrapper.GetAudioFrameSize(&frameSize), FailureStatus());
     EXPECT_EQ(frameSize, 4711);
     EXPECT_THAT(logger.lines, ElementsAre(GetParam().line));
 }
 
-TEST_P(VeloxWovWrapperFailures, AreLoggedBeforeTheProbeIsDestroyed)
+TEST_P(VeloxWovWrapper, FailureIsLoggedBeforeTheProbeIsDestroyed)
 {
+    ScriptFailure();
     EXPECT_EQ(wrapper.Initialize(), E_FAIL);
     std::vector<std::string> expected = GetParam().events;
     expected.push_back(GetParam().line.text);
@@ -189,22 +182,24 @@ TEST_P(VeloxWovWrapperFailures, AreLoggedBeforeTheProbeIsDestroyed)
     EXPECT_THAT(events, ElementsAreArray(expected));
 }
 
-TEST_P(VeloxWovWrapperFailures, MakeInitializeFailAndKeepFramesOf150Samples)
+TEST_P(VeloxWovWrapper, FailureMakesInitializeFailAndKeepsFramesOf150Samples)
 {
+    ScriptFailure();
     EXPECT_EQ(wrapper.Initialize(), E_FAIL);
-    EXPECT_THAT(logger.lines, ElementsAre(GetParam().line, LogWithCode(1, 0, InitializationFailed, Status())));
+    EXPECT_THAT(logger.lines, ElementsAre(GetParam().line, LogWithCode(1, 0, InitializationFailed, FailureStatus())));
     EXPECT_EQ(PrivateAccess::AudioFrameSize(wrapper), 150);
 }
 
-TEST_P(VeloxWovWrapperFailures, ExceptionAtAnyPointDestroysTheProbe)
+TEST_P(VeloxWovWrapper, ExceptionAtAnyPointOfAFailureDestroysTheProbe)
 {
+    ScriptFailure();
     ASSERT_EQ(wrapper.Initialize(), E_FAIL);
     const std::size_t eventCount = events.size();
     for (std::size_t n = 1; n <= eventCount; ++n)
     {
         SCOPED_TRACE(n);
         Restart();
-        Script();
+        ScriptFailure();
         throwingEvent = n;
         EXPECT_THROW(wrapper.Initialize(), std::runtime_error);
         EXPECT_THAT(engine.openSessions, IsEmpty());
@@ -213,7 +208,7 @@ TEST_P(VeloxWovWrapperFailures, ExceptionAtAnyPointDestroysTheProbe)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    VeloxWovWrapper, VeloxWovWrapperFailures,
+    Failures, VeloxWovWrapper,
     testing::Values(ProbeFailure{"no session",
                                  "VWoVInitSession",
                                  1,
