@@ -13,14 +13,24 @@ namespace
 
 constexpr uint32_t SupportedSelectors = 1;
 
+struct TaskMemoryFree
+{
+    void operator()(void* block) const
+    {
+        CoTaskMemFree(block);
+    }
+};
+
+using TaskMemory = std::unique_ptr<void, TaskMemoryFree>;
+
 /// Task memory for a pattern; null when there is none, or when the pattern's length does not fit its 32-bit size field.
-void* AllocatePattern(uint32_t modelSize)
+TaskMemory AllocatePattern(uint32_t modelSize)
 {
     if (modelSize > std::numeric_limits<uint32_t>::max() - sizeof(ArmingPattern))
     {
         return nullptr;
     }
-    return CoTaskMemAlloc(modelSize + sizeof(ArmingPattern));
+    return TaskMemory(CoTaskMemAlloc(modelSize + sizeof(ArmingPattern)));
 }
 
 /// Copies as the bounds-checked copies of the platform do: it fails only when there are bytes to copy and no source.
@@ -107,7 +117,7 @@ HRESULT VeloxKeywordDetectorAdapterImpl::BuildArmingPatternData(IStream* userMod
     }
     const uint32_t threshold = ArmedThreshold(parameters);
 
-    void* const block = AllocatePattern(modelSize);
+    TaskMemory block = AllocatePattern(modelSize);
     if (block == nullptr)
     {
         logger->Log(Error, Adapter, "[BuildArmingPatternData] Failed to allocate memory for pattern data.");
@@ -119,7 +129,7 @@ HRESULT VeloxKeywordDetectorAdapterImpl::BuildArmingPatternData(IStream* userMod
                       static_cast<unsigned int>(parameters.qualityThreshold), static_cast<unsigned int>(threshold),
                       static_cast<unsigned int>(modelSize));
 
-    auto* const pattern = new (block) ArmingPattern{};
+    auto* const pattern = new (block.get()) ArmingPattern{};
     pattern->Size = modelSize + static_cast<uint32_t>(sizeof(ArmingPattern));
     pattern->PatternType = detectorId;
     pattern->Signature = ArmingPatternSignature;
@@ -128,12 +138,12 @@ HRESULT VeloxKeywordDetectorAdapterImpl::BuildArmingPatternData(IStream* userMod
     pattern->ModelSize = modelSize;
     if (!CopyModel(pattern + 1, model, modelSize))
     {
-        // Kept: the pattern block is dropped, not freed.
+        static_cast<void>(block.release()); // Kept: the pattern block is dropped, not freed.
         logger->Log(Error, Adapter, "[BuildArmingPatternData] Failed to copy model data to pattern structure.");
         return E_FAIL;
     }
 
-    *patternData = static_cast<uint8_t*>(block);
+    *patternData = static_cast<uint8_t*>(block.release());
     armedLanguageId = selector.languageId;
     logger->Log(Information, Adapter, "[BuildArmingPatternData] Exit, success.");
     return S_OK;

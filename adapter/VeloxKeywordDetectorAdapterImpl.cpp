@@ -31,7 +31,14 @@ VeloxKeywordDetectorAdapterImpl::VeloxKeywordDetectorAdapterImpl(IVeloxKeywordDe
 
 VeloxKeywordDetectorAdapterImpl::~VeloxKeywordDetectorAdapterImpl()
 {
-    logger->Log(Information, Adapter, "[VeloxKeywordDetectorAdapter] Destructor.");
+    try
+    {
+        logger->Log(Information, Adapter, "[VeloxKeywordDetectorAdapter] Destructor.");
+    }
+    catch (...)
+    {
+        // An exception cannot leave a destructor: without memory for the text, or with a logger that throws, the line is lost.
+    }
 }
 
 uint32_t VeloxKeywordDetectorAdapterImpl::ArmedThreshold(const VELOX_WOV_DETECTION_PARAMETERS& parameters) const

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include <cstring>
+#include <stdexcept>
 #include <memory>
 
 namespace
@@ -135,6 +136,16 @@ TEST(VeloxKeywordDetectorAdapterImpl, DestructionThroughTheInterfaceWritesOneLin
     logger.Take();
     delete adapter;
     EXPECT_THAT(logger.lines, ElementsAre(Log(4, 0, "[VeloxKeywordDetectorAdapter] Destructor.")));
+}
+
+TEST(VeloxKeywordDetectorAdapterImpl, DestructionOutlivesALoggerThatThrows)
+{
+    RecordingLogger logger;
+    KeywordDetectorAdapterImplementation::IVeloxKeywordDetectorAdapterImpl* adapter = MakeAdapter(logger).release();
+    logger.Take();
+    logger.onLine = [](const LogLine&) { throw std::runtime_error("refused"); };
+    delete adapter;
+    EXPECT_THAT(logger.lines, testing::IsEmpty());
 }
 
 #ifndef _MSC_VER

@@ -15,7 +15,7 @@
 
 /// A stream in memory that keeps what was called and answers as it is told. It lives on the stack of a test, whatever its
 /// reference count. Its calls count as FallibleCall::Stream.
-class ScriptedStream final : public IStream
+class ScriptedStream : public IStream
 {
 public:
     explicit ScriptedStream(std::string_view content = {});

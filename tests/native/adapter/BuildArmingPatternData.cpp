@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include <stdexcept>
+
 namespace
 {
 
@@ -113,6 +115,28 @@ TEST_F(BuildArmingPatternDataFaults, EverySingleStreamFailureEndsInAPatternOrIts
         const ArmingOutcome outcome = Arm(&stream, 1033);
         EXPECT_EQ(outcome.result, call <= 2 ? S_OK : STG_E_MEDIUMFULL);
         EXPECT_EQ(outcome.pattern.empty(), call > 2);
+        EXPECT_EQ(LiveTaskMemoryBlocks(), blocks);
+    }
+}
+
+TEST_F(BuildArmingPatternDataFaults, LoggerThatThrowsAtAnyLineLosesNoBlock)
+{
+    ScriptedStream stream("VWOV user");
+    ASSERT_EQ(Arm(&stream, 1033).result, S_OK);
+    const std::size_t lines = logger.Take().size();
+    const std::size_t blocks = LiveTaskMemoryBlocks();
+    for (std::size_t line = 0; line + 1 < lines; ++line)
+    {
+        SCOPED_TRACE(line);
+        std::size_t written = 0;
+        logger.onLine = [&](const LogLine&) {
+            if (written++ == line)
+            {
+                throw std::runtime_error("refused");
+            }
+        };
+        ScriptedStream again("VWOV user");
+        EXPECT_THROW(Arm(&again, 1033), std::runtime_error);
         EXPECT_EQ(LiveTaskMemoryBlocks(), blocks);
     }
 }
