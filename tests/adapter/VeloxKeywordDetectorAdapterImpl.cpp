@@ -7,8 +7,8 @@
 #include <gmock/gmock.h>
 
 #include <cstring>
-#include <stdexcept>
 #include <memory>
+#include <stdexcept>
 
 namespace
 {
@@ -143,7 +143,9 @@ TEST(VeloxKeywordDetectorAdapterImpl, DestructionOutlivesALoggerThatThrows)
     RecordingLogger logger;
     KeywordDetectorAdapterImplementation::IVeloxKeywordDetectorAdapterImpl* adapter = MakeAdapter(logger).release();
     logger.Take();
-    logger.onLine = [](const LogLine&) { throw std::runtime_error("refused"); };
+    logger.onLine = [](const LogLine&) {
+        throw std::runtime_error("refused");
+    };
     delete adapter;
     EXPECT_THAT(logger.lines, testing::IsEmpty());
 }
