@@ -40,17 +40,6 @@ StreamPointer CreateStream(const std::filesystem::path& path)
     return Open(path, STGM_READWRITE | STGM_SHARE_EXCLUSIVE | STGM_CREATE, TRUE);
 }
 
-void WriteAll(IStream* stream, const Bytes& bytes)
-{
-    ULONG written = 0;
-    ThrowOnFailure(stream->Write(bytes.data(), static_cast<ULONG>(bytes.size()), &written), "Writing the stream");
-    if (written != bytes.size())
-    {
-        throw std::runtime_error("The stream took " + std::to_string(written) + " bytes only.");
-    }
-    ThrowOnFailure(stream->Commit(STGC_DEFAULT), "Committing the stream");
-}
-
 Bytes ReadFileBytes(const std::filesystem::path& path)
 {
     std::ifstream file(path, std::ios::binary);

@@ -30,8 +30,5 @@ StreamPointer OpenStream(const std::filesystem::path& path);
 /// Makes the file anew, or empties it, and opens it as a stream for writing. Throws when that fails.
 StreamPointer CreateStream(const std::filesystem::path& path);
 
-/// Writes the bytes at the stream's position and commits them. Throws when that fails.
-void WriteAll(IStream* stream, const Bytes& bytes);
-
 /// The file's content. Throws when it cannot be read.
 Bytes ReadFileBytes(const std::filesystem::path& path);

@@ -91,9 +91,15 @@ int Logger::CountLines(const std::string& text) const
     return count;
 }
 
+int Logger::CountErrors() const
+{
+    return errors;
+}
+
 void Logger::Write(uint32_t level, uint32_t source, const std::string& message)
 {
     everything += message + "\n";
+    errors += level == VeloxLogLevel::Error ? 1 : 0;
     if (level > threshold)
     {
         return;

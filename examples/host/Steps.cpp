@@ -1,36 +1,21 @@
 #include "Steps.h"
 
 #include "Detection.h"
-#include "Logger.h"
+#include "HostAdapter.h"
 #include "Report.h"
 #include "ResultName.h"
-#include "Settings.h"
 
 #include <mfapi.h>
 
 #include <cmath>
 #include <fstream>
 
-using namespace KeywordDetectorAdapterImplementation;
-
 namespace
 {
 
-constexpr GUID DetectorId{0x6F1D3A52, 0x8C47, 0x4E0B, {0x9A, 0x61, 0x2D, 0x5B, 0x7C, 0x90, 0xE3, 0x14}};
-
-constexpr uint16_t English = 1033;
 constexpr uint16_t BritishEnglish = 2057; // a threshold file is missing
 constexpr uint16_t German = 1031;         // the file of the firmware model is empty
 constexpr uint16_t Japanese = 1041;       // not configured
-
-constexpr const char* UserModelFile = "user-model.bin";
-
-using AdapterPointer = std::unique_ptr<Adapter, AdapterCustomDeleter>;
-
-AdapterPointer CreateAdapter(const std::filesystem::path& folder, Logger& logger)
-{
-    return CreateKeywordDetectorAdapterImpl(&logger, (folder / "configuration.xml").string(), "example host 1.0", DetectorId);
-}
 
 /// The configured sensitivity as the firmware gets it, in 256ths.
 uint32_t ConfiguredThreshold(const std::filesystem::path& file)
@@ -85,8 +70,7 @@ private:
 void Session::CreateTheAdapter()
 {
     report.Step("Set the registry values and create an adapter");
-    WriteSetting(L"LoggerLevel", VeloxLogLevel::Detail);
-    WriteSetting(L"LogToFile", 1);
+    SwitchLoggingOn();
     adapter = CreateAdapter(folder, logger);
     report.Expect("the adapter exists", adapter != nullptr);
     report.Expect("the log goes to a file, too", std::filesystem::exists(folder / "host.log"));
@@ -242,22 +226,6 @@ void Session::DeleteBothWays()
 }
 
 } // namespace
-
-bool StoreUserModel(const std::filesystem::path& folder)
-{
-    Report report;
-    report.Step("First process: store a user model in a stream on user-model.bin");
-    report.Say("It is a placeholder: the four bytes that every user model begins with, and filling. It was not trained.");
-    Bytes model{'V', 'W', 'O', 'V'};
-    while (model.size() < 300)
-    {
-        model.push_back(static_cast<uint8_t>(model.size()));
-    }
-    WriteAll(CreateStream(folder / UserModelFile).get(), model);
-    report.Expect("the file holds the " + std::to_string(model.size()) + " bytes of it",
-                  ReadFileBytes(folder / UserModelFile) == model);
-    return report.Conclude();
-}
 
 bool RunDetector(const std::filesystem::path& folder)
 {
