@@ -5,6 +5,18 @@
 #include <algorithm>
 #include <cstring>
 
+namespace
+{
+
+std::string SeekArguments(LARGE_INTEGER move, DWORD origin, const ULARGE_INTEGER* newPosition)
+{
+    const FaultPause pause;
+    const char* originName = origin == STREAM_SEEK_SET ? "SET" : origin == STREAM_SEEK_CUR ? "CUR" : "END";
+    return std::to_string(move.QuadPart) + ", " + originName + (newPosition == nullptr ? ", no position" : "");
+}
+
+} // namespace
+
 ScriptedStream::ScriptedStream(std::string_view bytes) : content(bytes.begin(), bytes.end())
 {
 }
@@ -104,10 +116,8 @@ STDMETHODIMP ScriptedStream::Write(const void* source, ULONG size, ULONG* count)
 
 STDMETHODIMP ScriptedStream::Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* newPosition)
 {
-    const char* originName = origin == STREAM_SEEK_SET ? "SET" : origin == STREAM_SEEK_CUR ? "CUR" : "END";
     HRESULT result = S_OK;
-    if (Begin("Seek", std::to_string(move.QuadPart) + ", " + originName + (newPosition == nullptr ? ", no position" : ""),
-              &result))
+    if (Begin("Seek", SeekArguments(move, origin, newPosition), &result))
     {
         return result;
     }

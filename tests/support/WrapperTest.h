@@ -1,24 +1,18 @@
 #pragma once
 
+#include "EventSequence.h"
 #include "RecordingLogger.h"
 #include "ScriptedEngine.h"
-#include "ScriptedRecording.h"
 #include "VeloxWovWrapper.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstddef>
-#include <optional>
-#include <stdexcept>
-#include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
 /// A wrapper and the engine's script, both fresh. The wrapper has not asked for the frame size: it is 150, and the first session
 /// has the handle 1. A score above 10 is a detection, a mean quality below 50 too low.
-class WrapperTest : public testing::Test
+class WrapperTest : public testing::Test, protected EventSequence
 {
 protected:
     WrapperTest()
@@ -45,14 +39,6 @@ protected:
         Restart();
     }
 
-    /// Makes the calls of a recording events, too ("Lock", "Unlock").
-    void Watch(ScriptedRecording& recording)
-    {
-        recording.onCall = [this](const std::string& call) {
-            Happen(call);
-        };
-    }
-
     /// Forgets lines, calls, sessions, script and events.
     void Restart()
     {
@@ -63,18 +49,6 @@ protected:
         };
         events.clear();
     }
-
-    /// The events since the last time, which are forgotten then.
-    std::vector<std::string> TakeEvents()
-    {
-        return std::exchange(events, {});
-    }
-
-    /// The texts of log lines and engine calls, in one order.
-    std::vector<std::string> events;
-
-    /// The event, counted from 1, that throws a std::runtime_error.
-    std::optional<std::size_t> throwingEvent;
 
     RecordingLogger logger;
     ScriptedEngine& engine = GetScriptedEngine();
@@ -87,14 +61,5 @@ private:
     {
         block = new uint8_t[text.size()];
         std::copy(text.begin(), text.end(), block);
-    }
-
-    void Happen(const std::string& event)
-    {
-        events.push_back(event);
-        if (events.size() == throwingEvent)
-        {
-            throw std::runtime_error(event);
-        }
     }
 };
