@@ -91,15 +91,15 @@ int Logger::CountLines(const std::string& text) const
     return count;
 }
 
-int Logger::CountErrors() const
+int Logger::CountProblems() const
 {
-    return errors;
+    return problems;
 }
 
 void Logger::Write(uint32_t level, uint32_t source, const std::string& message)
 {
     everything += message + "\n";
-    errors += level == VeloxLogLevel::Error ? 1 : 0;
+    problems += level <= VeloxLogLevel::Warning ? 1 : 0;
     if (level > threshold)
     {
         return;

@@ -22,8 +22,8 @@ public:
     /// How many lines contained this text so far, whether they were shown or not.
     int CountLines(const std::string& text) const;
 
-    /// How many lines were errors so far.
-    int CountErrors() const;
+    /// How many errors, failures and warnings there were so far.
+    int CountProblems() const;
 
 private:
     void Write(uint32_t level, uint32_t source, const std::string& message);
@@ -33,5 +33,5 @@ private:
     std::filesystem::path logFile;
     std::ofstream file;
     std::string everything;
-    int errors = 0;
+    int problems = 0;
 };
