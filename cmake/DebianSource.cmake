@@ -12,7 +12,7 @@ function(velox_cross_build name)
         execute_process(COMMAND ${PROJECT_SOURCE_DIR}/scripts/fetch-debian-source ${name} ${version} ${root}/source
             COMMAND_ERROR_IS_FATAL ANY)
         execute_process(
-            COMMAND ${CMAKE_COMMAND} -S ${root}/source -B ${root}/build -G ${CMAKE_GENERATOR}
+            COMMAND ${CMAKE_COMMAND} -S ${root}/source -B ${root}/build -G ${CMAKE_GENERATOR} -Wno-deprecated
                 -DCMAKE_TOOLCHAIN_FILE=${CMAKE_TOOLCHAIN_FILE} -DCMAKE_BUILD_TYPE=RelWithDebInfo
                 -DCMAKE_INSTALL_PREFIX=${root}/install ${ARGN}
             COMMAND_ERROR_IS_FATAL ANY OUTPUT_QUIET)
