@@ -22,3 +22,5 @@ void Register(const Measurement& measurement);
 void RegisterConfigurationQueries();
 void RegisterModelFile();
 void RegisterArmingPattern();
+void RegisterSampleConversion();
+void RegisterVerification();

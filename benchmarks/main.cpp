@@ -22,6 +22,8 @@ int main(int argc, char** argv)
     RegisterConfigurationQueries();
     RegisterModelFile();
     RegisterArmingPattern();
+    RegisterSampleConversion();
+    RegisterVerification();
 
     benchmark::Initialize(&count, arguments.data());
     if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
