@@ -67,7 +67,7 @@ TEST_F(VerifyKeyword, OpensScoresAndDestroysTwice)
     engine.laterStep.scores = {11};
     EXPECT_EQ(Verify(), S_OK);
     EXPECT_TRUE(detected);
-    const std::string detection = "[GetScores] Key phrase detected, KPD score(11.000000), time (0.000000).";
+    const std::string found = "[GetScores] Key phrase detected, KPD score(11.000000), time (0.000000).";
     const std::string best = "[FeedRecording] Best score(11.000000), predefined KPD float threshold (10.000000).";
     EXPECT_THAT(events, ElementsAreArray(Join(Opening, {"VWoVSetModel(1, \"keyphras\")",
                                                         "[FeedRecording] Entry.",
@@ -77,7 +77,7 @@ TEST_F(VerifyKeyword, OpensScoresAndDestroysTwice)
                                                         "[FeedRecording] Starting feeding frames. Samples to feed: 100",
                                                         "VWoVFeedAudioFrame(1, 150)",
                                                         "VWoVGetScores(1, buffer, 1)",
-                                                        detection,
+                                                        found,
                                                         "VWoVGetIntOutput(1, 2, buffer, 1)",
                                                         "VWoVGetIntOutput(1, 6, buffer, 1)",
                                                         "[FeedRecording] Ended feeding frames",
@@ -92,12 +92,12 @@ TEST_F(VerifyKeyword, OpensScoresAndDestroysTwice)
                                                         "[VerifyKeyword] Exit."})));
     EXPECT_THAT(
         logger.lines,
-        ElementsAreArray(Join(
-            OpeningLines, {Log(4, 1, "[FeedRecording] Entry."), Log(5, 1, "[FeedRecording] Getting Scores size"),
-                           Log(5, 1, "[FeedRecording] Starting feeding frames. Samples to feed: 100"), LogFormat(5, 1, detection),
-                           Log(5, 1, "[FeedRecording] Ended feeding frames"), LogFormat(5, 1, best),
-                           LogFormat(5, 1, "[FeedRecording] Recording quality: 100."), Log(4, 1, "[FeedRecording] Exit."),
-                           Log(4, 1, "[CloseSession] Entry."), Log(4, 1, "[VerifyKeyword] Exit.")})));
+        ElementsAreArray(
+            Join(OpeningLines, {Log(4, 1, "[FeedRecording] Entry."), Log(5, 1, "[FeedRecording] Getting Scores size"),
+                                Log(5, 1, "[FeedRecording] Starting feeding frames. Samples to feed: 100"),
+                                LogFormat(5, 1, found), Log(5, 1, "[FeedRecording] Ended feeding frames"), LogFormat(5, 1, best),
+                                LogFormat(5, 1, "[FeedRecording] Recording quality: 100."), Log(4, 1, "[FeedRecording] Exit."),
+                                Log(4, 1, "[CloseSession] Entry."), Log(4, 1, "[VerifyKeyword] Exit.")})));
 }
 
 TEST_F(VerifyKeyword, SuccessDoesNotMeanThatTheKeyPhraseWasFound)
