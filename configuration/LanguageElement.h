@@ -16,10 +16,10 @@ tinyxml2::XMLError QueryLanguageId(const tinyxml2::XMLElement& element, unsigned
 /// The lines of an operation that looks a language up.
 struct LookupLines
 {
-    const char* loadFailedFormat;     ///< "%s" for the path, "%s" for the parser's error name
+    const char* loadFailedFormat; ///< "%s" for the path, "%s" for the parser's error name
     const char* missingRootLine;
     const char* missingDirectoryLine;
-    const char* invalidIdFormat;      ///< "%d" for the parser's status
+    const char* invalidIdFormat; ///< "%d" for the parser's status
 };
 
 /// Loads the configuration file and finds the first language element with this id. An element without a valid id ahead of it is

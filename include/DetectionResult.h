@@ -10,15 +10,15 @@
 /// than this; what follows is not read.
 struct DetectionResult
 {
-    uint32_t Size;            ///< length of the whole block in bytes, at least DetectionResultMinSize
-    GUID PatternType;         ///< the detector's GUID, as in the arming pattern
+    uint32_t Size;    ///< length of the whole block in bytes, at least DetectionResultMinSize
+    GUID PatternType; ///< the detector's GUID, as in the arming pattern
     uint8_t NotRead20[8];
-    uint64_t KeywordStart;    ///< where the keyword starts; handed on as it is
-    uint64_t KeywordEnd;      ///< where the keyword ends; handed on as it is
+    uint64_t KeywordStart; ///< where the keyword starts; handed on as it is
+    uint64_t KeywordEnd;   ///< where the keyword ends; handed on as it is
     uint8_t NotRead44[4];
-    uint16_t KeywordIdFw;     ///< the firmware's keyword id; 1 is the supported keyword
+    uint16_t KeywordIdFw; ///< the firmware's keyword id; 1 is the supported keyword
     uint8_t NotRead50[2];
-    uint8_t KpdScore[2];  ///< key-phrase score, Q8, big-endian
+    uint8_t KpdScore[2]; ///< key-phrase score, Q8, big-endian
     uint8_t NotRead54[6];
 };
 #pragma pack(pop)
