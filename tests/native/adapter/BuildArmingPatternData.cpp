@@ -137,6 +137,7 @@ TEST_F(BuildArmingPatternDataFaults, LoggerThatThrowsAtAnyLineLosesNoBlock)
         };
         ScriptedStream again("VWOV user");
         EXPECT_THROW(Arm(&again, 1033), std::runtime_error);
+        logger.onLine = nullptr;
         EXPECT_EQ(LiveTaskMemoryBlocks(), blocks);
     }
 }
