@@ -162,4 +162,21 @@ TEST(ScriptedStream, FailsAsThePlanSays)
     EXPECT_EQ(plan.Calls(), 3U);
 }
 
+TEST(ScriptedStream, OwnWorkOfACallIsNoFallibleCall)
+{
+    ScriptedStream stream;
+    char bytes[] = "a text that is too long for the string object itself";
+    ULONG count = 0;
+    ULARGE_INTEGER position{};
+    const FaultPlan plan = FaultPlan::Count();
+    stream.SetSize(Size(1000));
+    stream.Seek(Move(100), STREAM_SEEK_SET, nullptr);
+    stream.Write(bytes, sizeof(bytes), &count);
+    stream.Seek(Move(-100), STREAM_SEEK_END, &position);
+    stream.Read(bytes, sizeof(bytes), &count);
+    stream.Commit(STGC_DEFAULT);
+    stream.Revert();
+    EXPECT_EQ(plan.Calls(), 7U);
+}
+
 } // namespace

@@ -1,3 +1,5 @@
+#include "FileOpen.h"
+
 #include "FaultInjector.h"
 #include "TemporaryFolder.h"
 
@@ -6,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <new>
 
 namespace
 {
@@ -37,6 +40,30 @@ TEST_F(FileOpen, XmlDocumentsFailAsThePlanSays)
     EXPECT_EQ(document.LoadFile(path.c_str()), tinyxml2::XML_ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(document.LoadFile(path.c_str()), tinyxml2::XML_SUCCESS);
     EXPECT_EQ(plan.Calls(), 2U);
+}
+
+TEST_F(FileOpen, OpenFilesAreCounted)
+{
+    {
+        std::ifstream file(path);
+        EXPECT_EQ(OpenFiles(), 1U);
+    }
+    tinyxml2::XMLDocument document;
+    EXPECT_EQ(document.LoadFile(path.c_str()), tinyxml2::XML_SUCCESS);
+    EXPECT_EQ(OpenFiles(), 0U);
+}
+
+// Known: the file that a document is loaded from is lost when there is no memory for its text.
+TEST_F(FileOpen, LostFilesCanBeClosed)
+{
+    tinyxml2::XMLDocument document;
+    {
+        const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::Allocation);
+        EXPECT_THROW(document.LoadFile(path.c_str()), std::bad_alloc);
+    }
+    EXPECT_EQ(OpenFiles(), 1U);
+    CloseOpenFiles();
+    EXPECT_EQ(OpenFiles(), 0U);
 }
 
 } // namespace
