@@ -85,7 +85,10 @@ std::vector<uint8_t> Pattern(uint8_t threshold, std::string_view model)
                                0x01,      0x00, 0x55, 0xAA,                         // signature
                                threshold, 0x00, 0x00, 0x00, 0xFF, 0xFF, 0xFF, 0x7F, // limit
                                0x00,      0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x0D, 0x00, 0x00, 0x00};
-    bytes.insert(bytes.end(), model.begin(), model.end());
+    for (const char byte : model)
+    {
+        bytes.push_back(static_cast<uint8_t>(byte));
+    }
     return bytes;
 }
 
