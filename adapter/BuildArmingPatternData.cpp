@@ -1,4 +1,5 @@
 #include "ArmingPattern.h"
+#include "ModelBuffer.h"
 #include "SupportedKeyword.h"
 #include "VeloxKeywordDetectorAdapterImpl.h"
 
@@ -100,14 +101,12 @@ HRESULT VeloxKeywordDetectorAdapterImpl::BuildArmingPatternData(IStream* userMod
         return E_INVALIDARG;
     }
 
-    uint8_t* model = nullptr;
-    uint32_t modelSize = 0;
-    if (const HRESULT result = GetModelToArm(userModelData, selector.languageId, &model, &modelSize); result != S_OK)
+    ModelBuffer model;
+    if (const HRESULT result = GetModelToArm(userModelData, selector.languageId, &model.data, &model.size); result != S_OK)
     {
-        // Kept: a block that the getter produced all the same is dropped, not released.
+        model.data = nullptr; // Kept: a block that the getter produced all the same is dropped, not released.
         return result;
     }
-    const std::unique_ptr<const uint8_t[]> modelOwner(model);
 
     VELOX_WOV_DETECTION_PARAMETERS parameters{};
     if (const HRESULT result = configurationReader->GetDetectionParameters(selector.languageId, &parameters); FAILED(result))
@@ -117,7 +116,7 @@ HRESULT VeloxKeywordDetectorAdapterImpl::BuildArmingPatternData(IStream* userMod
     }
     const uint32_t threshold = ArmedThreshold(parameters);
 
-    TaskMemory block = AllocatePattern(modelSize);
+    TaskMemory block = AllocatePattern(model.size);
     if (block == nullptr)
     {
         logger->Log(Error, Adapter, "[BuildArmingPatternData] Failed to allocate memory for pattern data.");
@@ -127,16 +126,16 @@ HRESULT VeloxKeywordDetectorAdapterImpl::BuildArmingPatternData(IStream* userMod
     logger->LogFormat(Detail, Adapter,
                       "[BuildArmingPatternData] Detection parameters: Quality threshold(%u), KPD(%u), model_size(%u).",
                       static_cast<unsigned int>(parameters.qualityThreshold), static_cast<unsigned int>(threshold),
-                      static_cast<unsigned int>(modelSize));
+                      static_cast<unsigned int>(model.size));
 
     auto* const pattern = new (block.get()) ArmingPattern{};
-    pattern->Size = modelSize + static_cast<uint32_t>(sizeof(ArmingPattern));
+    pattern->Size = model.size + static_cast<uint32_t>(sizeof(ArmingPattern));
     pattern->PatternType = detectorId;
     pattern->Signature = ArmingPatternSignature;
     pattern->KpdThreshold = threshold;
     pattern->Limit = ArmingPatternLimit;
-    pattern->ModelSize = modelSize;
-    if (!CopyModel(pattern + 1, model, modelSize))
+    pattern->ModelSize = model.size;
+    if (!CopyModel(pattern + 1, model.data, model.size))
     {
         static_cast<void>(block.release()); // Kept: the pattern block is dropped, not freed.
         logger->Log(Error, Adapter, "[BuildArmingPatternData] Failed to copy model data to pattern structure.");

@@ -1,4 +1,5 @@
 #include "EngineRequest.h"
+#include "ModelBuffer.h"
 #include "SupportedKeyword.h"
 #include "VeloxKeywordDetectorAdapterImpl.h"
 
@@ -16,21 +17,6 @@ constexpr EngineRequestLines Lines{
     .logLevelFallbackFormat =
         "[ComputeAndAddUserModelData] Failed to get SDK logger severity level. Continuing with log level: %d",
     .wrapperNotCreated = "[ComputeAndAddUserModelData] Failed to create key-phrase recognition instance.",
-};
-
-/// Owns the trained model, also when an exception leaves the training.
-struct ModelBuffer
-{
-    ModelBuffer() = default;
-    ModelBuffer(const ModelBuffer&) = delete;
-    ModelBuffer& operator=(const ModelBuffer&) = delete;
-    ~ModelBuffer()
-    {
-        delete[] data;
-    }
-
-    uint8_t* data = nullptr;
-    uint32_t size = 0;
 };
 
 } // namespace
