@@ -19,11 +19,6 @@ void RegisterOne(const std::string& name, const std::function<void()>& body)
 
 } // namespace
 
-std::string FloorName(const std::string& measurementName)
-{
-    return measurementName + ", floor";
-}
-
 void Register(const Measurement& measurement)
 {
     RegisterOne(measurement.name, measurement.work);

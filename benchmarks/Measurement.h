@@ -12,9 +12,6 @@ struct Measurement
     std::function<void()> floor;
 };
 
-/// Name of the benchmark that runs a measurement's floor.
-std::string FloorName(const std::string& measurementName);
-
 /// Registers the work and the floor as two benchmarks, which run in turns.
 void Register(const Measurement& measurement);
 

@@ -1,7 +1,5 @@
 #include "RatioReporter.h"
 
-#include "Measurement.h"
-
 #include <algorithm>
 #include <cstdio>
 
@@ -17,6 +15,11 @@ struct Row
 std::vector<Row> rows;
 
 } // namespace
+
+std::string FloorName(const std::string& measurementName)
+{
+    return measurementName + ", floor";
+}
 
 void RatioReporter::Expect(const std::string& measurementName, double goal)
 {

@@ -6,6 +6,9 @@
 #include <string>
 #include <vector>
 
+/// Name of the benchmark that runs a measurement's floor.
+std::string FloorName(const std::string& measurementName);
+
 /// Prints one row for each measurement: its time, its floor's, their ratio and the goal.
 ///
 /// A time is the median of the repetitions' processor times. The repetitions of a measurement and of its floor are run in turns,
