@@ -36,9 +36,11 @@ using Adapter = VeloxKeywordDetectorAdapterImpl;
 
 /// Longer than what a string object holds itself: the wrapper, whose destructor is never run, loses it.
 constexpr std::string_view Constraints = "memory=160k;channels=1;latency=20ms;profile=low-power";
-constexpr std::string_view Model = "VWOV lpe data";
-constexpr std::string_view UserModel = "VWOV user";
-constexpr std::string_view FormerContent = "a former content that is longer than the model";
+constexpr std::string_view Model = "VWOV lpe data, of a length that no other block of a run has, so that its loss tells itself";
+constexpr std::string_view UserModel =
+    "VWOV user's model, of a length that no other block of a run has, either, for the same reason";
+constexpr std::string_view FormerContent =
+    "a former content that is longer than the model which replaces it, so that a stream that was only cut is seen as such";
 
 /// What a caller sees of one run.
 struct Outcome
@@ -66,6 +68,15 @@ std::size_t HeapCost(std::size_t size)
     const std::size_t before = AllocatedBytes();
     const std::unique_ptr<uint8_t[]> block(new uint8_t[size]);
     return AllocatedBytes() - before;
+}
+
+/// Whether so much was lost. The sanitizer's figure is exact; glibc adds to a block a rest that is too small for one of its own,
+/// and two blocks at most are lost.
+bool IsLoss(std::size_t lost, std::size_t permitted)
+{
+    constexpr std::size_t Rest = 16;
+    const std::size_t tolerance = permitted == 0 || HeapCost(1) == 1 ? 0 : 2 * Rest;
+    return permitted <= lost + tolerance && lost <= permitted + tolerance;
 }
 
 /// Everything that an operation could lose. The heap's figure comes first, so that taking it is not counted.
@@ -157,6 +168,11 @@ private:
 class Computation
 {
 public:
+    Computation()
+    {
+        GetScriptedEngine().lpeData = Model;
+    }
+
     HRESULT Run(Adapter& adapter)
     {
         IMFMediaBuffer* recordings[]{&first, &second};
@@ -610,7 +626,8 @@ private:
         EXPECT_EQ(LiveMediaTypes(), before.mediaTypes);
         EXPECT_EQ(OpenRegistryKeys(), 0U);
         const std::size_t loss = AllocatedBytes() - before.heap;
-        EXPECT_THAT(keptLosses, testing::Contains(loss)) << "of heap";
+        EXPECT_TRUE(IsLoss(loss, keptLosses[0]) || IsLoss(loss, keptLosses[1]))
+            << loss << " bytes of heap are lost, not " << keptLosses[0] << " or " << keptLosses[1];
         return result;
     }
 };
