@@ -1,6 +1,6 @@
 #include "PowerSpectrum.h"
 
-#include <kissfft/kiss_fftr.h>
+#include <kiss_fftr.h>
 
 #include <cmath>
 #include <new>
