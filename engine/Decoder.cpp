@@ -17,6 +17,20 @@ constexpr float LeastMeanDuration = 3.3F;
 
 } // namespace
 
+void PhrasePath::Add(std::size_t state, float ratio)
+{
+    sums[state] += ratio;
+    ++counts[state];
+    if (ratio < lowest[0])
+    {
+        lowest = {ratio, lowest[0]};
+    }
+    else
+    {
+        lowest[1] = std::min(lowest[1], ratio);
+    }
+}
+
 Decoder::Decoder(const StateModel& model) : logPrior(model.logPrior)
 {
     const std::size_t states = model.States();
@@ -27,7 +41,7 @@ Decoder::Decoder(const StateModel& model) : logPrior(model.logPrior)
         logStay.push_back(std::log1p(-leave));
     }
     totals.assign(states * SubStates, Impossible);
-    paths.assign(states * SubStates, {0, std::vector<float>(states, 0.0F), std::vector<int32_t>(states, 0)});
+    paths.assign(states * SubStates, {0, std::vector<float>(states, 0.0F), std::vector<int32_t>(states, 0), {}});
     ratios.assign(states, 0.0F);
 }
 
@@ -54,17 +68,18 @@ bool Decoder::Push(const float* logPosteriors)
             path.startFrame = frames;
             std::fill(path.sums.begin(), path.sums.end(), 0.0F);
             std::fill(path.counts.begin(), path.counts.end(), 0);
+            path.lowest.fill(Decoder::MostRatio);
         }
         else if (advance >= stay)
         {
             const PhrasePath& before = paths[k - 1];
             path.startFrame = before.startFrame;
+            path.lowest = before.lowest;
             std::copy(before.sums.begin(), before.sums.begin() + static_cast<std::ptrdiff_t>(s) + 1, path.sums.begin());
             std::copy(before.counts.begin(), before.counts.begin() + static_cast<std::ptrdiff_t>(s) + 1, path.counts.begin());
         }
         totals[k] = std::max(Impossible, std::max(stay, advance) + ratios[s]);
-        path.sums[s] += ratios[s];
-        ++path.counts[s];
+        path.Add(s, ratios[s]);
     }
     ++frames;
     return totals.back() > Impossible / 2.0F;

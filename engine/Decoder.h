@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -22,13 +23,17 @@ struct StateModel
 struct PhrasePath
 {
     int64_t startFrame = 0;
-    std::vector<float> sums;     ///< of the log ratios of each state's frames
-    std::vector<int32_t> counts; ///< frames in each state
+    std::vector<float> sums;       ///< of the log ratios of each state's frames
+    std::vector<int32_t> counts;   ///< frames in each state
+    std::array<float, 2> lowest{}; ///< the two lowest log ratios of single frames, the lowest first
 
     float StateMean(std::size_t state) const
     {
         return sums[state] / static_cast<float>(counts[state]);
     }
+
+    /// Adds a frame to a state.
+    void Add(std::size_t state, float ratio);
 };
 
 /// Finds the best way through the phrase's states that ends at the current frame (Viterbi 1967; keyword spotting against a

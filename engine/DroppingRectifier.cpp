@@ -38,7 +38,7 @@ void DroppingRectifier::Forward(RandomStream* random, Eigen::MatrixXf* values) c
 
 void DroppingRectifier::Backward(const Eigen::MatrixXf& outputs, Eigen::MatrixXf* gradient) const
 {
-    gradient->array() = (outputs.array() > 0.0F).select(scale * gradient->array(), 0.0F);
+    gradient->array() *= scale * (outputs.array() > 0.0F).cast<float>();
 }
 
 } // namespace velox::engine
