@@ -1,0 +1,114 @@
+#include "PhraseDetector.h"
+
+#include "Cepstrum.h"
+
+#include <array>
+#include <numeric>
+
+namespace velox::engine
+{
+
+namespace
+{
+
+/// What a near phrase loses for each unit of log odds below the cut, and at most.
+constexpr float NearPenalty = 15.0F;
+constexpr float MostNearPenalty = 100.0F;
+
+} // namespace
+
+Eigen::MatrixXf SpeakerFrames(std::span<const MelFrame> features)
+{
+    return WithDeltas(Cepstra(features));
+}
+
+PhraseDetector::PhraseDetector(const PhraseModel& phrase)
+    : model(phrase), stream(phrase.statistics), network(phrase.network), decoder(phrase.states),
+      history(HistoryFrames), peak{0.0F, 0, decoder.BestPath()}
+{
+}
+
+int64_t PhraseDetector::FlushFrames() const
+{
+    return model.network.LookAhead() + PeakFrames;
+}
+
+std::optional<Detection> PhraseDetector::Push(const float* samples)
+{
+    if (!stream.Push(samples, &frame))
+    {
+        return std::nullopt;
+    }
+    analysed = true;
+    history[static_cast<std::size_t>(frames % HistoryFrames)] = frame.feature;
+    ++frames;
+
+    const Eigen::VectorXf* posteriors = network.Push(frame.feature);
+    if (posteriors == nullptr)
+    {
+        return std::nullopt;
+    }
+    const int64_t decoded = decoder.FrameCount();
+    if (decoder.Push(posteriors->data()))
+    {
+        const float score = SoftMinimumScore(decoder.BestPath());
+        firstStage = ScoreScale::FromScore(score, model.tail);
+        if (*firstStage >= LeastPeak && (!peakPending || score > peak.score))
+        {
+            peakPending = true;
+            peak.score = score;
+            peak.endFrame = decoded;
+            peak.path = decoder.BestPath();
+        }
+    }
+    if (peakPending && decoded - peak.endFrame >= PeakFrames)
+    {
+        peakPending = false;
+        return Judge(peak);
+    }
+    return std::nullopt;
+}
+
+/// The decoder's frame n is the analysed frame n + look-ahead: the network needs as many before its first output.
+Eigen::MatrixXf PhraseDetector::FramesOf(const Peak& found) const
+{
+    std::vector<MelFrame> features;
+    for (int64_t n = found.path.startFrame; n <= found.endFrame; ++n)
+    {
+        features.push_back(history[static_cast<std::size_t>((n + model.network.LookAhead()) % HistoryFrames)]);
+    }
+    return SpeakerFrames(features);
+}
+
+Detection PhraseDetector::Judge(const Peak& found) const
+{
+    Detection detection;
+    const int64_t lookAhead = model.network.LookAhead();
+    const auto halfFrame = static_cast<int64_t>(FrameSize / 2);
+    detection.startSample = FeatureStream::MiddleSample(found.path.startFrame + lookAhead) - halfFrame;
+    detection.endSample = FeatureStream::MiddleSample(found.endFrame + lookAhead) + halfFrame;
+    detection.phraseScore = ScoreScale::FromScore(found.score, model.tail);
+    detection.nearMargin = model.nearCheck.Margin(found.path, model.states);
+
+    float score = detection.phraseScore;
+    const bool kept = frames - (found.path.startFrame + lookAhead) <= HistoryFrames;
+    if (model.speaker && kept)
+    {
+        detection.speakerRatio = model.speaker->LogRatio(FramesOf(found), found.path.counts);
+        const float sum = found.score + SpeakerModel::Weight * detection.speakerRatio;
+        score =
+            ScoreScale::HalfAlarmPerHour + ScoreScale::StepsPerFactorE * (sum - model.speaker->threshold) / BackgroundTail::Slope;
+    }
+    else if (model.speaker)
+    {
+        score = ScoreScale::Least;
+    }
+    if (detection.nearMargin < 0.0F)
+    {
+        score -= std::min(MostNearPenalty, -NearPenalty * detection.nearMargin);
+    }
+    detection.score = ScoreScale::Clamp(score);
+    return detection;
+}
+
+} // namespace velox::engine
