@@ -1,5 +1,7 @@
 #include "PhraseModel.h"
 
+#include "MixtureBlob.h"
+
 namespace velox::engine
 {
 
@@ -9,8 +11,6 @@ namespace
 constexpr uint32_t MostLayers = 16;
 constexpr uint32_t MostUnits = 256;
 constexpr uint32_t MostStates = 128;
-constexpr uint32_t MostComponents = 256;
-constexpr uint32_t MostDimensions = 256;
 
 std::span<const float> Values(const Eigen::MatrixXf& matrix)
 {
@@ -76,47 +76,22 @@ bool NetworkFits(const Network& network, std::size_t states)
 
 void WriteSpeaker(const SpeakerModel& speaker, BlobWriter* writer)
 {
-    const Eigen::MatrixXf& variances = speaker.generic.front().Variances();
-    writer->U32(static_cast<uint32_t>(variances.cols()));
-    writer->U32(static_cast<uint32_t>(variances.rows()));
     writer->F32(speaker.threshold);
-    writer->F32s(Values(variances));
-    for (const auto* mixtures : {&speaker.generic, &speaker.user})
-    {
-        for (const GaussianMixture& mixture : *mixtures)
-        {
-            writer->F32s(Values(Eigen::MatrixXf(mixture.Weights())));
-            writer->Quantised(Values(mixture.Means()));
-        }
-    }
+    WriteMixtures(speaker.generic, writer);
+    WriteMixtures(speaker.user, writer);
 }
 
-/// @return nothing when a weight or variance is not positive
+/// @return nothing when a mixture is not valid
 std::optional<SpeakerModel> ReadSpeaker(std::size_t states, BlobReader* reader)
 {
-    const uint32_t components = reader->Count(MostComponents);
-    const uint32_t dimensions = reader->Count(MostDimensions);
-    SpeakerModel speaker;
-    speaker.threshold = reader->F32();
-    Eigen::MatrixXf variances(dimensions, components);
-    reader->F32s(Values(variances));
-    bool valid = variances.size() > 0 && (variances.array() > 0.0F).all();
-    for (auto* mixtures : {&speaker.generic, &speaker.user})
+    const float threshold = reader->F32();
+    auto generic = ReadMixtures(states, reader);
+    auto user = generic ? ReadMixtures(states, reader) : std::nullopt;
+    if (!user)
     {
-        for (std::size_t s = 0; s < states && valid; ++s)
-        {
-            Eigen::VectorXf weights(components);
-            Eigen::MatrixXf means(dimensions, components);
-            reader->F32s(Values(weights));
-            reader->Quantised(Values(means));
-            valid = (weights.array() > 0.0F).all();
-            if (valid)
-            {
-                mixtures->emplace_back(weights, means, variances);
-            }
-        }
+        return std::nullopt;
     }
-    return valid ? std::optional(std::move(speaker)) : std::nullopt;
+    return SpeakerModel{std::move(*generic), std::move(*user), threshold};
 }
 
 } // namespace
@@ -189,6 +164,16 @@ Status ReadPhraseModel(const uint8_t* blob, PhraseModel* model)
     }
     *model = std::move(read);
     return Status::Success;
+}
+
+Status ReadNestedPhraseModel(BlobReader* reader, PhraseModel* model)
+{
+    const std::span<const uint8_t> bytes = reader->Nested();
+    if (bytes.size() < BlobHeader::Size || BlobLength(bytes.data(), BlobKind::Firmware) != bytes.size())
+    {
+        return Status::MalformedBlob;
+    }
+    return ReadPhraseModel(bytes.data(), model);
 }
 
 } // namespace velox::engine

@@ -32,4 +32,7 @@ std::vector<uint8_t> WritePhraseModel(const PhraseModel& model);
 /// @param model  written only on success
 Status ReadPhraseModel(const uint8_t* blob, PhraseModel* model);
 
+/// Reads a phrase model that stands in another model, behind its length.
+Status ReadNestedPhraseModel(BlobReader* reader, PhraseModel* model);
+
 } // namespace velox::engine
