@@ -61,7 +61,7 @@ private:
         for (int crop = 0; crop < crops; ++crop)
         {
             const auto [sequence, first] = sampler.Draw(crop % 2 == 0, options.cropFrames, &random);
-            for (int i = 0; i < outputs; ++i)
+            for (Eigen::Index i = 0; i < outputs; ++i)
             {
                 labels[static_cast<std::size_t>(i * crops + crop)] = sequence->Label(first + i * options.outputStep);
             }

@@ -12,7 +12,7 @@ TrainingNetwork::TrainingNetwork(std::vector<LayerShape> layerShapes, RandomStre
     for (const LayerShape& shape : shapes)
     {
         offsets.push_back(size);
-        size += shape.outputs * (shape.kernel * shape.inputs + 2);
+        size += shape.outputs * (static_cast<Eigen::Index>(shape.kernel) * shape.inputs + 2);
     }
     parameters.setZero(size - shapes.back().outputs);
 

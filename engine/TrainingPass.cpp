@@ -15,7 +15,9 @@ TrainingPass::TrainingPass(const TrainingNetwork& learning, int cropCount, int o
     {
         positions += (shapes[i].kernel - 1) * shapes[i].dilation / outputStep;
     }
-    activations.front().resize(shapes.front().inputs * shapes.front().kernel, static_cast<Eigen::Index>(positions) * crops);
+    const LayerShape& first = shapes.front();
+    activations.front().resize(static_cast<Eigen::Index>(first.inputs) * first.kernel,
+                               static_cast<Eigen::Index>(positions) * crops);
 }
 
 void TrainingPass::SetCrop(int crop, const Eigen::MatrixXf& features)
