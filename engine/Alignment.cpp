@@ -48,18 +48,7 @@ std::vector<GaussianMixture> AdaptToStates(const std::vector<TakeFrames>& takes,
     std::vector<MixtureStatistics> statistics(states, MixtureStatistics::Empty(mixture));
     for (const TakeFrames& take : takes)
     {
-        // Frames of a state stand side by side.
-        for (std::size_t begin = 0; begin < take.labels.size();)
-        {
-            const int state = take.labels[begin];
-            const auto end =
-                static_cast<std::size_t>(std::upper_bound(take.labels.begin(), take.labels.end(), state) - take.labels.begin());
-            const auto first = static_cast<Eigen::Index>(begin);
-            const auto count = static_cast<Eigen::Index>(end - begin);
-            statistics[static_cast<std::size_t>(state)].Add(take.cepstra.middleCols(first, count),
-                                                            take.posteriors.middleCols(first, count));
-            begin = end;
-        }
+        AddToStates(take.labels, take.cepstra, take.posteriors, &statistics);
     }
     std::vector<GaussianMixture> adapted;
     for (const MixtureStatistics& state : statistics)
@@ -191,6 +180,19 @@ std::vector<int> BestStates(const Eigen::MatrixXf& logLikelihoods)
         end = begin;
     }
     return labels;
+}
+
+void AddToStates(std::span<const int> labels, const Eigen::MatrixXf& frames, const Eigen::MatrixXf& posteriors,
+                 std::vector<MixtureStatistics>* statistics)
+{
+    for (auto begin = labels.begin(); begin != labels.end();)
+    {
+        const auto end = std::upper_bound(begin, labels.end(), *begin);
+        const Eigen::Index first = begin - labels.begin();
+        const Eigen::Index count = end - begin;
+        (*statistics)[static_cast<std::size_t>(*begin)].Add(frames.middleCols(first, count), posteriors.middleCols(first, count));
+        begin = end;
+    }
 }
 
 std::vector<int> CarryLabels(std::span<const int> labels, double speed, std::size_t frames)

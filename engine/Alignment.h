@@ -49,6 +49,14 @@ std::optional<PhraseAlignment> AlignTakes(std::span<const std::vector<MelFrame>>
 /// @return the state of each frame
 std::vector<int> BestStates(const Eigen::MatrixXf& logLikelihoods);
 
+/// Adds every frame of a take to the statistics of its state.
+///
+/// @param labels      never falling, one for each frame
+/// @param frames      dimensions x frames
+/// @param posteriors  components x frames
+void AddToStates(std::span<const int> labels, const Eigen::MatrixXf& frames, const Eigen::MatrixXf& posteriors,
+                 std::vector<MixtureStatistics>* statistics);
+
 /// The labels of a copy that plays `speed` times as fast; its frame i looks at the take's sound around its own middle.
 ///
 /// @param labels  of the take's frames as the front end gives them, at least one
