@@ -140,27 +140,17 @@ TEST(Alignment, ATakeOfTheLeastLengthIsLabelledToItsLastFrame)
     EXPECT_EQ(alignment->labels.back(), LabelsOf({3, 3}));
 }
 
-TEST(Alignment, ATakeWhoseLastFrameDiffersGivesAnotherModelOfTheLastState)
+TEST(Alignment, EveryFrameUpToTheLastCountsForItsState)
 {
-    // The odd takes end with a frame of a sound that is nowhere else. Counted, it teaches the last state that sound, and in the
-    // last take, where that sound lasts longer, the last state begins where it begins.
-    std::vector<std::vector<MelFrame>> takes;
-    RandomStream random(99);
-    for (uint64_t i = 0; i < 60; ++i)
-    {
-        takes.push_back(Take({8, 7}, i));
-        takes.back().push_back(Sound(9, &random));
-    }
-    std::vector<MelFrame> last = Take({8, 0}, 50);
-    for (int i = 0; i < 8; ++i)
-    {
-        last.push_back(Sound(9, &random));
-    }
-    takes.push_back(last);
-    const auto alignment = AlignTakes(takes, 2, MixtureOf(takes));
-    ASSERT_TRUE(alignment.has_value());
-    EXPECT_LE(LargestShift(alignment->labels.back(), LabelsOf({8, 8})), 1) << testing::PrintToString(alignment->labels.back());
-    EXPECT_EQ(alignment->labels.front().back(), 1);
+    std::vector<MixtureStatistics> statistics(3, {Eigen::VectorXf::Zero(1), Eigen::MatrixXf::Zero(1, 1)});
+    Eigen::MatrixXf frames(1, 6);
+    frames << 1.0F, 2.0F, 4.0F, 8.0F, 16.0F, 32.0F;
+    const std::vector<int> labels{0, 0, 1, 2, 2, 2};
+    AddToStates(labels, frames, Eigen::MatrixXf::Ones(1, 6), &statistics);
+    EXPECT_FLOAT_EQ(statistics[0].sums(0, 0), 3.0F);
+    EXPECT_FLOAT_EQ(statistics[1].sums(0, 0), 4.0F);
+    EXPECT_FLOAT_EQ(statistics[2].sums(0, 0), 56.0F);
+    EXPECT_FLOAT_EQ(statistics[2].counts(0), 3.0F);
 }
 
 TEST(Alignment, TakesTooShortForTheStatesAreReported)
