@@ -283,7 +283,7 @@ Status EngineSession::GetIntOutput(uint32_t output, int32_t* values, uint32_t* c
     case Output::VadFlag:
         value = frame == nullptr || !frame->IsSpeech() ? 1 : 0;
         break;
-    case Output::FrameSize:
+    case Output::AudioFrameSize:
         value = static_cast<int32_t>(FrameSize);
         break;
     case Output::VadQuality:
