@@ -51,6 +51,7 @@ std::vector<GaussianMixture> AdaptToStates(const std::vector<TakeFrames>& takes,
         AddToStates(take.labels, take.cepstra, take.posteriors, &statistics);
     }
     std::vector<GaussianMixture> adapted;
+    adapted.reserve(states);
     for (const MixtureStatistics& state : statistics)
     {
         adapted.push_back(AdaptMixture(mixture, state, Relevance));

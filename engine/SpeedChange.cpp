@@ -15,6 +15,8 @@ namespace
 
 /// Samples of the signal that one sample of the result is made of.
 constexpr Eigen::Index Taps = 32;
+/// Of these, the samples before the position.
+constexpr Eigen::Index TapsBefore = Taps / 2 - 1;
 /// Positions between two samples for which the taps are tabled; between these they are interpolated linearly (error -82 dB).
 constexpr Eigen::Index Phases = 128;
 /// Where the pass band ends, as a share of the lower of the two half sample rates.
@@ -41,7 +43,7 @@ TapTable MakeTapTable(double cutoff)
         const double fraction = static_cast<double>(phase) / static_cast<double>(Phases);
         for (Eigen::Index tap = 0; tap < Taps; ++tap)
         {
-            table(tap, phase) = static_cast<float>(WindowedSinc(static_cast<double>(tap - (Taps / 2 - 1)) - fraction, cutoff));
+            table(tap, phase) = static_cast<float>(WindowedSinc(static_cast<double>(tap - TapsBefore) - fraction, cutoff));
         }
     }
     return table;
@@ -55,7 +57,7 @@ std::vector<float> ChangeSpeed(std::span<const float> signal, double speed)
 
     // Zeros on either side, so that the taps never reach outside.
     Eigen::VectorXf padded = Eigen::VectorXf::Zero(static_cast<Eigen::Index>(signal.size()) + Taps);
-    std::copy(signal.begin(), signal.end(), padded.begin() + (Taps / 2 - 1));
+    std::copy(signal.begin(), signal.end(), padded.begin() + TapsBefore);
 
     std::vector<float> result(static_cast<std::size_t>(static_cast<double>(signal.size()) / speed));
     for (std::size_t i = 0; i < result.size(); ++i)
