@@ -10,13 +10,13 @@ namespace velox::engine
 /// Integer outputs of a session. The first three are the contract's; the others tell why a take was refused, once it was flushed.
 enum class Output : uint32_t
 {
-    VadFlag = 2,     ///< 1 when the last frame is not speech
-    FrameSize = 5,   ///< samples
-    VadQuality = 6,  ///< of the last frame: decibels above the noise floor
-    TakeStatus = 20, ///< Status of the take: Success, TooQuiet, Clipped, ...
-    PlaceStart = 21, ///< where the phrase, or else the speech, starts: sample
-    PlaceEnd = 22,   ///< and ends
-    BestScore = 23,  ///< highest first-stage score of the take, Q8
+    VadFlag = 2,        ///< 1 when the last frame is not speech
+    AudioFrameSize = 5, ///< samples
+    VadQuality = 6,     ///< of the last frame: decibels above the noise floor
+    TakeStatus = 20,    ///< Status of the take: Success, TooQuiet, Clipped, ...
+    PlaceStart = 21,    ///< where the phrase, or else the speech, starts: sample
+    PlaceEnd = 22,      ///< and ends
+    BestScore = 23,     ///< highest first-stage score of the take, Q8
 };
 
 /// One session of the engine. Calls out of order give OrderViolated.
