@@ -2,7 +2,7 @@
 
 #include "MixtureBlob.h"
 
-#include <numeric>
+#include <algorithm>
 
 namespace velox::engine
 {
@@ -10,7 +10,6 @@ namespace velox::engine
 namespace
 {
 
-constexpr uint32_t MostStates = 128;
 constexpr uint32_t MostFrames = 2000;
 
 } // namespace
@@ -47,6 +46,12 @@ Status ReadAcousticModel(const uint8_t* blob, AcousticModel* model)
     return Status::Success;
 }
 
+bool Population::Fits(const AcousticModel& model) const
+{
+    return std::all_of(peaks.begin(), peaks.end(),
+                       [&](const Peak& peak) { return peak.counts.size() == model.phrase.states.States(); });
+}
+
 std::vector<uint8_t> WritePopulation(const Population& population)
 {
     BlobWriter writer(BlobKind::Population);
@@ -78,13 +83,13 @@ Status ReadPopulation(const uint8_t* blob, Population* population)
     }
     Population read;
     read.hours = static_cast<double>(reader.F32());
-    bool valid = read.hours > 0.0;
     const uint32_t peaks = reader.Count(Population::MostPeaks);
+    bool valid = read.hours > 0.0 && peaks > 0;
     for (uint32_t i = 0; i < peaks && valid; ++i)
     {
         Population::Peak peak;
         peak.score = reader.F32();
-        peak.counts.resize(reader.Count(MostStates));
+        peak.counts.resize(reader.Count(StateModel::MostStates));
         uint32_t frames = 0;
         for (int32_t& count : peak.counts)
         {

@@ -33,6 +33,9 @@ struct Population
 
     double hours = 0.0; ///< of background that the peaks are the highest of
     std::vector<Peak> peaks;
+
+    /// Whether the peaks are those of the model's phrase, as far as can be told.
+    bool Fits(const AcousticModel& model) const;
 };
 
 std::vector<uint8_t> WritePopulation(const Population& population);

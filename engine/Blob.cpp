@@ -115,7 +115,7 @@ std::vector<uint8_t> BlobWriter::Finish()
 
 BlobReader::BlobReader(BlobKind kind, const uint8_t* blob, Status* header)
 {
-    if (ReadU32(blob) != static_cast<uint32_t>(kind))
+    if (!IsBlob(blob, kind))
     {
         *header = Status::BlobKind;
     }
@@ -178,6 +178,7 @@ void BlobReader::F32s(std::span<float> values)
 void BlobReader::Quantised(std::span<float> values)
 {
     const float step = F32();
+    malformed = malformed || !std::isfinite(step * (MostSteps + 1.0F));
     const uint8_t* taken = Take(values.size() * 2);
     for (std::size_t i = 0; i < values.size(); ++i)
     {
@@ -198,9 +199,14 @@ Status BlobReader::Finish() const
     return malformed || !rest.empty() ? Status::MalformedBlob : Status::Success;
 }
 
-uint32_t BlobLength(const uint8_t* blob, BlobKind kind)
+bool IsBlob(const uint8_t* blob, BlobKind kind)
 {
-    return ReadU32(blob) == static_cast<uint32_t>(kind) ? ReadU32(blob + LengthOffset) : 0;
+    return ReadU32(blob) == static_cast<uint32_t>(kind);
+}
+
+uint32_t BlobLength(const uint8_t* blob)
+{
+    return ReadU32(blob + LengthOffset);
 }
 
 } // namespace velox::engine

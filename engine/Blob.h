@@ -86,7 +86,10 @@ private:
     bool malformed = false;
 };
 
-/// The length that a model's header gives; 0 when it is not of this kind.
-uint32_t BlobLength(const uint8_t* blob, BlobKind kind);
+/// Whether a model says of itself that it is of this kind.
+bool IsBlob(const uint8_t* blob, BlobKind kind);
+
+/// The length that a model's header gives.
+uint32_t BlobLength(const uint8_t* blob);
 
 } // namespace velox::engine

@@ -28,18 +28,54 @@ Transform CosineTransform()
     return transform;
 }
 
+const Transform& TheTransform()
+{
+    static const Transform transform = CosineTransform();
+    return transform;
+}
+
+void WriteDeltas(const Eigen::Ref<const Eigen::MatrixXf>& sequence, Eigen::Ref<Eigen::MatrixXf> deltas)
+{
+    constexpr Eigen::Index Reach = 2;
+    constexpr float SquaresOfReach = 2.0F * (1.0F + 4.0F);
+
+    deltas.setZero();
+    for (Eigen::Index t = 0; t < sequence.cols(); ++t)
+    {
+        for (Eigen::Index k = 1; k <= Reach; ++k)
+        {
+            const Eigen::Index before = std::max<Eigen::Index>(t - k, 0);
+            const Eigen::Index after = std::min(t + k, sequence.cols() - 1);
+            deltas.col(t) += static_cast<float>(k) / SquaresOfReach * (sequence.col(after) - sequence.col(before));
+        }
+    }
+}
+
+/// Fills the lower two thirds of the frames from the coefficients in the upper one.
+void AddDeltas(Eigen::Ref<Eigen::MatrixXf> frames)
+{
+    constexpr float DeltaScale = 2.5F;
+    constexpr float DeltaDeltaScale = 5.0F;
+
+    const Eigen::Index size = frames.rows() / 3;
+    WriteDeltas(frames.topRows(size), frames.middleRows(size, size));
+    WriteDeltas(frames.middleRows(size, size), frames.bottomRows(size));
+    frames.middleRows(size, size) *= DeltaScale;
+    frames.bottomRows(size) *= DeltaDeltaScale;
+}
+
 } // namespace
 
 Eigen::MatrixXf Cepstra(std::span<const MelFrame> logMel)
 {
     static_assert(sizeof(MelFrame) == MelChannels * sizeof(float), "a sequence of frames is one matrix");
-    static const Transform transform = CosineTransform();
     if (logMel.empty())
     {
         return Eigen::MatrixXf(CepstrumSize, 0);
     }
     using Channels = Eigen::Matrix<float, MelChannels, Eigen::Dynamic>;
-    return transform * Eigen::Map<const Channels>(logMel.front().data(), MelChannels, static_cast<Eigen::Index>(logMel.size()));
+    return TheTransform() *
+           Eigen::Map<const Channels>(logMel.front().data(), MelChannels, static_cast<Eigen::Index>(logMel.size()));
 }
 
 void RemoveMean(Eigen::MatrixXf* cepstra)
@@ -53,30 +89,16 @@ void RemoveMean(Eigen::MatrixXf* cepstra)
 
 Eigen::MatrixXf Deltas(const Eigen::MatrixXf& sequence)
 {
-    constexpr Eigen::Index Reach = 2;
-    constexpr float SquaresOfReach = 2.0F * (1.0F + 4.0F);
-
-    Eigen::MatrixXf deltas = Eigen::MatrixXf::Zero(sequence.rows(), sequence.cols());
-    for (Eigen::Index t = 0; t < sequence.cols(); ++t)
-    {
-        for (Eigen::Index k = 1; k <= Reach; ++k)
-        {
-            const Eigen::Index before = std::max<Eigen::Index>(t - k, 0);
-            const Eigen::Index after = std::min(t + k, sequence.cols() - 1);
-            deltas.col(t) += static_cast<float>(k) / SquaresOfReach * (sequence.col(after) - sequence.col(before));
-        }
-    }
+    Eigen::MatrixXf deltas(sequence.rows(), sequence.cols());
+    WriteDeltas(sequence, deltas);
     return deltas;
 }
 
 Eigen::MatrixXf WithDeltas(const Eigen::MatrixXf& cepstra)
 {
-    constexpr float DeltaScale = 2.5F;
-    constexpr float DeltaDeltaScale = 5.0F;
-
-    const Eigen::MatrixXf deltas = Deltas(cepstra);
     Eigen::MatrixXf frames(3 * cepstra.rows(), cepstra.cols());
-    frames << cepstra, DeltaScale * deltas, DeltaDeltaScale * Deltas(deltas);
+    frames.topRows(cepstra.rows()) = cepstra;
+    AddDeltas(frames);
     return frames;
 }
 
@@ -85,6 +107,16 @@ Eigen::MatrixXf UtteranceCepstra(std::span<const MelFrame> logMel)
     Eigen::MatrixXf cepstra = Cepstra(logMel);
     RemoveMean(&cepstra);
     return WithDeltas(cepstra);
+}
+
+void StretchCepstra(std::span<const MelFrame> features, Eigen::Ref<Eigen::MatrixXf> frames)
+{
+    for (std::size_t t = 0; t < features.size(); ++t)
+    {
+        frames.col(static_cast<Eigen::Index>(t)).head<CepstrumSize>().noalias() =
+            TheTransform() * Eigen::Map<const Eigen::Matrix<float, MelChannels, 1>>(features[t].data());
+    }
+    AddDeltas(frames);
 }
 
 } // namespace velox::engine

@@ -39,4 +39,9 @@ Eigen::MatrixXf WithDeltas(const Eigen::MatrixXf& cepstra);
 /// @return CepstralFrameSize x frames
 Eigen::MatrixXf UtteranceCepstra(std::span<const MelFrame> logMel);
 
+/// Frames of a stretch of features from which a mean was taken off already, with deltas. Allocates nothing.
+///
+/// @param frames  CepstralFrameSize x as many as there are features
+void StretchCepstra(std::span<const MelFrame> features, Eigen::Ref<Eigen::MatrixXf> frames);
+
 } // namespace velox::engine

@@ -21,8 +21,14 @@ std::string_view Trim(std::string_view text)
 template <typename Number>
 bool Parse(std::string_view text, Number* number)
 {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), *number);
-    return error == std::errc() && end == text.data() + text.size();
+    Number parsed{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), parsed);
+    if (error != std::errc() || end != text.data() + text.size())
+    {
+        return false;
+    }
+    *number = parsed;
+    return true;
 }
 
 } // namespace
@@ -51,7 +57,7 @@ void EngineAttributes::SetConstraints(std::string_view text)
 
 Status EngineAttributes::SetLogLevel(std::string_view text)
 {
-    return Parse(Trim(text), &logLevel) ? Status::Success : Status::UnknownIdentifier;
+    return Parse(Trim(text), &logLevel) ? Status::Success : Status::BadValue;
 }
 
 Status EngineAttributes::SetAcousticModel(const uint8_t* blob)

@@ -25,7 +25,7 @@ struct EngineAttributes
     /// and logged.
     void SetConstraints(std::string_view text);
 
-    /// @param text  a decimal number; anything else is UnknownIdentifier
+    /// @param text  a decimal number; anything else is BadValue
     Status SetLogLevel(std::string_view text);
 
     /// Reads and keeps a copy: the caller's block may go away.

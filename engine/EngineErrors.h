@@ -27,6 +27,8 @@ enum class Status : uint32_t
     ModelTooLarge = 110,
     WrongFrameSize = 111,
     OutOfMemory = 112,
+    ModelsDisagree = 113,
+    BadValue = 114,
 
     UtteranceTooShort = 120,
     TooQuiet = 121,
@@ -64,6 +66,8 @@ inline constexpr std::array StatusTexts{
     StatusText{Status::ModelTooLarge, "ModelTooLarge", "The firmware model is larger than the platform's constraints allow."},
     StatusText{Status::WrongFrameSize, "WrongFrameSize", "A frame of another length than the engine's was fed."},
     StatusText{Status::OutOfMemory, "OutOfMemory", "Memory ran out."},
+    StatusText{Status::ModelsDisagree, "ModelsDisagree", "The acoustic model and the population are not of the same phrase."},
+    StatusText{Status::BadValue, "BadValue", "The text of an attribute is not what the attribute takes."},
     StatusText{Status::UtteranceTooShort, "UtteranceTooShort", "The utterance is shorter than the phrase can be."},
     StatusText{Status::TooQuiet, "TooQuiet", "The utterance is too quiet."},
     StatusText{Status::Clipped, "Clipped", "The utterance is clipped: the recording level is too high."},

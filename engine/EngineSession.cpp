@@ -31,8 +31,8 @@ std::span<const uint8_t> UnwrapPhraseModel(const uint8_t* blob, Status* status)
 {
     BlobReader reader(BlobKind::PhraseModel, blob, status);
     const std::span<const uint8_t> nested = reader.Nested();
-    if (*status == Status::Success && (reader.Finish() != Status::Success || nested.size() < BlobHeader::Size ||
-                                       BlobLength(nested.data(), BlobKind::Firmware) != nested.size()))
+    if (*status == Status::Success &&
+        (reader.Finish() != Status::Success || nested.size() < BlobHeader::Size || BlobLength(nested.data()) != nested.size()))
     {
         *status = Status::MalformedBlob;
     }
@@ -74,7 +74,7 @@ Status EngineSession::SetModel(const uint8_t* blob)
     }
     Status status = Status::Success;
     const uint8_t* firmware = blob;
-    if (BlobLength(blob, BlobKind::PhraseModel) != 0)
+    if (IsBlob(blob, BlobKind::PhraseModel))
     {
         firmware = UnwrapPhraseModel(blob, &status).data();
     }
@@ -87,7 +87,7 @@ Status EngineSession::SetModel(const uint8_t* blob)
     {
         return status;
     }
-    firmwareModel.assign(firmware, firmware + BlobLength(firmware, BlobKind::Firmware));
+    firmwareModel.assign(firmware, firmware + BlobLength(firmware));
     detector.reset();
     model = std::move(read);
     StartListening();
@@ -101,6 +101,7 @@ void EngineSession::StartListening()
     score = ScoreScale::Least;
     bestScore = ScoreScale::Least;
     scoreReady = false;
+    sinceDetection = 0;
     bestDetection.reset();
     flushed = 0;
     takeSamples.clear();
@@ -116,6 +117,10 @@ Status EngineSession::StartEnrollment()
     if (attributes.acousticModel == nullptr || attributes.population == nullptr)
     {
         return Status::NoModel;
+    }
+    if (!attributes.population->Fits(*attributes.acousticModel))
+    {
+        return Status::ModelsDisagree;
     }
     enrollment = std::make_unique<Enrollment>(*attributes.acousticModel, *attributes.population);
     mode = Mode::Enrolling;
@@ -152,6 +157,7 @@ Status EngineSession::FeedFrame(const int16_t* samples, uint32_t sampleCount)
     }
     if (mode == Mode::Listening)
     {
+        flushed = 0;
         HearFrame(converted.data());
         if (const AnalysedFrame* frame = detector->LastFrame(); frame != nullptr && takeFrames.size() < takeFrames.capacity())
         {
@@ -163,10 +169,15 @@ Status EngineSession::FeedFrame(const int16_t* samples, uint32_t sampleCount)
 
 void EngineSession::HearFrame(const float* samples)
 {
-    score = ScoreScale::Least;
-    if (const std::optional<Detection> detection = detector->Push(samples))
+    ++sinceDetection;
+    if (sinceDetection > HeldFrames)
+    {
+        score = ScoreScale::Least;
+    }
+    if (const std::optional<Detection> detection = detector->Push(samples); detection && detection->score > score)
     {
         score = detection->score;
+        sinceDetection = 0;
         if (!bestDetection || detection->score > bestDetection->score)
         {
             bestDetection = detection;
@@ -193,6 +204,7 @@ Status EngineSession::Flush()
     }
     constexpr std::array<float, FrameSize> Silence{};
     HearFrame(Silence.data());
+    scoreReady = true; // once the flush is under way, callers take a missing score for a failure
     ++flushed;
     return Status::Success;
 }
@@ -202,8 +214,13 @@ void EngineSession::JudgeTake()
 {
     const Endpoints endpoints = FindEndpoints(takeFrames, takeSamples);
     takeStatus = StatusOf(endpoints.fault);
-    placeStart = FeatureStream::MiddleSample(static_cast<int64_t>(endpoints.begin));
-    placeEnd = FeatureStream::MiddleSample(static_cast<int64_t>(endpoints.end));
+    placeStart = 0;
+    placeEnd = 0;
+    if (endpoints.end > endpoints.begin)
+    {
+        placeStart = FeatureStream::MiddleSample(static_cast<int64_t>(endpoints.begin));
+        placeEnd = FeatureStream::MiddleSample(static_cast<int64_t>(endpoints.end));
+    }
     if (bestDetection)
     {
         placeStart = bestDetection->startSample;

@@ -28,6 +28,10 @@ public:
     /// Longest take that is looked at as a whole; what comes later is scored, but not judged.
     static constexpr std::size_t MostTakeSeconds = 20;
 
+    /// Frames for which the score of a detection stands: callers look at the frame after the one that gave it, too, and take a
+    /// lower score there for a withdrawal.
+    static constexpr int64_t HeldFrames = 50;
+
     explicit EngineSession(EngineAttributes attributes);
 
     Status InitComponent(uint32_t component);
@@ -65,6 +69,7 @@ private:
     std::vector<uint8_t> firmwareModel;
     std::unique_ptr<PhraseDetector> detector;
     float score = 0.0F;
+    int64_t sinceDetection = 0; ///< frames
     bool scoreReady = false;
     float bestScore = 0.0F;
     std::optional<Detection> bestDetection;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <utility>
 
@@ -203,6 +204,24 @@ Eigen::VectorXf GaussianMixture::LogLikelihoods(const Eigen::Ref<const Eigen::Ma
         all.segment(start, size) = Normalize(&densities);
     });
     return all;
+}
+
+float GaussianMixture::LogLikelihood(const Eigen::Ref<const Eigen::VectorXf>& frame) const
+{
+    float largest = -std::numeric_limits<float>::infinity();
+    float sum = 0.0F; // of the densities, relative to the largest
+    for (Eigen::Index k = 0; k < Components(); ++k)
+    {
+        const float logDensity =
+            offset(k) + linear.row(k).dot(frame) + (quadratic.row(k).array() * frame.transpose().array().square()).sum();
+        if (logDensity > largest)
+        {
+            sum *= std::exp(largest - logDensity);
+            largest = logDensity;
+        }
+        sum += std::exp(logDensity - largest);
+    }
+    return largest + std::log(sum);
 }
 
 Eigen::MatrixXf GaussianMixture::Posteriors(const Eigen::Ref<const Eigen::MatrixXf>& frames) const

@@ -37,6 +37,9 @@ public:
     /// Natural logarithm of each frame's density.
     Eigen::VectorXf LogLikelihoods(const Eigen::Ref<const Eigen::MatrixXf>& frames) const;
 
+    /// The same of one frame. Allocates nothing.
+    float LogLikelihood(const Eigen::Ref<const Eigen::VectorXf>& frame) const;
+
     /// How far each component answers for each frame: components x frames, every column adds up to 1.
     Eigen::MatrixXf Posteriors(const Eigen::Ref<const Eigen::MatrixXf>& frames) const;
 

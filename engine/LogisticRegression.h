@@ -12,7 +12,7 @@ struct LogisticRegression
     Eigen::VectorXf weights;
     float bias = 0.0F;
 
-    float LogOdds(const Eigen::VectorXf& features) const
+    float LogOdds(const Eigen::Ref<const Eigen::VectorXf>& features) const
     {
         return weights.dot(features) + bias;
     }

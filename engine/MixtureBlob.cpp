@@ -1,5 +1,7 @@
 #include "MixtureBlob.h"
 
+#include "Cepstrum.h"
+
 namespace velox::engine
 {
 
@@ -7,7 +9,6 @@ namespace
 {
 
 constexpr uint32_t MostComponents = 256;
-constexpr uint32_t MostDimensions = 256;
 
 template <typename Matrix>
 auto Values(Matrix& matrix)
@@ -33,10 +34,10 @@ void WriteMixtures(std::span<const GaussianMixture> mixtures, BlobWriter* writer
 std::optional<std::vector<GaussianMixture>> ReadMixtures(std::size_t count, BlobReader* reader)
 {
     const uint32_t components = reader->Count(MostComponents);
-    const uint32_t dimensions = reader->Count(MostDimensions);
+    const uint32_t dimensions = reader->Count(CepstralFrameSize);
     Eigen::MatrixXf variances(dimensions, components);
     reader->F32s(Values(variances));
-    if (variances.size() == 0 || !(variances.array() > 0.0F).all())
+    if (components == 0 || dimensions != CepstralFrameSize || !(variances.array() > 0.0F).all())
     {
         return std::nullopt;
     }

@@ -1,6 +1,7 @@
 #include "NearPhraseCheck.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numeric>
 
@@ -17,10 +18,10 @@ float Mean(const float* values, std::size_t count)
 
 } // namespace
 
-Eigen::VectorXf NearPhraseCheck::Describe(const PhrasePath& path, const StateModel& states)
+NearPhraseCheck::Description NearPhraseCheck::Describe(const PhrasePath& path, const StateModel& states)
 {
     const std::size_t count = states.States();
-    std::vector<float> means(count);
+    std::array<float, StateModel::MostStates> means;
     float largestError = 0.0F;
     float errorSum = 0.0F;
     for (std::size_t s = 0; s < count; ++s)
@@ -30,8 +31,9 @@ Eigen::VectorXf NearPhraseCheck::Describe(const PhrasePath& path, const StateMod
         largestError = std::max(largestError, error * error);
         errorSum += error * error;
     }
-    std::vector<float> sorted = means;
-    std::sort(sorted.begin(), sorted.end());
+    std::array<float, StateModel::MostStates> sorted;
+    std::copy_n(means.begin(), count, sorted.begin());
+    std::sort(sorted.begin(), sorted.begin() + static_cast<std::ptrdiff_t>(count));
     const float median = sorted[count / 2];
     const std::size_t three = std::min<std::size_t>(3, count);
     float lowestThree = Mean(means.data(), three);
@@ -40,7 +42,7 @@ Eigen::VectorXf NearPhraseCheck::Describe(const PhrasePath& path, const StateMod
         lowestThree = std::min(lowestThree, Mean(means.data() + s, three));
     }
 
-    Eigen::VectorXf features(Features);
+    Description features;
     features << sorted[0], Mean(sorted.data(), std::min<std::size_t>(2, count)),
         Mean(sorted.data(), std::min<std::size_t>(4, count)), median, lowestThree, lowestThree - median,
         (path.lowest[0] + path.lowest[1]) / 2.0F, largestError, errorSum / static_cast<float>(count), Mean(means.data(), three),

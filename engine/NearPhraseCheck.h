@@ -12,6 +12,7 @@ namespace velox::engine
 struct NearPhraseCheck
 {
     static constexpr Eigen::Index Features = 12;
+    using Description = Eigen::Matrix<float, Features, 1>;
 
     LogisticRegression classifier;
     float cut = 0.0F; ///< least log odds of the phrase
@@ -24,8 +25,8 @@ struct NearPhraseCheck
 
     /// Means of the 1, 2 and 4 lowest state means; their median; the lowest mean of three adjacent states, and that less the
     /// median; the mean of the two lowest frames; largest and mean squared logarithmic error of the durations; means of the first
-    /// and of the last three states; the score.
-    static Eigen::VectorXf Describe(const PhrasePath& path, const StateModel& states);
+    /// and of the last three states; the score. Allocates nothing.
+    static Description Describe(const PhrasePath& path, const StateModel& states);
 };
 
 } // namespace velox::engine

@@ -2,8 +2,7 @@
 
 #include "Cepstrum.h"
 
-#include <array>
-#include <numeric>
+#include <algorithm>
 
 namespace velox::engine
 {
@@ -19,13 +18,16 @@ constexpr float MostNearPenalty = 100.0F;
 
 Eigen::MatrixXf SpeakerFrames(std::span<const MelFrame> features)
 {
-    return WithDeltas(Cepstra(features));
+    Eigen::MatrixXf frames(CepstralFrameSize, static_cast<Eigen::Index>(features.size()));
+    StretchCepstra(features, frames);
+    return frames;
 }
 
 PhraseDetector::PhraseDetector(const PhraseModel& phrase)
-    : model(phrase), stream(phrase.statistics), network(phrase.network), decoder(phrase.states),
-      history(HistoryFrames), peak{0.0F, 0, decoder.BestPath()}
+    : model(phrase), stream(phrase.statistics), network(phrase.network), decoder(phrase.states), history(HistoryFrames),
+      speakerFrames(CepstralFrameSize, HistoryFrames), peak{0.0F, 0, decoder.BestPath()}
 {
+    phraseFeatures.reserve(HistoryFrames);
 }
 
 int64_t PhraseDetector::FlushFrames() const
@@ -70,17 +72,19 @@ std::optional<Detection> PhraseDetector::Push(const float* samples)
 }
 
 /// The decoder's frame n is the analysed frame n + look-ahead: the network needs as many before its first output.
-Eigen::MatrixXf PhraseDetector::FramesOf(const Peak& found) const
+float PhraseDetector::SpeakerRatio(const Peak& found)
 {
-    std::vector<MelFrame> features;
+    phraseFeatures.clear();
     for (int64_t n = found.path.startFrame; n <= found.endFrame; ++n)
     {
-        features.push_back(history[static_cast<std::size_t>((n + model.network.LookAhead()) % HistoryFrames)]);
+        phraseFeatures.push_back(history[static_cast<std::size_t>((n + model.network.LookAhead()) % HistoryFrames)]);
     }
-    return SpeakerFrames(features);
+    const auto count = static_cast<Eigen::Index>(phraseFeatures.size());
+    StretchCepstra(phraseFeatures, speakerFrames.leftCols(count));
+    return model.speaker->LogRatio(speakerFrames.leftCols(count), found.path.counts);
 }
 
-Detection PhraseDetector::Judge(const Peak& found) const
+Detection PhraseDetector::Judge(const Peak& found)
 {
     Detection detection;
     const int64_t lookAhead = model.network.LookAhead();
@@ -94,7 +98,7 @@ Detection PhraseDetector::Judge(const Peak& found) const
     const bool kept = frames - (found.path.startFrame + lookAhead) <= HistoryFrames;
     if (model.speaker && kept)
     {
-        detection.speakerRatio = model.speaker->LogRatio(FramesOf(found), found.path.counts);
+        detection.speakerRatio = SpeakerRatio(found);
         const float sum = found.score + SpeakerModel::Weight * detection.speakerRatio;
         score =
             ScoreScale::HalfAlarmPerHour + ScoreScale::StepsPerFactorE * (sum - model.speaker->threshold) / BackgroundTail::Slope;

@@ -20,7 +20,7 @@ struct Detection
 };
 
 /// Listens for one phrase. The first stage, network and decoder, sees every frame; the second, speaker part and near-phrase
-/// check, only a peak of the first one's score. Nothing is allocated after the construction but on a peak.
+/// check, only a peak of the first one's score. Nothing is allocated after the construction.
 class PhraseDetector
 {
 public:
@@ -67,8 +67,8 @@ private:
         PhrasePath path;
     };
 
-    Detection Judge(const Peak& peak) const;
-    Eigen::MatrixXf FramesOf(const Peak& peak) const;
+    Detection Judge(const Peak& peak);
+    float SpeakerRatio(const Peak& peak);
 
     const PhraseModel& model;
     FeatureStream stream;
@@ -76,8 +76,10 @@ private:
     Decoder decoder;
     AnalysedFrame frame{};
     bool analysed = false;
-    std::vector<MelFrame> history; ///< features by their frame's number, round and round
-    int64_t frames = 0;            ///< analysed
+    std::vector<MelFrame> history;        ///< features by their frame's number, round and round
+    int64_t frames = 0;                   ///< analysed
+    std::vector<MelFrame> phraseFeatures; ///< those of a peak
+    Eigen::MatrixXf speakerFrames;        ///< and their cepstra
     std::optional<float> firstStage;
     bool peakPending = false;
     Peak peak;

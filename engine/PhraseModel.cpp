@@ -10,7 +10,6 @@ namespace
 
 constexpr uint32_t MostLayers = 16;
 constexpr uint32_t MostUnits = 256;
-constexpr uint32_t MostStates = 128;
 
 std::span<const float> Values(const Eigen::MatrixXf& matrix)
 {
@@ -131,7 +130,7 @@ Status ReadPhraseModel(const uint8_t* blob, PhraseModel* model)
     reader.F32s(read.statistics.startMean);
     reader.F32s(read.statistics.mean);
     reader.F32s(read.statistics.deviation);
-    const uint32_t states = reader.Count(MostStates);
+    const uint32_t states = reader.Count(StateModel::MostStates);
     read.states.meanDuration.resize(states);
     read.states.logPrior.resize(states + 1);
     reader.F32s(read.states.meanDuration);
@@ -169,11 +168,8 @@ Status ReadPhraseModel(const uint8_t* blob, PhraseModel* model)
 Status ReadNestedPhraseModel(BlobReader* reader, PhraseModel* model)
 {
     const std::span<const uint8_t> bytes = reader->Nested();
-    if (bytes.size() < BlobHeader::Size || BlobLength(bytes.data(), BlobKind::Firmware) != bytes.size())
-    {
-        return Status::MalformedBlob;
-    }
-    return ReadPhraseModel(bytes.data(), model);
+    const bool whole = bytes.size() >= BlobHeader::Size && BlobLength(bytes.data()) == bytes.size();
+    return whole ? ReadPhraseModel(bytes.data(), model) : Status::MalformedBlob;
 }
 
 } // namespace velox::engine

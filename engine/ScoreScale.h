@@ -51,9 +51,10 @@ struct ScoreScale
         return Clamp(HalfAlarmPerHour + StepsPerFactorE * static_cast<float>(std::log(0.5 / alarms)));
     }
 
+    /// What is not a number becomes Least.
     static float Clamp(float value)
     {
-        return std::clamp(value, Least, Most);
+        return value > Least ? std::min(value, Most) : Least;
     }
 };
 

@@ -1,5 +1,7 @@
 #include "SessionTable.h"
 
+#include <limits>
+
 namespace velox::engine
 {
 
@@ -8,7 +10,7 @@ uint32_t SessionTable::Add(std::unique_ptr<EngineSession> session)
     auto entry = std::make_unique<Entry>();
     entry->session = std::move(session);
     const std::lock_guard lock(changes);
-    for (uint32_t tried = 0; tried < Slots; ++tried)
+    for (uint32_t tried = 0; tried < Slots && lastHandle < std::numeric_limits<uint32_t>::max(); ++tried)
     {
         ++lastHandle;
         std::atomic<Entry*>& slot = entries[lastHandle % Slots];

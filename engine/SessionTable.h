@@ -16,13 +16,13 @@ class SessionTable
 public:
     static constexpr uint32_t Slots = 64;
 
-    /// @return 0 when all slots are taken
+    /// @return 0 when all slots are taken, or all handles used up
     uint32_t Add(std::unique_ptr<EngineSession> session);
 
     /// @return null for a handle that is not open
     EngineSession* Find(uint32_t handle) const;
 
-    /// @return false for a handle that was never given out; a second removal is accepted
+    /// @return false for a handle beyond any that was given out; a second removal is accepted
     bool Remove(uint32_t handle);
 
 private:

@@ -1,5 +1,7 @@
 #include "SpeakerModel.h"
 
+#include <algorithm>
+
 namespace velox::engine
 {
 
@@ -44,13 +46,16 @@ std::vector<GaussianMixture> AdaptStates(std::size_t states, PriorOf priorOf, st
 float SpeakerModel::LogRatio(const Eigen::Ref<const Eigen::MatrixXf>& frames, std::span<const int32_t> counts) const
 {
     float sum = 0.0F;
-    Eigen::Index start = 0;
+    Eigen::Index frame = 0;
     for (std::size_t s = 0; s < user.size(); ++s)
     {
-        const auto part = frames.middleCols(start, counts[s]);
-        const Eigen::VectorXf ratios = user[s].LogLikelihoods(part) - generic[s].LogLikelihoods(part);
-        sum += ratios.cwiseMax(-MostRatio).cwiseMin(MostRatio).mean();
-        start += counts[s];
+        float stateSum = 0.0F;
+        for (const Eigen::Index end = frame + counts[s]; frame < end; ++frame)
+        {
+            const float ratio = user[s].LogLikelihood(frames.col(frame)) - generic[s].LogLikelihood(frames.col(frame));
+            stateSum += std::clamp(ratio, -MostRatio, MostRatio);
+        }
+        sum += stateSum / static_cast<float>(counts[s]);
     }
     return sum / static_cast<float>(user.size());
 }

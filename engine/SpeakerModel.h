@@ -38,7 +38,7 @@ struct SpeakerModel
     /// configured threshold serves all users.
     float threshold = 0.0F;
 
-    /// Mean over the states of the mean over their frames of the bounded log ratio of user and everybody.
+    /// Mean over the states of the mean over their frames of the bounded log ratio of user and everybody. Allocates nothing.
     /// @param frames  CepstralFrameSize x frames, the phrase from its first frame to its last
     /// @param counts  frames in each state, together all of them
     float LogRatio(const Eigen::Ref<const Eigen::MatrixXf>& frames, std::span<const int32_t> counts) const;

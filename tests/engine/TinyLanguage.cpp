@@ -1,0 +1,126 @@
+#include "TinyLanguage.h"
+
+#include "Cepstrum.h"
+#include "Signals.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace TinyLanguage
+{
+
+namespace
+{
+
+using namespace velox::engine;
+
+constexpr std::array<std::size_t, States> Channels{6, 14, 22, 30};
+constexpr std::size_t HalfSecond = SampleRate / 2;
+/// Normalised level of a channel that separates tone from noise.
+constexpr float Middle = 4.0F;
+constexpr float Variance = 50.0F;
+
+Network ToneNetwork()
+{
+    constexpr auto Inputs = static_cast<Eigen::Index>(MelChannels);
+    constexpr auto Outputs = static_cast<Eigen::Index>(States) + 1;
+    NetworkLayer layer{3, 2, Eigen::MatrixXf::Zero(Outputs, 3 * Inputs), Eigen::VectorXf::Constant(Outputs, -Middle)};
+    for (std::size_t s = 0; s < States; ++s)
+    {
+        layer.weights(static_cast<Eigen::Index>(s), Inputs + static_cast<Eigen::Index>(Channels[s])) = 1.0F; // the middle tap
+    }
+    layer.bias(static_cast<Eigen::Index>(States)) = 0.0F;
+    return {{layer}};
+}
+
+GaussianMixture Wide(float mean)
+{
+    return {Eigen::VectorXf::Ones(1), Eigen::MatrixXf::Constant(CepstralFrameSize, 1, mean),
+            Eigen::MatrixXf::Constant(CepstralFrameSize, 1, Variance)};
+}
+
+} // namespace
+
+PhraseModel Phrase()
+{
+    PhraseModel model;
+    model.statistics.startMean.fill(-9.0F);
+    model.statistics.mean.fill(0.0F);
+    model.statistics.deviation.fill(1.0F);
+    model.network = ToneNetwork();
+    model.states.meanDuration.assign(States, static_cast<float>(ToneFrames));
+    model.states.logPrior.assign(States, std::log(0.5F / States));
+    model.states.logPrior.push_back(std::log(0.5F));
+    model.tail.start = -2.0F;
+    model.nearCheck.classifier.weights = Eigen::VectorXf::Zero(NearPhraseCheck::Features);
+    model.nearCheck.classifier.weights[0] = 1.0F; // the lowest state's mean
+    model.nearCheck.cut = 1.0F;
+    return model;
+}
+
+PhraseModel UserPhrase()
+{
+    PhraseModel model = Phrase();
+    const std::vector<GaussianMixture> mixtures(States, Wide(0.0F));
+    model.speaker = SpeakerModel{mixtures, mixtures, -2.0F};
+    return model;
+}
+
+AcousticModel Acoustic()
+{
+    return {Phrase(), {std::vector<GaussianMixture>(States, Wide(0.0F))}};
+}
+
+Population Background()
+{
+    Population population;
+    population.hours = 0.5;
+    for (int i = 0; i < 20; ++i)
+    {
+        Population::Peak peak;
+        peak.score = -1.0F - 0.05F * static_cast<float>(i);
+        peak.counts.assign(States, 5);
+        peak.features.assign(States * 5, MelFrame{});
+        population.peaks.push_back(std::move(peak));
+    }
+    return population;
+}
+
+std::vector<float> Say(std::span<const std::size_t> tones, std::size_t before, std::size_t after, const Voice& voice,
+                       uint64_t seed)
+{
+    static const MelFilterbank filterbank;
+    std::vector<float> samples = Signals::Noise(NoiseAmplitude, before + tones.size() * ToneSamples + after, seed);
+    const auto add = [&](std::size_t start, double frequency, double amplitude) {
+        const std::vector<float> tone = Signals::Sine(frequency, amplitude, ToneSamples);
+        const auto at = samples.begin() + static_cast<std::ptrdiff_t>(start);
+        std::transform(tone.begin(), tone.end(), at, at, std::plus<>());
+    };
+    for (std::size_t i = 0; i < tones.size(); ++i)
+    {
+        const std::size_t start = before + i * ToneSamples;
+        add(start, filterbank.CentreFrequency(Channels[tones[i]]), voice.amplitude);
+        if (voice.second > 0.0)
+        {
+            add(start, voice.frequency, voice.amplitude * voice.second);
+        }
+    }
+    return samples;
+}
+
+std::vector<float> SayPhrase(const Voice& voice, uint64_t seed)
+{
+    constexpr std::array<std::size_t, States> Order{0, 1, 2, 3};
+    return Say(Order, HalfSecond, HalfSecond, voice, seed);
+}
+
+std::vector<int16_t> ToPcm(std::span<const float> samples)
+{
+    std::vector<int16_t> pcm(samples.size());
+    std::transform(samples.begin(), samples.end(), pcm.begin(),
+                   [](float sample) { return static_cast<int16_t>(std::lround(32767.0F * sample)); });
+    return pcm;
+}
+
+} // namespace TinyLanguage
