@@ -21,7 +21,7 @@ float Mean(const float* values, std::size_t count)
 NearPhraseCheck::Description NearPhraseCheck::Describe(const PhrasePath& path, const StateModel& states)
 {
     const std::size_t count = states.States();
-    std::array<float, StateModel::MostStates> means;
+    std::array<float, StateModel::MostStates> means{};
     float largestError = 0.0F;
     float errorSum = 0.0F;
     for (std::size_t s = 0; s < count; ++s)
@@ -31,7 +31,7 @@ NearPhraseCheck::Description NearPhraseCheck::Describe(const PhrasePath& path, c
         largestError = std::max(largestError, error * error);
         errorSum += error * error;
     }
-    std::array<float, StateModel::MostStates> sorted;
+    std::array<float, StateModel::MostStates> sorted{};
     std::copy_n(means.begin(), count, sorted.begin());
     std::sort(sorted.begin(), sorted.begin() + static_cast<std::ptrdiff_t>(count));
     const float median = sorted[count / 2];
