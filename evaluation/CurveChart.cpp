@@ -1,9 +1,10 @@
 #include "CurveChart.h"
 
+#include "Format.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <format>
 
 namespace velox::evaluation
 {
@@ -34,14 +35,20 @@ double Down(double missedPercent)
     return Bottom - (Bottom - Top) * std::min(missedPercent, MostMissed) / MostMissed;
 }
 
+std::string Attribute(const std::string& name, double value)
+{
+    return " " + name + "=\"" + Fixed(value, 1) + "\"";
+}
+
 std::string Text(double x, double y, const std::string& text, const std::string& anchor)
 {
-    return std::format("<text x=\"{:.1f}\" y=\"{:.1f}\" text-anchor=\"{}\">{}</text>\n", x, y, anchor, text);
+    return "<text" + Attribute("x", x) + Attribute("y", y) + " text-anchor=\"" + anchor + "\">" + text + "</text>\n";
 }
 
 std::string Line(double x1, double y1, double x2, double y2, const std::string& colour)
 {
-    return std::format("<line x1=\"{:.1f}\" y1=\"{:.1f}\" x2=\"{:.1f}\" y2=\"{:.1f}\" stroke=\"{}\"/>\n", x1, y1, x2, y2, colour);
+    return "<line" + Attribute("x1", x1) + Attribute("y1", y1) + Attribute("x2", x2) + Attribute("y2", y2) + " stroke=\"" +
+           colour + "\"/>\n";
 }
 
 std::string Axes()
@@ -50,17 +57,15 @@ std::string Axes()
     for (const double alarms : {0.1, 0.5, 1.0, 10.0, 100.0})
     {
         svg += Line(Across(alarms), Top, Across(alarms), Bottom, "#dddddd");
-        svg += Text(Across(alarms), Bottom + 16.0, std::format("{:g}", alarms), "middle");
+        svg += Text(Across(alarms), Bottom + 16.0, Short(alarms), "middle");
     }
     for (double missed = 0.0; missed <= MostMissed; missed += 10.0)
     {
         svg += Line(Left, Down(missed), Right, Down(missed), "#dddddd");
-        svg += Text(Left - 6.0, Down(missed) + 4.0, std::format("{:g}", missed), "end");
+        svg += Text(Left - 6.0, Down(missed) + 4.0, Short(missed), "end");
     }
     svg += Text((Left + Right) / 2.0, Height - 12.0, "false alarms per hour", "middle");
-    svg += std::format("<text transform=\"translate(18 {:.1f}) rotate(-90)\" text-anchor=\"middle\">missed, %</text>\n",
-                       (Top + Bottom) / 2.0);
-    return svg;
+    return svg + Text(Left, Top - 8.0, "missed, %", "middle");
 }
 
 } // namespace
@@ -88,9 +93,9 @@ Curve MakeCurve(const std::string& name, const std::vector<float>& clipScores, c
 
 std::string DrawCurves(const std::string& title, const std::vector<Curve>& curves)
 {
-    std::string svg = std::format("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0:g}\" height=\"{1:g}\" font-family="
-                                  "\"sans-serif\" font-size=\"12\">\n<rect width=\"{0:g}\" height=\"{1:g}\" fill=\"white\"/>\n",
-                                  Width, Height);
+    const std::string size = Attribute("width", Width) + Attribute("height", Height);
+    std::string svg = "<svg xmlns=\"http://www.w3.org/2000/svg\"" + size + " font-family=\"sans-serif\" font-size=\"12\">\n" +
+                      "<rect" + size + " fill=\"white\"/>\n";
     svg += Text((Left + Right) / 2.0, 22.0, title, "middle") + Axes();
     for (std::size_t i = 0; i < curves.size(); ++i)
     {
@@ -98,9 +103,9 @@ std::string DrawCurves(const std::string& title, const std::vector<Curve>& curve
         std::string points;
         for (const Curve::Point& point : curves[i].points)
         {
-            points += std::format("{:.1f},{:.1f} ", Across(point.alarmsPerHour), Down(point.missedPercent));
+            points += Fixed(Across(point.alarmsPerHour), 1) + "," + Fixed(Down(point.missedPercent), 1) + " ";
         }
-        svg += std::format("<polyline points=\"{}\" fill=\"none\" stroke=\"{}\" stroke-width=\"1.5\"/>\n", points, colour);
+        svg += "<polyline points=\"" + points + "\" fill=\"none\" stroke=\"" + colour + "\" stroke-width=\"1.5\"/>\n";
         const double y = Top + 18.0 * static_cast<double>(i);
         svg += Line(Right + 15.0, y, Right + 35.0, y, colour) + Text(Right + 42.0, y + 4.0, curves[i].name, "start");
     }

@@ -1,3 +1,4 @@
+#include "Format.h"
 #include "Listening.h"
 #include "Trial.h"
 
@@ -63,6 +64,12 @@ void TryPredefined(const Language& language, const Judged& judged, engine::Worke
         for (const Outcome& outcome : outcomes)
         {
             missed.Add(outcome.best.score < threshold);
+            if (outcome.best.score < threshold && Goal(condition.name) >= 0.0)
+            {
+                report->Note("missed, " + condition.name + ": " + outcome.clip->entry.path + ", phrase score " +
+                             Short(static_cast<double>(outcome.best.phraseScore)) + ", near margin " +
+                             Short(static_cast<double>(outcome.best.nearMargin)));
+            }
         }
         const std::string name = prefix + ", missed, " + condition.name;
         report->Add(name, missed, Goal(condition.name));

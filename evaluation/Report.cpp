@@ -1,7 +1,8 @@
 #include "Report.h"
 
+#include "Format.h"
+
 #include <algorithm>
-#include <format>
 
 namespace velox::evaluation
 {
@@ -32,6 +33,11 @@ void Report::Add(const std::string& what, const Share& share, double limit)
     row.share.all += share.all;
 }
 
+void Report::Note(const std::string& line)
+{
+    notes += line + "\n";
+}
+
 std::string Report::Table() const
 {
     std::string table = "| figure | runs | worst | goal | reached | cases |\n|---|---|---|---|---|---|\n";
@@ -40,16 +46,18 @@ std::string Report::Table() const
         std::string runs;
         for (const double figure : row.figures)
         {
-            runs += std::format("{}{:.4g}", runs.empty() ? "" : ", ", figure);
+            runs += (runs.empty() ? "" : ", ") + Short(figure);
         }
         const double worst = *std::max_element(row.figures.begin(), row.figures.end());
         const bool goal = row.limit >= 0.0;
-        table += std::format("| {} | {} | {:.4g} {} | {} | {} | {} |\n", row.what, runs, worst, row.unit,
-                             goal ? std::format("{:.4g}", row.limit) : "",
-                             !goal                ? ""
-                             : worst <= row.limit ? "yes"
-                                                  : "no",
-                             row.share.all > 0 ? std::format("{} of {}", row.share.counted, row.share.all) : "");
+        const std::string reached = worst <= row.limit ? "yes" : "no";
+        table += "| " + row.what + " | " + runs + " | " + Short(worst) + " " + row.unit + " | " +
+                 (goal ? Short(row.limit) + " | " + reached : " | ") + " | ";
+        if (row.share.all > 0)
+        {
+            table += std::to_string(row.share.counted) + " of " + std::to_string(row.share.all);
+        }
+        table += " |\n";
     }
     return table;
 }

@@ -32,6 +32,15 @@ public:
     void Add(const std::string& what, double figure, double limit, const std::string& unit = "%");
     void Add(const std::string& what, const Share& share, double limit);
 
+    /// A case that is worth looking at.
+    void Note(const std::string& line);
+
+    /// The notes, a line each.
+    const std::string& Notes() const
+    {
+        return notes;
+    }
+
     /// A table in Markdown: each figure's runs, the worst of them, the goal, and whether it is reached.
     std::string Table() const;
 
@@ -47,6 +56,7 @@ private:
 
     Row& RowOf(const std::string& what);
 
+    std::string notes;
     std::vector<Row> rows; ///< in the order of their first figures
 };
 

@@ -12,8 +12,8 @@ namespace
 {
 
 constexpr std::size_t Offsets = 16;
-constexpr double MostPlaceError = 0.1; // seconds
-constexpr float SpeechLevel = 0.03F;   // of a clip's peak: where it starts and ends
+constexpr double MostPlaceError = 100.0; // milliseconds
+constexpr float SpeechLevel = 0.03F;     // of a clip's peak: where it starts and ends
 
 std::optional<engine::Detection> Best(const engine::PhraseModel& model, std::span<const float> samples)
 {
@@ -45,8 +45,8 @@ float ScoreSpread(const engine::PhraseModel& model, const Clip& clip)
     return most - least;
 }
 
-/// Whether start and end of a detection lie where the clip's speech does.
-bool PlaceIsRight(const engine::Detection& found, std::span<const float> padded)
+/// How many milliseconds late start and end of a detection are, beside where the clip's speech lies.
+std::pair<double, double> PlaceErrors(const engine::Detection& found, std::span<const float> padded)
 {
     float peak = 0.0F;
     for (const float sample : padded)
@@ -58,9 +58,15 @@ bool PlaceIsRight(const engine::Detection& found, std::span<const float> padded)
     };
     const auto first = std::find_if(padded.begin(), padded.end(), loud) - padded.begin();
     const auto last = padded.rend() - std::find_if(padded.rbegin(), padded.rend(), loud);
-    const double most = MostPlaceError * engine::SampleRate;
-    return std::abs(static_cast<double>(found.startSample - first)) <= most &&
-           std::abs(static_cast<double>(found.endSample - last)) <= most;
+    constexpr double PerMillisecond = engine::SampleRate / 1000.0;
+    return {static_cast<double>(found.startSample - first) / PerMillisecond,
+            static_cast<double>(found.endSample - last) / PerMillisecond};
+}
+
+double Median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
 }
 
 } // namespace
@@ -71,6 +77,8 @@ void TryStream(const Language& language, const Judged& judged, Report* report)
     constexpr std::size_t EveryClip = 8; // sixteen times as much work as the others
     std::vector<float> spreads;
     Share misplaced;
+    std::vector<double> startErrors;
+    std::vector<double> endErrors;
     for (std::size_t i = 0; i < judged.takes.size(); ++i)
     {
         if (i % EveryClip == 0)
@@ -81,7 +89,10 @@ void TryStream(const Language& language, const Judged& judged, Report* report)
         const auto best = Best(language.firmware, padded);
         if (best && best->score >= threshold)
         {
-            misplaced.Add(!PlaceIsRight(*best, padded));
+            const auto [start, end] = PlaceErrors(*best, padded);
+            startErrors.push_back(start);
+            endErrors.push_back(end);
+            misplaced.Add(std::max(std::abs(start), std::abs(end)) > MostPlaceError);
         }
     }
     std::sort(spreads.begin(), spreads.end());
@@ -90,6 +101,8 @@ void TryStream(const Language& language, const Judged& judged, Report* report)
     report->Add(judged.phrase + ": spread of the score over offsets, worst clip, of the threshold",
                 100.0 * static_cast<double>(spreads.back() / threshold), 5.0);
     report->Add(judged.phrase + ": place more than 100 ms off", misplaced, 5.0);
+    report->Add(judged.phrase + ": start reported late, median", Median(startErrors), -1.0, "ms");
+    report->Add(judged.phrase + ": end reported late, median", Median(endErrors), -1.0, "ms");
 
     const Clip& longest = *std::max_element(judged.background.begin(), judged.background.end(),
                                             [](const Clip& a, const Clip& b) { return a.samples.size() < b.samples.size(); });

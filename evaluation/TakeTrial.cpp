@@ -18,12 +18,21 @@ void TryTakes(const Language& language, const Judged& judged, engine::WorkerPool
     report->Add(judged.phrase + ": take with the phrase refused", missed, 2.0);
 
     Share accepted;
-    for (const auto* clips : {&judged.otherTakes, &judged.background})
+    for (const auto& [what, clips] :
+         {std::pair{"take of another phrase", &judged.otherTakes}, std::pair{"recording of other speech", &judged.background}})
     {
+        Share part;
         for (const Outcome& outcome : ListenToClips(language.keyphrase, *clips, clean, pool))
         {
-            accepted.Add(outcome.best.score >= threshold);
+            const bool wrong = outcome.best.score >= threshold;
+            part.Add(wrong);
+            accepted.Add(wrong);
+            if (wrong)
+            {
+                report->Note("accepted as a take: " + outcome.clip->entry.path);
+            }
         }
+        report->Add(judged.phrase + ": " + what + " accepted", part, -1.0);
     }
     report->Add(judged.phrase + ": take without the phrase accepted", accepted, 1.0);
 }
