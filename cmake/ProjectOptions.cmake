@@ -24,6 +24,10 @@ if(VELOX_SANITIZE)
     add_link_options(-fsanitize=address,undefined -shared-libasan -Wl,-rpath,${runtime_dir})
 endif()
 
+if(VELOX_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 if(VELOX_COVERAGE)
     target_compile_options(velox_project_options INTERFACE -fprofile-instr-generate -fcoverage-mapping)
     add_link_options(-fprofile-instr-generate)

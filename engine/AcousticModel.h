@@ -29,7 +29,7 @@ struct Population
     };
 
     /// Peaks that are kept.
-    static constexpr std::size_t MostPeaks = 120;
+    static constexpr std::size_t MostPeaks = 60;
 
     double hours = 0.0; ///< of background that the peaks are the highest of
     std::vector<Peak> peaks;

@@ -72,11 +72,11 @@ struct AugmentationRanges
 
 /// For the training of a phrase.
 inline constexpr AugmentationRanges TrainingRanges{};
-/// For the takes of one user: the voice stays as it is.
+/// For the takes of one user: the voice stays as it is, but may come through a telephone.
 inline constexpr AugmentationRanges EnrollmentRanges{.speedChance = 0.0,
                                                      .leastWarp = 1.0,
                                                      .mostWarp = 1.0,
-                                                     .lowPassChance = 0.0,
+                                                     .lowPassChance = 0.2,
                                                      .leastSignalToNoise = 5.0,
                                                      .mostSignalToNoise = 25.0};
 

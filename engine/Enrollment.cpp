@@ -118,6 +118,17 @@ Status Enrollment::AddTake(std::span<const float> samples)
     return Status::Success;
 }
 
+/// Played backwards the takes are no phrase, but as much like speech as anything at hand: babble is made of them.
+std::vector<std::vector<float>> Enrollment::ReversedTakes() const
+{
+    std::vector<std::vector<float>> reversed;
+    for (const Take& take : takes)
+    {
+        reversed.emplace_back(take.samples.rbegin(), take.samples.rend());
+    }
+    return reversed;
+}
+
 Status Enrollment::Finish(PhraseModel* model) const
 {
     if (takes.empty() || population.peaks.empty())
@@ -128,14 +139,15 @@ Status Enrollment::Finish(PhraseModel* model) const
     std::vector<PhraseFrames> frames;
     std::vector<float> scores;
     RandomStream random(CopySeed);
+    const std::vector<std::vector<float>> talkers = ReversedTakes();
     for (const Take& take : takes)
     {
         frames.push_back(take.clean);
         scores.push_back(take.score);
         for (int i = 0; i < CopiesPerTake; ++i)
         {
-            const AugmentationPlan plan = DrawPlan(EnrollmentRanges, {}, &random);
-            const std::vector<float> copy = MakeCopy(plan, take.samples, {});
+            const AugmentationPlan plan = DrawPlan(EnrollmentRanges, talkers, &random);
+            const std::vector<float> copy = MakeCopy(plan, take.samples, talkers);
             if (const auto place = FindPhrase(acousticModel.phrase, copy))
             {
                 frames.push_back({SpeakerFrames(place->features), place->path.counts, SpeakerModel::CopyShare});

@@ -38,6 +38,8 @@ private:
         float score = 0.0F;
     };
 
+    std::vector<std::vector<float>> ReversedTakes() const;
+
     const AcousticModel& acousticModel;
     const Population& population;
     std::vector<Take> takes;

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <map>
 #include <set>
 #include <stdexcept>
 
@@ -24,12 +25,17 @@ namespace
 
 constexpr double SilenceSeconds = 0.3; // put around every take
 constexpr std::size_t AlignmentComponents = 128;
-constexpr Eigen::Index SpeakerComponents = 16;
+constexpr Eigen::Index SpeakerComponents = 8;
 constexpr std::size_t FewVoices = 20;
 constexpr double FewBackgroundHours = 0.5;
 constexpr double LeastBackgroundHours = 1.0 / 60.0;
-/// Share of the training's takes that the near-phrase check may refuse.
-constexpr double NearCheckLoss = 0.003;
+/// Share of the takes that the near-phrase check may refuse, of voices that its classifier has not learned from.
+constexpr double NearCheckLoss = 0.005;
+constexpr int NearCheckFolds = 5;
+/// What is taken off the cut: the network knows the voices of all folds, and unheard ones fit it less well.
+constexpr float NearCheckSlack = 1.0F;
+/// Where there is nothing to set the cut by, everything passes.
+constexpr float LargestLogOdds = 1000.0F;
 constexpr int DamagedPerTake = 6;
 
 // Shares of the whole work, for the progress.
@@ -43,6 +49,7 @@ struct PreparedTake
     std::vector<MelFrame> logMel;
     std::size_t begin = 0; ///< first frame of the phrase
     std::size_t end = 0;   ///< one past its last frame
+    std::string voice;
     float weight = 1.0F;
 
     std::vector<MelFrame> PhraseLogMel() const
@@ -112,6 +119,7 @@ std::vector<PreparedTake> PrepareTakes(const std::vector<PhraseTake>& takes, std
         PreparedTake one;
         one.samples = Pad(take.samples);
         one.logMel = LogMelOf(one.samples);
+        one.voice = take.voice;
         one.weight = take.weight;
         const Endpoints endpoints = FindEndpoints(one.logMel, one.samples);
         if (endpoints.fault != TakeFault::None && endpoints.fault != TakeFault::CutAtStart &&
@@ -261,6 +269,103 @@ std::vector<int> TakeLabels(const PreparedTake& take, const std::vector<int>& ph
     return labels;
 }
 
+/// From so many recordings of background on, every fourth is kept from the network, so that the tail of its scores is what
+/// unheard speech gives: background that a network learned from scores lower, by about a factor 2 of the rate.
+constexpr std::size_t EnoughToHoldOut = 20;
+constexpr std::size_t HeldOutStep = 4;
+
+bool IsHeldOut(std::size_t recording, std::size_t recordings)
+{
+    return recordings >= EnoughToHoldOut && recording % HeldOutStep == HeldOutStep - 1;
+}
+
+/// The background that is held out, or all of it where none is; short recordings are joined, since a block of the tail is longer
+/// than some.
+std::vector<std::vector<float>> UnheardStreams(const std::vector<std::vector<float>>& background)
+{
+    constexpr std::size_t StreamSamples = 30 * SampleRate;
+    const std::size_t count = background.size();
+    std::vector<std::vector<float>> streams;
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        if (count >= EnoughToHoldOut && !IsHeldOut(i, count))
+        {
+            continue;
+        }
+        if (streams.empty() || streams.back().size() >= StreamSamples)
+        {
+            streams.emplace_back();
+        }
+        streams.back().insert(streams.back().end(), background[i].begin(), background[i].end());
+    }
+    return streams;
+}
+
+/// What the near-phrase check learns from: a path, and the fold of its voice.
+struct NearExample
+{
+    NearPhraseCheck::Description description;
+    int fold = 0;
+};
+
+/// The examples of all folds but one, side by side.
+Eigen::MatrixXf WithoutFold(const std::vector<NearExample>& examples, int fold)
+{
+    Eigen::MatrixXf features(NearPhraseCheck::Features, static_cast<Eigen::Index>(examples.size()));
+    Eigen::Index count = 0;
+    for (const NearExample& example : examples)
+    {
+        if (example.fold != fold)
+        {
+            features.col(count++) = example.description;
+        }
+    }
+    return features.leftCols(count);
+}
+
+/// The log odds that NearCheckLoss of the takes stay below, each judged by a classifier that knows none of its voice's takes.
+float UnseenCut(const std::vector<NearExample>& good, const std::vector<NearExample>& near)
+{
+    std::vector<float> odds;
+    for (int fold = 0; fold < NearCheckFolds; ++fold)
+    {
+        const Eigen::MatrixXf otherGood = WithoutFold(good, fold);
+        const Eigen::MatrixXf otherNear = WithoutFold(near, fold);
+        if (otherGood.cols() == 0 || otherNear.cols() == 0)
+        {
+            continue;
+        }
+        const LogisticRegression classifier = FitLogisticRegression(otherGood, otherNear);
+        for (const NearExample& example : good)
+        {
+            if (example.fold == fold)
+            {
+                odds.push_back(classifier.LogOdds(example.description));
+            }
+        }
+    }
+    if (odds.empty())
+    {
+        return -LargestLogOdds;
+    }
+    const auto rank = static_cast<std::ptrdiff_t>(NearCheckLoss * static_cast<double>(odds.size()));
+    std::nth_element(odds.begin(), odds.begin() + rank, odds.end());
+    return odds[static_cast<std::size_t>(rank)] - NearCheckSlack;
+}
+
+/// Numbers of the voices' folds, by take.
+std::vector<int> FoldsOf(const std::vector<PreparedTake>& takes)
+{
+    std::map<std::string, int> voices;
+    std::vector<int> folds;
+    for (const PreparedTake& take : takes)
+    {
+        const auto number = static_cast<int>(voices.size());
+        folds.push_back(voices.try_emplace(take.voice, number).first->second % NearCheckFolds);
+    }
+    return folds;
+}
+
 /// A noisy copy and how it was made.
 struct Copy
 {
@@ -313,12 +418,11 @@ std::optional<LanguageModels> Trainer::Run()
 {
     WarnOfLittleMaterial(material, &models.warnings);
     takes = PrepareTakes(material.takes, &models.warnings);
-    models.backgroundHours = HoursOf(material.background);
     if (takes.size() < 2)
     {
         throw std::invalid_argument("fewer than two takes of the phrase can be used");
     }
-    if (models.backgroundHours < LeastBackgroundHours)
+    if (HoursOf(material.background) < LeastBackgroundHours)
     {
         throw std::invalid_argument("there is less than a minute of background");
     }
@@ -420,6 +524,10 @@ void Trainer::MakeTrainingSequences()
     std::vector<TrainingSequence> backgroundSequences(material.background.size() * perRecording);
     pool.Run(static_cast<int>(backgroundSequences.size()), [&](int part) {
         const auto slot = static_cast<std::size_t>(part);
+        if (IsHeldOut(slot / perRecording, material.background.size()))
+        {
+            return;
+        }
         const std::vector<float>& recording = material.background[slot / perRecording];
         AugmentationPlan plan;
         std::vector<float> samples = recording;
@@ -457,13 +565,15 @@ std::optional<Network> Trainer::Train()
                         [&](double share) { return Report(CopiesDone + (NetworkDone - CopiesDone) * share); });
 }
 
-/// Scores the background that nobody says the phrase in, and finds where its tail starts.
+/// Scores the background that the network has not learned from, and finds where its tail starts.
 void Trainer::MeasureTail()
 {
-    std::vector<std::vector<PhrasePlace>> found(material.background.size());
+    const std::vector<std::vector<float>> streams = UnheardStreams(material.background);
+    models.backgroundHours = HoursOf(streams);
+    std::vector<std::vector<PhrasePlace>> found(streams.size());
     pool.Run(static_cast<int>(found.size()), [&](int part) {
         const auto number = static_cast<std::size_t>(part);
-        found[number] = FindPeaks(acoustic.phrase, material.background[number], BackgroundTail::BlockSeconds);
+        found[number] = FindPeaks(acoustic.phrase, streams[number], BackgroundTail::BlockSeconds);
     });
     std::vector<float> maxima;
     for (auto& peaks : found)
@@ -506,54 +616,37 @@ void Trainer::TrainNearCheck()
         }
     });
 
-    const auto describe = [&](const std::vector<const PhrasePlace*>& places) {
-        Eigen::MatrixXf features(NearPhraseCheck::Features, static_cast<Eigen::Index>(places.size()));
-        for (std::size_t i = 0; i < places.size(); ++i)
+    const std::vector<int> folds = FoldsOf(takes);
+    std::vector<NearExample> good;
+    std::vector<NearExample> near;
+    const auto add = [&](const PhrasePlace& place, int fold, std::vector<NearExample>* examples) {
+        // Only what the first stage would let through is worth learning from.
+        if (!place.features.empty() && place.score > acoustic.phrase.tail.start)
         {
-            features.col(static_cast<Eigen::Index>(i)) = NearPhraseCheck::Describe(places[i]->path, acoustic.phrase.states);
+            examples->push_back({NearPhraseCheck::Describe(place.path, acoustic.phrase.states), fold});
         }
-        return features;
     };
-    std::vector<const PhrasePlace*> good;
-    std::vector<const PhrasePlace*> near;
-    const float heard = acoustic.phrase.tail.start; // only what the first stage would let through is worth learning from
-    for (const auto* places : {&takePlaces, &copyPlaces})
+    for (std::size_t number = 0; number < takes.size(); ++number)
     {
-        for (const PhrasePlace& place : *places)
+        add(takePlaces[number], folds[number], &good);
+        for (std::size_t slot = number * takeCopies; slot < (number + 1) * takeCopies; ++slot)
         {
-            if (!place.features.empty() && place.score > heard)
-            {
-                good.push_back(&place);
-            }
+            add(copyPlaces[slot], folds[number], &good);
+        }
+        for (const PhrasePlace& place : damaged[number])
+        {
+            add(place, folds[number], &near);
         }
     }
-    for (const auto& places : damaged)
-    {
-        for (const PhrasePlace& place : places)
-        {
-            if (place.score > heard)
-            {
-                near.push_back(&place);
-            }
-        }
-    }
+
     NearPhraseCheck& check = acoustic.phrase.nearCheck;
     check.classifier.weights = Eigen::VectorXf::Zero(NearPhraseCheck::Features);
-    if (good.empty() || near.empty())
+    check.cut = -LargestLogOdds;
+    if (!good.empty() && !near.empty())
     {
-        check.cut = -1.0F; // nothing to learn from: everything passes
-        return;
+        check.classifier = FitLogisticRegression(WithoutFold(good, NearCheckFolds), WithoutFold(near, NearCheckFolds));
+        check.cut = UnseenCut(good, near);
     }
-    const Eigen::MatrixXf goodFeatures = describe(good);
-    check.classifier = FitLogisticRegression(goodFeatures, describe(near));
-    std::vector<float> odds;
-    for (Eigen::Index i = 0; i < goodFeatures.cols(); ++i)
-    {
-        odds.push_back(check.classifier.LogOdds(goodFeatures.col(i)));
-    }
-    const auto rank = static_cast<std::ptrdiff_t>(NearCheckLoss * static_cast<double>(odds.size()));
-    std::nth_element(odds.begin(), odds.begin() + rank, odds.end());
-    check.cut = odds[static_cast<std::size_t>(rank)];
 }
 
 PhraseFrames Trainer::FramesOf(const PhrasePlace& place, float share) const

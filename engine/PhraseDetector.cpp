@@ -3,6 +3,7 @@
 #include "Cepstrum.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace velox::engine
 {
@@ -25,7 +26,7 @@ Eigen::MatrixXf SpeakerFrames(std::span<const MelFrame> features)
 
 PhraseDetector::PhraseDetector(const PhraseModel& phrase)
     : model(phrase), stream(phrase.statistics), network(phrase.network), decoder(phrase.states), history(HistoryFrames),
-      speakerFrames(CepstralFrameSize, HistoryFrames), peak{0.0F, 0, decoder.BestPath()}
+      speakerFrames(CepstralFrameSize, HistoryFrames), peak{std::numeric_limits<float>::lowest(), -1, decoder.BestPath()}
 {
     phraseFeatures.reserve(HistoryFrames);
 }
@@ -55,7 +56,9 @@ std::optional<Detection> PhraseDetector::Push(const float* samples)
     {
         const float score = SoftMinimumScore(decoder.BestPath());
         firstStage = ScoreScale::FromScore(score, model.tail);
-        if (*firstStage >= LeastPeak && (!peakPending || score > peak.score))
+        // What is left of a phrase that was judged scores, too, for a while: only a better end or a later start is new.
+        const bool isNew = score > peak.score || decoder.BestPath().startFrame > peak.endFrame;
+        if (*firstStage >= LeastPeak && isNew)
         {
             peakPending = true;
             peak.score = score;

@@ -82,7 +82,7 @@ private:
     Eigen::MatrixXf speakerFrames;        ///< and their cepstra
     std::optional<float> firstStage;
     bool peakPending = false;
-    Peak peak;
+    Peak peak; ///< the last one, pending or judged
 };
 
 /// Cepstra of a stretch of features, for the speaker part.

@@ -244,7 +244,7 @@ TEST_F(EngineSession, EachTakesFaultHasItsStatusAndPlace)
     }
     EXPECT_EQ(statusOf(TinyLanguage::SayPhrase()), Status::Success);
     EXPECT_EQ(statusOf(quiet), Status::TooQuiet);
-    EXPECT_EQ(statusOf(Signals::Noise(0.001, 16000, 1)), Status::NoSpeech);
+    EXPECT_EQ(statusOf(Signals::Noise(TinyLanguage::NoiseAmplitude, 16000, 1)), Status::NoSpeech);
     EXPECT_EQ(statusOf(TinyLanguage::Say(Tones{0, 1, 2, 3}, 0, HalfSecond)), Status::CutAtStart);
     EXPECT_EQ(statusOf(TinyLanguage::Say(Tones{0, 1, 2, 3}, HalfSecond, 0)), Status::CutAtEnd);
     EXPECT_EQ(statusOf(TinyLanguage::Say(Tones{2, 1}, HalfSecond, HalfSecond)), Status::PhraseNotFound);
@@ -256,7 +256,7 @@ TEST_F(EngineSession, EachTakesFaultHasItsStatusAndPlace)
     const auto part = judge(TinyLanguage::Say(Tones{2, 1}, HalfSecond, HalfSecond));
     EXPECT_NEAR(Get(part, Output::PlaceStart), HalfSecond, 1600);
     EXPECT_NEAR(Get(part, Output::PlaceEnd), HalfSecond + 2 * TinyLanguage::ToneSamples, 1600);
-    const auto nothing = judge(Signals::Noise(0.001, 16000, 1));
+    const auto nothing = judge(Signals::Noise(TinyLanguage::NoiseAmplitude, 16000, 1));
     EXPECT_EQ(Get(nothing, Output::PlaceStart), 0);
     EXPECT_EQ(Get(nothing, Output::PlaceEnd), 0);
 }
@@ -295,7 +295,7 @@ TEST_F(EngineSession, ATakeThatIsRefusedDoesNotEndTheEnrollment)
 {
     velox::engine::EngineSession session = Open();
     ASSERT_EQ(session.StartEnrollment(), Status::Success);
-    EXPECT_EQ(Take(&session, Signals::Noise(0.001, 16000, 1)), Status::NoSpeech);
+    EXPECT_EQ(Take(&session, Signals::Noise(TinyLanguage::NoiseAmplitude, 16000, 1)), Status::NoSpeech);
     uint8_t* model = nullptr;
     EXPECT_EQ(session.FinalizeEnrollment(&model), Status::NoUtterances);
     EXPECT_EQ(model, nullptr);
@@ -349,7 +349,7 @@ TEST_F(EngineSession, ARefusedModelLeavesTheFormerOneAtWork)
 TEST_F(EngineSession, TakesLongerThanTheMostAreStillHeard)
 {
     velox::engine::EngineSession session = Listening();
-    const std::vector<float> second = Signals::Noise(0.001, SampleRate, 1);
+    const std::vector<float> second = Signals::Noise(TinyLanguage::NoiseAmplitude, SampleRate, 1);
     for (std::size_t i = 0; i <= velox::engine::EngineSession::MostTakeSeconds; ++i)
     {
         Feed(&session, second);

@@ -16,58 +16,9 @@ using Tones = std::vector<std::size_t>;
 using testing::Contains;
 using testing::HasSubstr;
 
-constexpr std::size_t QuarterSecond = 4000;
-
-/// A few voices say the four tones; the background has them in other orders.
-LanguageMaterial Material()
-{
-    LanguageMaterial material;
-    for (uint64_t voice = 0; voice < 4; ++voice)
-    {
-        const TinyLanguage::Voice sound{0.1 + 0.05 * static_cast<double>(voice), 0.2,
-                                        3000.0 + 400.0 * static_cast<double>(voice)};
-        for (uint64_t take = 0; take < 2; ++take)
-        {
-            material.takes.push_back(
-                {TinyLanguage::Say(Tones{0, 1, 2, 3}, QuarterSecond, QuarterSecond, sound, 10 * voice + take),
-                 "take " + std::to_string(take), "voice " + std::to_string(voice), 1.0F});
-        }
-    }
-    RandomStream random(11);
-    for (uint64_t recording = 0; recording < 7; ++recording)
-    {
-        std::vector<float> samples;
-        while (samples.size() < 10 * SampleRate)
-        {
-            Tones tones;
-            for (int i = 0; i < 4; ++i)
-            {
-                tones.push_back(static_cast<std::size_t>(random.Integer(0, 3)));
-            }
-            if (tones == Tones{0, 1, 2, 3})
-            {
-                continue;
-            }
-            const auto said = TinyLanguage::Say(tones, QuarterSecond, QuarterSecond, {0.2, 0.2, 3500.0}, random.Bits());
-            samples.insert(samples.end(), said.begin(), said.end());
-        }
-        material.background.push_back(std::move(samples));
-    }
-    return material;
-}
-
-LanguageOptions Options()
-{
-    LanguageOptions options;
-    options.copies = 2;
-    options.backgroundCopies = 1;
-    options.batches = 120;
-    return options;
-}
-
 const LanguageModels& Trained()
 {
-    static const std::optional<LanguageModels> models = TrainLanguage(Material(), Options());
+    static const std::optional<LanguageModels> models = TrainLanguage(TinyLanguage::Material(), TinyLanguage::QuickTraining());
     return *models;
 }
 
@@ -131,12 +82,12 @@ TEST(LanguageTrainer, LittleMaterialIsWarnedOf)
 
 TEST(LanguageTrainer, TheResultDoesNotDependOnTheThreads)
 {
-    LanguageOptions options = Options();
+    LanguageOptions options = TinyLanguage::QuickTraining();
     options.batches = 4;
     options.copies = 1;
-    const auto one = TrainLanguage(Material(), options);
+    const auto one = TrainLanguage(TinyLanguage::Material(), options);
     options.threads = 3;
-    const auto three = TrainLanguage(Material(), options);
+    const auto three = TrainLanguage(TinyLanguage::Material(), options);
     ASSERT_TRUE(one && three);
     EXPECT_EQ(one->acousticModel, three->acousticModel);
     EXPECT_EQ(one->znormPopulation, three->znormPopulation);
@@ -146,7 +97,7 @@ TEST(LanguageTrainer, TheResultDoesNotDependOnTheThreads)
 
 TEST(LanguageTrainer, CanBeCancelledAtAnyStep)
 {
-    LanguageOptions options = Options();
+    LanguageOptions options = TinyLanguage::QuickTraining();
     options.batches = 3;
     options.copies = 1;
     int steps = 0;
@@ -154,7 +105,7 @@ TEST(LanguageTrainer, CanBeCancelledAtAnyStep)
         ++steps;
         return true;
     };
-    ASSERT_TRUE(TrainLanguage(Material(), options));
+    ASSERT_TRUE(TrainLanguage(TinyLanguage::Material(), options));
     ASSERT_GT(steps, 3);
     for (const int last : {1, 3, steps})
     {
@@ -162,15 +113,15 @@ TEST(LanguageTrainer, CanBeCancelledAtAnyStep)
         options.progress = [&](double) {
             return --left > 0;
         };
-        EXPECT_FALSE(TrainLanguage(Material(), options)) << last;
+        EXPECT_FALSE(TrainLanguage(TinyLanguage::Material(), options)) << last;
     }
 }
 
 TEST(LanguageTrainer, UselessTakesAreLeftOutAndNamed)
 {
-    LanguageMaterial material = Material();
+    LanguageMaterial material = TinyLanguage::Material();
     material.takes.push_back({Signals::Noise(0.001, 16000, 3), "silence.wav", "nobody", 1.0F});
-    LanguageOptions options = Options();
+    LanguageOptions options = TinyLanguage::QuickTraining();
     options.batches = 2;
     options.copies = 1;
     const auto models = TrainLanguage(material, options);
@@ -180,12 +131,12 @@ TEST(LanguageTrainer, UselessTakesAreLeftOutAndNamed)
 
 TEST(LanguageTrainer, TooLittleMaterialIsRefused)
 {
-    LanguageMaterial oneTake = Material();
+    LanguageMaterial oneTake = TinyLanguage::Material();
     oneTake.takes.resize(1);
-    EXPECT_THROW(TrainLanguage(oneTake, Options()), std::invalid_argument);
-    LanguageMaterial noBackground = Material();
+    EXPECT_THROW(TrainLanguage(oneTake, TinyLanguage::QuickTraining()), std::invalid_argument);
+    LanguageMaterial noBackground = TinyLanguage::Material();
     noBackground.background.resize(5);
-    EXPECT_THROW(TrainLanguage(noBackground, Options()), std::invalid_argument);
+    EXPECT_THROW(TrainLanguage(noBackground, TinyLanguage::QuickTraining()), std::invalid_argument);
 }
 
 } // namespace

@@ -16,9 +16,13 @@ namespace
 using namespace velox::engine;
 
 constexpr std::array<std::size_t, States> Channels{6, 14, 22, 30};
+using Tones = std::vector<std::size_t>;
+
 constexpr std::size_t HalfSecond = SampleRate / 2;
+constexpr std::size_t QuarterSecond = SampleRate / 4;
+constexpr std::size_t RampSamples = 320;
 /// Normalised level of a channel that separates tone from noise.
-constexpr float Middle = 4.0F;
+constexpr float Middle = 6.0F;
 constexpr float Variance = 50.0F;
 
 Network ToneNetwork()
@@ -45,7 +49,10 @@ GaussianMixture Wide(float mean)
 PhraseModel Phrase()
 {
     PhraseModel model;
-    model.statistics.startMean.fill(-9.0F);
+    for (std::size_t i = 0; i < MelChannels; ++i)
+    {
+        model.statistics.startMean[i] = -10.0F + static_cast<float>(i) / 6.0F; // about the noise's level
+    }
     model.statistics.mean.fill(0.0F);
     model.statistics.deviation.fill(1.0F);
     model.network = ToneNetwork();
@@ -93,7 +100,13 @@ std::vector<float> Say(std::span<const std::size_t> tones, std::size_t before, s
     static const MelFilterbank filterbank;
     std::vector<float> samples = Signals::Noise(NoiseAmplitude, before + tones.size() * ToneSamples + after, seed);
     const auto add = [&](std::size_t start, double frequency, double amplitude) {
-        const std::vector<float> tone = Signals::Sine(frequency, amplitude, ToneSamples);
+        std::vector<float> tone = Signals::Sine(frequency, amplitude, ToneSamples);
+        for (std::size_t i = 0; i < RampSamples; ++i)
+        {
+            const float gain = static_cast<float>(i) / RampSamples; // a click would sound like every tone
+            tone[i] *= gain;
+            tone[ToneSamples - 1 - i] *= gain;
+        }
         const auto at = samples.begin() + static_cast<std::ptrdiff_t>(start);
         std::transform(tone.begin(), tone.end(), at, at, std::plus<>());
     };
@@ -113,6 +126,50 @@ std::vector<float> SayPhrase(const Voice& voice, uint64_t seed)
 {
     constexpr std::array<std::size_t, States> Order{0, 1, 2, 3};
     return Say(Order, HalfSecond, HalfSecond, voice, seed);
+}
+
+LanguageMaterial Material()
+{
+    LanguageMaterial material;
+    for (uint64_t voice = 0; voice < 4; ++voice)
+    {
+        const Voice sound{0.1 + 0.05 * static_cast<double>(voice), 0.2, 3000.0 + 400.0 * static_cast<double>(voice)};
+        for (uint64_t take = 0; take < 2; ++take)
+        {
+            material.takes.push_back({Say(Tones{0, 1, 2, 3}, QuarterSecond, QuarterSecond, sound, 10 * voice + take),
+                                      "take " + std::to_string(take), "voice " + std::to_string(voice), 1.0F});
+        }
+    }
+    RandomStream random(11);
+    for (uint64_t recording = 0; recording < 7; ++recording)
+    {
+        std::vector<float> samples;
+        while (samples.size() < 10 * SampleRate)
+        {
+            Tones tones;
+            for (int i = 0; i < 4; ++i)
+            {
+                tones.push_back(static_cast<std::size_t>(random.Integer(0, 3)));
+            }
+            if (tones == Tones{0, 1, 2, 3})
+            {
+                continue;
+            }
+            const auto said = Say(tones, QuarterSecond, QuarterSecond, {0.2, 0.2, 3500.0}, random.Bits());
+            samples.insert(samples.end(), said.begin(), said.end());
+        }
+        material.background.push_back(std::move(samples));
+    }
+    return material;
+}
+
+LanguageOptions QuickTraining()
+{
+    LanguageOptions options;
+    options.copies = 2;
+    options.backgroundCopies = 1;
+    options.batches = 120;
+    return options;
 }
 
 std::vector<int16_t> ToPcm(std::span<const float> samples)

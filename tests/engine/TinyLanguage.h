@@ -1,6 +1,6 @@
 #pragma once
 
-#include "AcousticModel.h"
+#include "LanguageTrainer.h"
 
 #include <cstdint>
 #include <span>
@@ -16,7 +16,7 @@ inline constexpr int ToneFrames = 15;
 inline constexpr std::size_t ToneSamples = ToneFrames * velox::engine::FrameSize;
 inline constexpr std::size_t PhraseSamples = States * ToneSamples;
 /// Noise under every recording, so that silence is not digital zero.
-inline constexpr double NoiseAmplitude = 0.001;
+inline constexpr double NoiseAmplitude = 0.003;
 
 /// @return without a speaker part
 velox::engine::PhraseModel Phrase();
@@ -41,6 +41,11 @@ std::vector<float> Say(std::span<const std::size_t> tones, std::size_t before, s
 
 /// The four tones in their order, with half a second of noise before and after.
 std::vector<float> SayPhrase(const Voice& voice = {}, uint64_t seed = 1);
+
+/// Material to learn the same phrase from: a few voices say the four tones; the background has them in other orders.
+velox::engine::LanguageMaterial Material();
+/// A training of a few seconds, enough for tones.
+velox::engine::LanguageOptions QuickTraining();
 
 /// As callers of the engine feed it.
 std::vector<int16_t> ToPcm(std::span<const float> samples);
