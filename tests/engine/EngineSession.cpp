@@ -237,11 +237,7 @@ TEST_F(EngineSession, EachTakesFaultHasItsStatusAndPlace)
     const auto statusOf = [&](const std::vector<float>& audio) {
         return static_cast<Status>(Get(judge(audio), Output::TakeStatus));
     };
-    std::vector<float> quiet = TinyLanguage::SayPhrase();
-    for (float& sample : quiet)
-    {
-        sample *= 0.01F;
-    }
+    const std::vector<float> quiet = TinyLanguage::Whisper();
     EXPECT_EQ(statusOf(TinyLanguage::SayPhrase()), Status::Success);
     EXPECT_EQ(statusOf(quiet), Status::TooQuiet);
     EXPECT_EQ(statusOf(Signals::Noise(TinyLanguage::NoiseAmplitude, 16000, 1)), Status::NoSpeech);
@@ -251,7 +247,8 @@ TEST_F(EngineSession, EachTakesFaultHasItsStatusAndPlace)
 
     const auto whole = judge(TinyLanguage::SayPhrase());
     EXPECT_NEAR(Get(whole, Output::PlaceStart), HalfSecond, 480);
-    EXPECT_NEAR(Get(whole, Output::PlaceEnd), HalfSecond + TinyLanguage::PhraseSamples, 480);
+    EXPECT_GT(Get(whole, Output::PlaceEnd), HalfSecond + 3 * TinyLanguage::ToneSamples);
+    EXPECT_LT(Get(whole, Output::PlaceEnd), HalfSecond + TinyLanguage::PhraseSamples + 480);
     EXPECT_GT(Get(whole, Output::BestScore), 100 * 256);
     const auto part = judge(TinyLanguage::Say(Tones{2, 1}, HalfSecond, HalfSecond));
     EXPECT_NEAR(Get(part, Output::PlaceStart), HalfSecond, 1600);
@@ -286,9 +283,7 @@ TEST_F(EngineSession, EnrollmentGivesAModelThatHearsItsUser)
 
     velox::engine::EngineSession other = Open();
     ASSERT_EQ(other.SetModel(kept.data()), Status::Success);
-    Feed(&other, TinyLanguage::SayPhrase({}, 8));
-    Flush(&other);
-    EXPECT_GT(Score(other), ScoreScale::HalfAlarmPerHour);
+    EXPECT_THAT(Feed(&other, TinyLanguage::SayPhrase({}, 8)), testing::Contains(testing::Gt(ScoreScale::HalfAlarmPerHour)));
 }
 
 TEST_F(EngineSession, ATakeThatIsRefusedDoesNotEndTheEnrollment)
@@ -341,9 +336,7 @@ TEST_F(EngineSession, ARefusedModelLeavesTheFormerOneAtWork)
     std::vector<uint8_t> damaged = phrase;
     damaged.back() ^= 1U;
     EXPECT_EQ(session.SetModel(damaged.data()), Status::BlobChecksum);
-    Feed(&session, TinyLanguage::SayPhrase());
-    Flush(&session);
-    EXPECT_GT(Score(session), ScoreScale::HalfAlarmPerHour);
+    EXPECT_THAT(Feed(&session, TinyLanguage::SayPhrase()), testing::Contains(testing::Gt(ScoreScale::HalfAlarmPerHour)));
 }
 
 TEST_F(EngineSession, TakesLongerThanTheMostAreStillHeard)

@@ -103,12 +103,7 @@ TEST_F(Enrollment, TakesThatAreOfNoUseSayWhy)
     twice.insert(twice.end(), once.begin(), once.end());
     EXPECT_EQ(Add(twice), Status::TwoPhrases);
 
-    std::vector<float> quiet = TinyLanguage::SayPhrase();
-    for (float& sample : quiet)
-    {
-        sample *= 0.01F;
-    }
-    EXPECT_EQ(Add(quiet), Status::TooQuiet);
+    EXPECT_EQ(Add(TinyLanguage::Whisper()), Status::TooQuiet);
     EXPECT_EQ(enrollment.TakeCount(), 0U);
 }
 

@@ -128,6 +128,14 @@ std::vector<float> SayPhrase(const Voice& voice, uint64_t seed)
     return Say(Order, HalfSecond, HalfSecond, voice, seed);
 }
 
+std::vector<float> Whisper()
+{
+    std::vector<float> samples = Signals::Noise(0.0002, 2 * SampleRate, 1);
+    const std::vector<float> sound = Signals::Noise(0.004, SampleRate, 2);
+    std::copy(sound.begin(), sound.end(), samples.begin() + HalfSecond);
+    return samples;
+}
+
 LanguageMaterial Material()
 {
     LanguageMaterial material;

@@ -42,6 +42,9 @@ std::vector<float> Say(std::span<const std::size_t> tones, std::size_t before, s
 /// The four tones in their order, with half a second of noise before and after.
 std::vector<float> SayPhrase(const Voice& voice = {}, uint64_t seed = 1);
 
+/// Sound that is too quiet, with silence around it.
+std::vector<float> Whisper();
+
 /// Material to learn the same phrase from: a few voices say the four tones; the background has them in other orders.
 velox::engine::LanguageMaterial Material();
 /// A training of a few seconds, enough for tones.

@@ -346,12 +346,13 @@ TEST_F(VeloxWovSDK, SessionsDoNotDisturbEachOther)
     const uint32_t first = Listening();
     const uint32_t second = Listening();
     const std::vector<int16_t> said = TinyLanguage::ToPcm(TinyLanguage::SayPhrase());
-    const std::vector<int16_t> noise = TinyLanguage::ToPcm(Signals::Noise(0.3, said.size(), 5));
+    const std::vector<int16_t> other =
+        TinyLanguage::ToPcm(TinyLanguage::Say(std::vector<std::size_t>{3, 2, 1, 0}, HalfSecond, HalfSecond));
     float best = 0.0F;
     for (std::size_t start = 0; start + FrameSize <= said.size(); start += FrameSize)
     {
         EXPECT_EQ(VWoVFeedAudioFrame(first, said.data() + start, FrameSize), Ok);
-        EXPECT_EQ(VWoVFeedAudioFrame(second, noise.data() + start, FrameSize), Ok);
+        EXPECT_EQ(VWoVFeedAudioFrame(second, other.data() + start, FrameSize), Ok);
         float score = 0.0F;
         uint32_t count = 1;
         if (VWoVGetScores(first, &score, &count) == Ok)
@@ -360,7 +361,7 @@ TEST_F(VeloxWovSDK, SessionsDoNotDisturbEachOther)
         }
     }
     EXPECT_EQ(best, expected);
-    EXPECT_EQ(Get(second, static_cast<uint32_t>(Output::BestScore)), 0);
+    EXPECT_LT(Get(second, static_cast<uint32_t>(Output::BestScore)), 100 * 256);
     VWoVDestroySession(first);
     VWoVDestroySession(second);
 }
