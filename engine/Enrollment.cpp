@@ -15,7 +15,7 @@ namespace velox::engine
 namespace
 {
 
-constexpr int CopiesPerTake = 12;
+constexpr int CopiesPerTake = 24;
 constexpr uint64_t CopySeed = 20260711; // fixed: the same takes give the same model
 constexpr double SilenceSeconds = 0.3;
 

@@ -25,15 +25,17 @@ namespace
 
 constexpr double SilenceSeconds = 0.3; // put around every take
 constexpr std::size_t AlignmentComponents = 128;
-constexpr Eigen::Index SpeakerComponents = 8;
+constexpr Eigen::Index SpeakerComponents = 10;
 constexpr std::size_t FewVoices = 20;
 constexpr double FewBackgroundHours = 0.5;
 constexpr double LeastBackgroundHours = 1.0 / 60.0;
+/// How much lower, in the decoder's score, the background scores that the network learned from: 0.2 to 0.4 were measured.
+constexpr float UnheardShift = 0.3F;
 /// Share of the takes that the near-phrase check may refuse, of voices that its classifier has not learned from.
 constexpr double NearCheckLoss = 0.005;
 constexpr int NearCheckFolds = 5;
 /// What is taken off the cut: the network knows the voices of all folds, and unheard ones fit it less well.
-constexpr float NearCheckSlack = 1.0F;
+constexpr float NearCheckSlack = 0.5F;
 /// Where there is nothing to set the cut by, everything passes.
 constexpr float LargestLogOdds = 1000.0F;
 constexpr int DamagedPerTake = 6;
@@ -269,34 +271,18 @@ std::vector<int> TakeLabels(const PreparedTake& take, const std::vector<int>& ph
     return labels;
 }
 
-/// From so many recordings of background on, every fourth is kept from the network, so that the tail of its scores is what
-/// unheard speech gives: background that a network learned from scores lower, by about a factor 2 of the rate.
-constexpr std::size_t EnoughToHoldOut = 20;
-constexpr std::size_t HeldOutStep = 4;
-
-bool IsHeldOut(std::size_t recording, std::size_t recordings)
-{
-    return recordings >= EnoughToHoldOut && recording % HeldOutStep == HeldOutStep - 1;
-}
-
-/// The background that is held out, or all of it where none is; short recordings are joined, since a block of the tail is longer
-/// than some.
-std::vector<std::vector<float>> UnheardStreams(const std::vector<std::vector<float>>& background)
+/// The background as a listener hears it: short recordings are joined, since a block of the tail is longer than some.
+std::vector<std::vector<float>> Streams(const std::vector<std::vector<float>>& background)
 {
     constexpr std::size_t StreamSamples = 30 * SampleRate;
-    const std::size_t count = background.size();
     std::vector<std::vector<float>> streams;
-    for (std::size_t i = 0; i < count; ++i)
+    for (const std::vector<float>& recording : background)
     {
-        if (count >= EnoughToHoldOut && !IsHeldOut(i, count))
-        {
-            continue;
-        }
         if (streams.empty() || streams.back().size() >= StreamSamples)
         {
             streams.emplace_back();
         }
-        streams.back().insert(streams.back().end(), background[i].begin(), background[i].end());
+        streams.back().insert(streams.back().end(), recording.begin(), recording.end());
     }
     return streams;
 }
@@ -418,11 +404,12 @@ std::optional<LanguageModels> Trainer::Run()
 {
     WarnOfLittleMaterial(material, &models.warnings);
     takes = PrepareTakes(material.takes, &models.warnings);
+    models.backgroundHours = HoursOf(material.background);
     if (takes.size() < 2)
     {
         throw std::invalid_argument("fewer than two takes of the phrase can be used");
     }
-    if (HoursOf(material.background) < LeastBackgroundHours)
+    if (models.backgroundHours < LeastBackgroundHours)
     {
         throw std::invalid_argument("there is less than a minute of background");
     }
@@ -524,10 +511,6 @@ void Trainer::MakeTrainingSequences()
     std::vector<TrainingSequence> backgroundSequences(material.background.size() * perRecording);
     pool.Run(static_cast<int>(backgroundSequences.size()), [&](int part) {
         const auto slot = static_cast<std::size_t>(part);
-        if (IsHeldOut(slot / perRecording, material.background.size()))
-        {
-            return;
-        }
         const std::vector<float>& recording = material.background[slot / perRecording];
         AugmentationPlan plan;
         std::vector<float> samples = recording;
@@ -565,11 +548,10 @@ std::optional<Network> Trainer::Train()
                         [&](double share) { return Report(CopiesDone + (NetworkDone - CopiesDone) * share); });
 }
 
-/// Scores the background that the network has not learned from, and finds where its tail starts.
+/// Scores the background that nobody says the phrase in, and finds where its tail starts.
 void Trainer::MeasureTail()
 {
-    const std::vector<std::vector<float>> streams = UnheardStreams(material.background);
-    models.backgroundHours = HoursOf(streams);
+    const std::vector<std::vector<float>> streams = Streams(material.background);
     std::vector<std::vector<PhrasePlace>> found(streams.size());
     pool.Run(static_cast<int>(found.size()), [&](int part) {
         const auto number = static_cast<std::size_t>(part);
@@ -585,6 +567,7 @@ void Trainer::MeasureTail()
         }
     }
     acoustic.phrase.tail = BackgroundTail::Fit(maxima);
+    acoustic.phrase.tail.start += UnheardShift;
 }
 
 /// Teaches the second stage what damaged takes look like, and sets its cut so that next to no take of the training is refused.

@@ -14,7 +14,7 @@ namespace
 
 constexpr std::size_t EnrollmentTakes = 3;
 constexpr std::size_t LeastTakes = 8;
-constexpr std::size_t MostUsers = 8;
+constexpr std::size_t MostUsers = 6;
 
 /// Takes by voice, of the voices that have enough of them; the phrase as the voice's own language reads it comes first.
 std::map<std::string, std::vector<Clip>> Users(const std::vector<Clip>& takes)
@@ -30,7 +30,7 @@ std::map<std::string, std::vector<Clip>> Users(const std::vector<Clip>& takes)
     std::erase_if(voices, [](const auto& voice) { return voice.second.size() < LeastTakes; });
     while (voices.size() > MostUsers)
     {
-        voices.erase(voices.begin());
+        voices.erase(voices.begin()); // in alphabetical order: the synthesiser's voices first
     }
     return voices;
 }
