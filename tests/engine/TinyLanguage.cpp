@@ -15,7 +15,8 @@ namespace
 
 using namespace velox::engine;
 
-constexpr std::array<std::size_t, States> Channels{6, 14, 22, 30};
+/// Mel channels of the phrase's tones, and of four others.
+constexpr std::array<std::size_t, 2 * States> Channels{6, 14, 22, 30, 10, 18, 26, 34};
 using Tones = std::vector<std::size_t>;
 
 constexpr std::size_t HalfSecond = SampleRate / 2;
@@ -157,11 +158,7 @@ LanguageMaterial Material()
             Tones tones;
             for (int i = 0; i < 4; ++i)
             {
-                tones.push_back(static_cast<std::size_t>(random.Integer(0, 3)));
-            }
-            if (tones == Tones{0, 1, 2, 3})
-            {
-                continue;
+                tones.push_back(static_cast<std::size_t>(random.Integer(2, 7)));
             }
             const auto said = Say(tones, QuarterSecond, QuarterSecond, {0.2, 0.2, 3500.0}, random.Bits());
             samples.insert(samples.end(), said.begin(), said.end());
@@ -176,7 +173,7 @@ LanguageOptions QuickTraining()
     LanguageOptions options;
     options.copies = 2;
     options.backgroundCopies = 1;
-    options.batches = 120;
+    options.batches = 250;
     return options;
 }
 

@@ -33,7 +33,7 @@ struct Voice
     double frequency = 0.0; ///< of the second tone
 };
 
-/// Tones by their state's number with noise around them.
+/// Tones by their state's number, or 4 to 7 for others, with noise around them.
 /// @param before  samples of noise before
 /// @param after   and after
 std::vector<float> Say(std::span<const std::size_t> tones, std::size_t before, std::size_t after, const Voice& voice = {},
@@ -45,7 +45,7 @@ std::vector<float> SayPhrase(const Voice& voice = {}, uint64_t seed = 1);
 /// Sound that is too quiet, with silence around it.
 std::vector<float> Whisper();
 
-/// Material to learn the same phrase from: a few voices say the four tones; the background has them in other orders.
+/// Material to learn the same phrase from: a few voices say the four tones; the background is of other tones and half of these.
 velox::engine::LanguageMaterial Material();
 /// A training of a few seconds, enough for tones.
 velox::engine::LanguageOptions QuickTraining();
