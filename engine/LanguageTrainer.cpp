@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <map>
 #include <set>
 #include <stdexcept>
 
@@ -31,13 +30,9 @@ constexpr double FewBackgroundHours = 0.5;
 constexpr double LeastBackgroundHours = 1.0 / 60.0;
 /// How much lower, in the decoder's score, the background scores that the network learned from: 0.2 to 0.4 were measured.
 constexpr float UnheardShift = 0.3F;
-/// Share of the takes that the near-phrase check may refuse, of voices that its classifier has not learned from.
-constexpr double NearCheckLoss = 0.005;
-constexpr int NearCheckFolds = 5;
-/// What is taken off the cut: the network knows the voices of all folds, and unheard ones fit it less well.
-constexpr float NearCheckSlack = 0.5F;
-/// Where there is nothing to set the cut by, everything passes.
-constexpr float LargestLogOdds = 1000.0F;
+/// Share of the training's takes that the near-phrase check may refuse. A milder cut lets background through: it cost more misses
+/// at an equal rate of false alarms than the takes of unheard voices that this one refuses.
+constexpr double NearCheckLoss = 0.003;
 constexpr int DamagedPerTake = 6;
 
 // Shares of the whole work, for the progress.
@@ -51,7 +46,6 @@ struct PreparedTake
     std::vector<MelFrame> logMel;
     std::size_t begin = 0; ///< first frame of the phrase
     std::size_t end = 0;   ///< one past its last frame
-    std::string voice;
     float weight = 1.0F;
 
     std::vector<MelFrame> PhraseLogMel() const
@@ -121,7 +115,6 @@ std::vector<PreparedTake> PrepareTakes(const std::vector<PhraseTake>& takes, std
         PreparedTake one;
         one.samples = Pad(take.samples);
         one.logMel = LogMelOf(one.samples);
-        one.voice = take.voice;
         one.weight = take.weight;
         const Endpoints endpoints = FindEndpoints(one.logMel, one.samples);
         if (endpoints.fault != TakeFault::None && endpoints.fault != TakeFault::CutAtStart &&
@@ -287,69 +280,28 @@ std::vector<std::vector<float>> Streams(const std::vector<std::vector<float>>& b
     return streams;
 }
 
-/// What the near-phrase check learns from: a path, and the fold of its voice.
-struct NearExample
-{
-    NearPhraseCheck::Description description;
-    int fold = 0;
-};
-
-/// The examples of all folds but one, side by side.
-Eigen::MatrixXf WithoutFold(const std::vector<NearExample>& examples, int fold)
+/// Examples side by side.
+Eigen::MatrixXf FeaturesOf(const std::vector<NearPhraseCheck::Description>& examples)
 {
     Eigen::MatrixXf features(NearPhraseCheck::Features, static_cast<Eigen::Index>(examples.size()));
-    Eigen::Index count = 0;
-    for (const NearExample& example : examples)
+    for (std::size_t i = 0; i < examples.size(); ++i)
     {
-        if (example.fold != fold)
-        {
-            features.col(count++) = example.description;
-        }
+        features.col(static_cast<Eigen::Index>(i)) = examples[i];
     }
-    return features.leftCols(count);
+    return features;
 }
 
-/// The log odds that NearCheckLoss of the takes stay below, each judged by a classifier that knows none of its voice's takes.
-float UnseenCut(const std::vector<NearExample>& good, const std::vector<NearExample>& near)
+/// The log odds that NearCheckLoss of the takes stay below.
+float CutOf(const LogisticRegression& classifier, const std::vector<NearPhraseCheck::Description>& good)
 {
     std::vector<float> odds;
-    for (int fold = 0; fold < NearCheckFolds; ++fold)
+    for (const NearPhraseCheck::Description& description : good)
     {
-        const Eigen::MatrixXf otherGood = WithoutFold(good, fold);
-        const Eigen::MatrixXf otherNear = WithoutFold(near, fold);
-        if (otherGood.cols() == 0 || otherNear.cols() == 0)
-        {
-            continue;
-        }
-        const LogisticRegression classifier = FitLogisticRegression(otherGood, otherNear);
-        for (const NearExample& example : good)
-        {
-            if (example.fold == fold)
-            {
-                odds.push_back(classifier.LogOdds(example.description));
-            }
-        }
-    }
-    if (odds.empty())
-    {
-        return -LargestLogOdds;
+        odds.push_back(classifier.LogOdds(description));
     }
     const auto rank = static_cast<std::ptrdiff_t>(NearCheckLoss * static_cast<double>(odds.size()));
     std::nth_element(odds.begin(), odds.begin() + rank, odds.end());
-    return odds[static_cast<std::size_t>(rank)] - NearCheckSlack;
-}
-
-/// Numbers of the voices' folds, by take.
-std::vector<int> FoldsOf(const std::vector<PreparedTake>& takes)
-{
-    std::map<std::string, int> voices;
-    std::vector<int> folds;
-    for (const PreparedTake& take : takes)
-    {
-        const auto number = static_cast<int>(voices.size());
-        folds.push_back(voices.try_emplace(take.voice, number).first->second % NearCheckFolds);
-    }
-    return folds;
+    return odds[static_cast<std::size_t>(rank)];
 }
 
 /// A noisy copy and how it was made.
@@ -599,36 +551,32 @@ void Trainer::TrainNearCheck()
         }
     });
 
-    const std::vector<int> folds = FoldsOf(takes);
-    std::vector<NearExample> good;
-    std::vector<NearExample> near;
-    const auto add = [&](const PhrasePlace& place, int fold, std::vector<NearExample>* examples) {
-        // Only what the first stage would let through is worth learning from.
-        if (!place.features.empty() && place.score > acoustic.phrase.tail.start)
+    std::vector<NearPhraseCheck::Description> good;
+    std::vector<NearPhraseCheck::Description> near;
+    const auto add = [&](const std::vector<PhrasePlace>& places, std::vector<NearPhraseCheck::Description>* examples) {
+        for (const PhrasePlace& place : places)
         {
-            examples->push_back({NearPhraseCheck::Describe(place.path, acoustic.phrase.states), fold});
+            // Only what the first stage would let through is worth learning from.
+            if (!place.features.empty() && place.score > acoustic.phrase.tail.start)
+            {
+                examples->push_back(NearPhraseCheck::Describe(place.path, acoustic.phrase.states));
+            }
         }
     };
-    for (std::size_t number = 0; number < takes.size(); ++number)
+    add(takePlaces, &good);
+    add(copyPlaces, &good);
+    for (const auto& places : damaged)
     {
-        add(takePlaces[number], folds[number], &good);
-        for (std::size_t slot = number * takeCopies; slot < (number + 1) * takeCopies; ++slot)
-        {
-            add(copyPlaces[slot], folds[number], &good);
-        }
-        for (const PhrasePlace& place : damaged[number])
-        {
-            add(place, folds[number], &near);
-        }
+        add(places, &near);
     }
 
     NearPhraseCheck& check = acoustic.phrase.nearCheck;
     check.classifier.weights = Eigen::VectorXf::Zero(NearPhraseCheck::Features);
-    check.cut = -LargestLogOdds;
+    check.cut = -1.0F; // without examples everything passes
     if (!good.empty() && !near.empty())
     {
-        check.classifier = FitLogisticRegression(WithoutFold(good, NearCheckFolds), WithoutFold(near, NearCheckFolds));
-        check.cut = UnseenCut(good, near);
+        check.classifier = FitLogisticRegression(FeaturesOf(good), FeaturesOf(near));
+        check.cut = CutOf(check.classifier, good);
     }
 }
 

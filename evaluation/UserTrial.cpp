@@ -14,7 +14,7 @@ namespace
 
 constexpr std::size_t EnrollmentTakes = 3;
 constexpr std::size_t LeastTakes = 8;
-constexpr std::size_t MostUsers = 6;
+constexpr std::size_t MostUsers = 4;
 
 /// Takes by voice, of the voices that have enough of them; the phrase as the voice's own language reads it comes first.
 std::map<std::string, std::vector<Clip>> Users(const std::vector<Clip>& takes)

@@ -79,6 +79,7 @@ void Run(const std::string& corpus, const std::string& results, const std::strin
                 << "Training: " << takes.size() << " takes, background " << evaluation::HoursOf(trainingBackground)
                 << " h. Judged on " << split << ": " << evaluation::HoursOf(background) << " h of background.\n\n"
                 << report.Table();
+            std::ofstream(results + "/notes.txt") << report.Notes();
         }
     }
     std::cout << report.Table();
