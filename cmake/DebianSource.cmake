@@ -14,7 +14,8 @@ function(velox_cross_build name)
         execute_process(
             COMMAND ${CMAKE_COMMAND} -S ${root}/source -B ${root}/build -G ${CMAKE_GENERATOR} -Wno-deprecated
                 -DCMAKE_TOOLCHAIN_FILE=${CMAKE_TOOLCHAIN_FILE} -DCMAKE_BUILD_TYPE=RelWithDebInfo
-                -DCMAKE_INSTALL_PREFIX=${root}/install ${ARGN}
+                -DCMAKE_INSTALL_PREFIX=${root}/install -DCMAKE_INSTALL_LIBDIR=lib
+                -DCMAKE_INSTALL_INCLUDEDIR=include -DCMAKE_INSTALL_BINDIR=bin ${ARGN}
             COMMAND_ERROR_IS_FATAL ANY OUTPUT_QUIET)
         execute_process(COMMAND ${CMAKE_COMMAND} --build ${root}/build --target install
             COMMAND_ERROR_IS_FATAL ANY OUTPUT_QUIET)

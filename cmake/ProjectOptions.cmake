@@ -21,7 +21,11 @@ if(VELOX_SANITIZE)
         OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
     cmake_path(GET runtime PARENT_PATH runtime_dir)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
-    add_link_options(-fsanitize=address,undefined -shared-libasan -Wl,-rpath,${runtime_dir})
+    add_link_options(-fsanitize=address,undefined $<$<NOT:$<BOOL:${VELOX_FUZZ}>>:-shared-libasan> -Wl,-rpath,${runtime_dir})
+endif()
+
+if(VELOX_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
 if(VELOX_COVERAGE)

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+namespace velox::engine
+{
+
+/// What the decoder knows of a phrase besides the network.
+struct StateModel
+{
+    static constexpr std::size_t MostStates = 128;
+
+    std::vector<float> logPrior;     ///< ln of half the share of each state, then ln 0.5 for the background
+    std::vector<float> meanDuration; ///< frames in each state
+
+    std::size_t States() const
+    {
+        return meanDuration.size();
+    }
+};
+
+/// A way through the phrase's states that ends at some frame.
+struct PhrasePath
+{
+    int64_t startFrame = 0;
+    std::vector<float> sums;       ///< of the log ratios of each state's frames
+    std::vector<int32_t> counts;   ///< frames in each state
+    std::array<float, 2> lowest{}; ///< the two lowest log ratios of single frames, the lowest first
+
+    float StateMean(std::size_t state) const
+    {
+        return sums[state] / static_cast<float>(counts[state]);
+    }
+
+    /// Adds a frame to a state.
+    void Add(std::size_t state, float ratio);
+};
+
+/// Finds the best way through the phrase's states that ends at the current frame (Viterbi 1967; keyword spotting against a
+/// background: Rohlicek 1989; neural posteriors: Bourlard and Morgan 1994; Sun 2017). A phrase may begin at every frame. Each
+/// state lasts at least three frames, and then geometrically, so that its mean is kept.
+class Decoder
+{
+public:
+    /// Sub-states of a state: the least duration in frames.
+    static constexpr std::size_t SubStates = 3;
+    /// Bounds of a frame's log ratio: a few frames must not decide.
+    static constexpr float LeastRatio = -4.0F;
+    static constexpr float MostRatio = 3.0F;
+
+    explicit Decoder(const StateModel& model);
+
+    /// @param logPosteriors  of the states and, last, of the background
+    /// @return whether a path reaches the phrase's end at this frame
+    bool Push(const float* logPosteriors);
+
+    /// The best path that ends at the last frame pushed; meaningful after Push gave true.
+    const PhrasePath& BestPath() const
+    {
+        return paths.back();
+    }
+
+    /// Frames pushed so far; the last one has the number FrameCount() - 1.
+    int64_t FrameCount() const
+    {
+        return frames;
+    }
+
+private:
+    std::vector<float> logPrior;
+    std::vector<float> logStay;
+    std::vector<float> logLeave;
+    std::vector<float> totals; ///< best total of each sub-state
+    std::vector<PhrasePath> paths;
+    std::vector<float> ratios;
+    int64_t frames = 0;
+};
+
+/// How well a path's parts fit, dominated by the worst: -ln(mean over states of exp(-mean log ratio)), between LeastRatio and
+/// MostRatio. A mean over frames would accept half of the phrase.
+float SoftMinimumScore(const PhrasePath& path);
+
+} // namespace velox::engine

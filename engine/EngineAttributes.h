@@ -1,0 +1,39 @@
+#pragma once
+
+#include "AcousticModel.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace velox::engine
+{
+
+/// What the global attributes say; a session keeps the state that it was created in.
+struct EngineAttributes
+{
+    static constexpr int DefaultLogLevel = 3;
+    /// Room for a model in the firmware, unless the constraints say otherwise.
+    static constexpr uint32_t DefaultMaxModelBytes = 160 * 1024;
+
+    int logLevel = DefaultLogLevel; ///< 0 nothing, 1 errors, 3 warnings, 5 everything
+    uint32_t maxModelBytes = DefaultMaxModelBytes;
+    std::shared_ptr<const AcousticModel> acousticModel;
+    std::shared_ptr<const Population> population;
+
+    /// Reads a list "name=value; name=value". Known: max_model_bytes. Unknown names and values that are not numbers are ignored
+    /// and logged.
+    void SetConstraints(std::string_view text);
+
+    /// @param text  a decimal number; anything else is BadValue
+    Status SetLogLevel(std::string_view text);
+
+    /// Reads and keeps a copy: the caller's block may go away.
+    Status SetAcousticModel(const uint8_t* blob);
+    Status SetPopulation(const uint8_t* blob);
+
+    /// Writes a line to the standard error stream when the log level lets it through.
+    void Log(int level, const std::string& line) const;
+};
+
+} // namespace velox::engine

@@ -1,0 +1,173 @@
+#include "Enrollment.h"
+
+#include "Augmentation.h"
+#include "FeatureStream.h"
+#include "PhraseDetector.h"
+#include "PhraseSearch.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+
+namespace velox::engine
+{
+
+namespace
+{
+
+constexpr int CopiesPerTake = 24;
+constexpr uint64_t CopySeed = 20260711; // fixed: the same takes give the same model
+constexpr double SilenceSeconds = 0.3;
+
+/// How far from the background's threshold towards the user's own takes the user's threshold lies.
+constexpr float ThresholdShare = 0.6F;
+/// The background peak by whose rank the background's threshold is found.
+constexpr std::size_t TailRank = 10;
+/// Least score of a take, ScoreScale, on the scale of single takes: fifty false alarms per hour.
+constexpr float LeastTakeScore = 54.0F;
+
+float Median(std::vector<float> values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+/// The sum of phrase score and speaker ratio that half a false alarm per hour reaches.
+float BackgroundThreshold(const SpeakerModel& speaker, const Population& population)
+{
+    std::vector<float> sums;
+    for (const Population::Peak& peak : population.peaks)
+    {
+        sums.push_back(peak.score + SpeakerModel::Weight * speaker.LogRatio(SpeakerFrames(peak.features), peak.counts));
+    }
+    const std::size_t rank = std::min(TailRank, sums.size() - 1);
+    std::nth_element(sums.begin(), sums.begin() + static_cast<std::ptrdiff_t>(rank), sums.end(), std::greater<>());
+    const double rate = static_cast<double>(rank + 1) / population.hours;
+    return sums[rank] + BackgroundTail::Slope * static_cast<float>(std::log(rate / 0.5));
+}
+
+} // namespace
+
+Status StatusOf(TakeFault fault)
+{
+    switch (fault)
+    {
+    case TakeFault::NoSpeech:
+        return Status::NoSpeech;
+    case TakeFault::TooQuiet:
+        return Status::TooQuiet;
+    case TakeFault::Clipped:
+        return Status::Clipped;
+    case TakeFault::CutAtStart:
+        return Status::CutAtStart;
+    case TakeFault::CutAtEnd:
+        return Status::CutAtEnd;
+    case TakeFault::TwoPhrases:
+        return Status::TwoPhrases;
+    case TakeFault::None:
+        break;
+    }
+    return Status::Success;
+}
+
+Enrollment::Enrollment(const AcousticModel& acoustic, const Population& background)
+    : acousticModel(acoustic), population(background)
+{
+}
+
+Status Enrollment::AddTake(std::span<const float> samples)
+{
+    const PhraseModel& phrase = acousticModel.phrase;
+    std::vector<MelFrame> logMel;
+    FrontEnd frontEnd;
+    MelFrame frame;
+    for (std::size_t start = 0; start + FrameSize <= samples.size(); start += FrameSize)
+    {
+        if (frontEnd.Push(samples.data() + start, &frame))
+        {
+            logMel.push_back(frame);
+        }
+    }
+    if (logMel.size() < phrase.states.States() * Decoder::SubStates)
+    {
+        return Status::UtteranceTooShort;
+    }
+    const Endpoints endpoints = FindEndpoints(logMel, samples);
+    // A take that begins or ends with speech may still hold the whole phrase: the score decides.
+    const bool usable =
+        endpoints.fault == TakeFault::None || endpoints.fault == TakeFault::CutAtStart || endpoints.fault == TakeFault::CutAtEnd;
+    if (!usable)
+    {
+        return StatusOf(endpoints.fault);
+    }
+
+    const auto silence = static_cast<std::size_t>(SilenceSeconds * SampleRate);
+    std::vector<float> padded(silence, 0.0F);
+    padded.insert(padded.end(), samples.begin(), samples.end());
+    padded.resize(padded.size() + silence, 0.0F);
+    const std::optional<PhrasePlace> place = FindPhrase(phrase, padded);
+    if (!place || ScoreScale::FromScore(place->score, phrase.tail) < LeastTakeScore)
+    {
+        return Status::PhraseNotFound;
+    }
+    if (takes.size() < MostTakes)
+    {
+        takes.push_back({std::move(padded), {SpeakerFrames(place->features), place->path.counts, 1.0F}, place->score});
+    }
+    return Status::Success;
+}
+
+/// Played backwards the takes are no phrase, but as much like speech as anything at hand: babble is made of them.
+std::vector<std::vector<float>> Enrollment::ReversedTakes() const
+{
+    std::vector<std::vector<float>> reversed;
+    for (const Take& take : takes)
+    {
+        reversed.emplace_back(take.samples.rbegin(), take.samples.rend());
+    }
+    return reversed;
+}
+
+Status Enrollment::Finish(PhraseModel* model) const
+{
+    if (takes.empty() || population.peaks.empty())
+    {
+        return Status::NoUtterances;
+    }
+
+    std::vector<PhraseFrames> frames;
+    std::vector<float> scores;
+    RandomStream random(CopySeed);
+    const std::vector<std::vector<float>> talkers = ReversedTakes();
+    for (const Take& take : takes)
+    {
+        frames.push_back(take.clean);
+        scores.push_back(take.score);
+        for (int i = 0; i < CopiesPerTake; ++i)
+        {
+            const AugmentationPlan plan = DrawPlan(EnrollmentRanges, talkers, &random);
+            const std::vector<float> copy = MakeCopy(plan, take.samples, talkers);
+            if (const auto place = FindPhrase(acousticModel.phrase, copy))
+            {
+                frames.push_back({SpeakerFrames(place->features), place->path.counts, SpeakerModel::CopyShare});
+                scores.push_back(place->score);
+            }
+        }
+    }
+
+    SpeakerModel speaker = TrainSpeaker(acousticModel.generic, frames);
+    std::vector<float> sums;
+    for (std::size_t i = 0; i < frames.size(); ++i)
+    {
+        sums.push_back(scores[i] + SpeakerModel::Weight * speaker.LogRatio(frames[i].frames, frames[i].counts));
+    }
+    const float background = BackgroundThreshold(speaker, population);
+    speaker.threshold = background + ThresholdShare * (Median(sums) - background);
+
+    *model = acousticModel.phrase;
+    model->speaker = std::move(speaker);
+    return Status::Success;
+}
+
+} // namespace velox::engine

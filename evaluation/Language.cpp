@@ -1,0 +1,52 @@
+#include "Trial.h"
+
+#include <chrono>
+#include <stdexcept>
+
+namespace velox::evaluation
+{
+
+namespace
+{
+
+/// Natural voices are few beside the synthesiser's many siblings.
+constexpr float NaturalWeight = 3.0F;
+
+void Check(engine::Status status)
+{
+    if (status != engine::Status::Success)
+    {
+        throw std::runtime_error("a model of the training cannot be read back");
+    }
+}
+
+} // namespace
+
+Language Train(const std::vector<Clip>& takes, const std::vector<Clip>& background, uint64_t seed, int threads)
+{
+    engine::LanguageMaterial material;
+    for (const Clip& take : takes)
+    {
+        const float weight = take.entry.kind.starts_with("espeak") ? 1.0F : NaturalWeight;
+        material.takes.push_back({take.samples, take.entry.path, take.entry.voice, weight});
+    }
+    for (const Clip& recording : background)
+    {
+        material.background.push_back(recording.samples);
+    }
+    engine::LanguageOptions options;
+    options.seed = seed;
+    options.threads = threads;
+
+    Language language;
+    const auto start = std::chrono::steady_clock::now();
+    language.blobs = engine::TrainLanguage(material, options).value();
+    language.trainingSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    Check(engine::ReadPhraseModel(language.blobs.firmwareModel.data(), &language.firmware));
+    Check(engine::ReadPhraseModel(language.blobs.keyphraseModel.data(), &language.keyphrase));
+    Check(engine::ReadAcousticModel(language.blobs.acousticModel.data(), &language.acoustic));
+    Check(engine::ReadPopulation(language.blobs.znormPopulation.data(), &language.population));
+    return language;
+}
+
+} // namespace velox::evaluation

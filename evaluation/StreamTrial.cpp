@@ -1,0 +1,123 @@
+#include "Listening.h"
+#include "Trial.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+namespace velox::evaluation
+{
+
+namespace
+{
+
+constexpr std::size_t Offsets = 16;
+constexpr double MostPlaceError = 100.0; // milliseconds
+constexpr float SpeechLevel = 0.03F;     // of a clip's peak: where it starts and ends
+
+std::optional<engine::Detection> Best(const engine::PhraseModel& model, std::span<const float> samples)
+{
+    std::optional<engine::Detection> best;
+    for (const engine::Detection& found : Listen(model, samples))
+    {
+        if (!best || found.score > best->score)
+        {
+            best = found;
+        }
+    }
+    return best;
+}
+
+/// How far a clip's score goes up and down as the frames' borders move over it.
+float ScoreSpread(const engine::PhraseModel& model, const Clip& clip)
+{
+    float least = engine::ScoreScale::Most;
+    float most = engine::ScoreScale::Least;
+    for (std::size_t i = 0; i < Offsets; ++i)
+    {
+        std::vector<float> samples(i * engine::FrameSize / Offsets, 0.0F);
+        const std::vector<float> padded = WithSilence(clip.samples);
+        samples.insert(samples.end(), padded.begin(), padded.end());
+        const auto best = Best(model, samples);
+        least = std::min(least, best ? best->score : 0.0F);
+        most = std::max(most, best ? best->score : 0.0F);
+    }
+    return most - least;
+}
+
+/// How many milliseconds late start and end of a detection are, beside where the clip's speech lies.
+std::pair<double, double> PlaceErrors(const engine::Detection& found, std::span<const float> padded)
+{
+    float peak = 0.0F;
+    for (const float sample : padded)
+    {
+        peak = std::max(peak, std::abs(sample));
+    }
+    const auto loud = [peak](float sample) {
+        return std::abs(sample) > SpeechLevel * peak;
+    };
+    const auto first = std::find_if(padded.begin(), padded.end(), loud) - padded.begin();
+    const auto last = padded.rend() - std::find_if(padded.rbegin(), padded.rend(), loud);
+    constexpr double PerMillisecond = engine::SampleRate / 1000.0;
+    return {static_cast<double>(found.startSample - first) / PerMillisecond,
+            static_cast<double>(found.endSample - last) / PerMillisecond};
+}
+
+double Median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+} // namespace
+
+void TryStream(const Language& language, const Judged& judged, Report* report)
+{
+    const auto threshold = static_cast<float>(language.blobs.preDefinedThreshold);
+    constexpr std::size_t EveryClip = 8; // sixteen times as much work as the others
+    std::vector<float> spreads;
+    Share misplaced;
+    std::vector<double> startErrors;
+    std::vector<double> endErrors;
+    for (std::size_t i = 0; i < judged.takes.size(); ++i)
+    {
+        if (i % EveryClip == 0)
+        {
+            spreads.push_back(ScoreSpread(language.firmware, judged.takes[i]));
+        }
+        const std::vector<float> padded = WithSilence(judged.takes[i].samples);
+        const auto best = Best(language.firmware, padded);
+        if (best && best->score >= threshold)
+        {
+            const auto [start, end] = PlaceErrors(*best, padded);
+            startErrors.push_back(start);
+            endErrors.push_back(end);
+            misplaced.Add(std::max(std::abs(start), std::abs(end)) > MostPlaceError);
+        }
+    }
+    std::sort(spreads.begin(), spreads.end());
+    report->Add(judged.phrase + ": spread of the score over offsets, median, of the threshold",
+                100.0 * static_cast<double>(spreads[spreads.size() / 2] / threshold), 5.0);
+    report->Add(judged.phrase + ": spread of the score over offsets, worst clip, of the threshold",
+                100.0 * static_cast<double>(spreads.back() / threshold), 5.0);
+    report->Add(judged.phrase + ": place more than 100 ms off", misplaced, 5.0);
+    report->Add(judged.phrase + ": start reported late, median", Median(startErrors), -1.0, "ms");
+    report->Add(judged.phrase + ": end reported late, median", Median(endErrors), -1.0, "ms");
+
+    const Clip& longest = *std::max_element(judged.background.begin(), judged.background.end(),
+                                            [](const Clip& a, const Clip& b) { return a.samples.size() < b.samples.size(); });
+    const auto start = std::chrono::steady_clock::now();
+    constexpr int Rounds = 5;
+    for (int i = 0; i < Rounds; ++i)
+    {
+        Listen(language.firmware, longest.samples);
+    }
+    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    report->Add(judged.phrase + ": real-time factor",
+                seconds / Rounds * engine::SampleRate / static_cast<double>(longest.samples.size()), 0.002, "");
+    report->Add(judged.phrase + ": seconds of the training", language.trainingSeconds, 60.0, "s");
+    report->Add(judged.phrase + ": bytes of the firmware model", static_cast<double>(language.blobs.firmwareModel.size()),
+                160.0 * 1024.0, "");
+}
+
+} // namespace velox::evaluation

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "AcousticModel.h"
+#include "Corpus.h"
+#include "CurveChart.h"
+#include "LanguageTrainer.h"
+#include "Report.h"
+#include "WorkerPool.h"
+
+namespace velox::evaluation
+{
+
+/// What one phrase is judged on: recordings of voices that the training never saw.
+struct Judged
+{
+    std::string phrase;
+    std::vector<Clip> takes;
+    std::vector<Clip> near;
+    std::vector<Clip> otherTakes; ///< of the other phrases
+    std::vector<Clip> background;
+    std::vector<std::vector<float>> talkers; ///< for babble
+};
+
+/// A trained language with its models read back from their bytes, as a product would.
+struct Language
+{
+    engine::LanguageModels blobs;
+    engine::PhraseModel firmware;
+    engine::PhraseModel keyphrase;
+    engine::AcousticModel acoustic;
+    engine::Population population;
+    double trainingSeconds = 0.0;
+};
+
+Language Train(const std::vector<Clip>& takes, const std::vector<Clip>& background, uint64_t seed, int threads);
+
+/// Misses, false alarms and near phrases of the predefined model, and the curves.
+void TryPredefined(const Language& language, const Judged& judged, engine::WorkerPool* pool, Report* report,
+                   std::vector<Curve>* curves);
+
+/// Enrolls voices with three takes each and judges their models.
+void TryUsers(const Language& language, const Judged& judged, engine::WorkerPool* pool, Report* report);
+
+/// Single takes against the key-phrase model.
+void TryTakes(const Language& language, const Judged& judged, engine::WorkerPool* pool, Report* report);
+
+/// Offsets within a frame, reported places, speed.
+void TryStream(const Language& language, const Judged& judged, Report* report);
+
+} // namespace velox::evaluation
