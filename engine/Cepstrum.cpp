@@ -57,6 +57,10 @@ void AddDeltas(Eigen::Ref<Eigen::MatrixXf> frames)
     constexpr float DeltaScale = 2.5F;
     constexpr float DeltaDeltaScale = 5.0F;
 
+    if (frames.cols() == 0)
+    {
+        return;
+    }
     const Eigen::Index size = frames.rows() / 3;
     WriteDeltas(frames.topRows(size), frames.middleRows(size, size));
     WriteDeltas(frames.middleRows(size, size), frames.bottomRows(size));
