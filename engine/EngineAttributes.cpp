@@ -9,8 +9,6 @@ namespace velox::engine
 namespace
 {
 
-constexpr int WarningLevel = 3;
-
 std::string_view Trim(std::string_view text)
 {
     constexpr std::string_view Blanks = " \t\r\n";
@@ -50,7 +48,7 @@ void EngineAttributes::SetConstraints(std::string_view text)
         const std::string_view value = equals == std::string_view::npos ? std::string_view() : Trim(entry.substr(equals + 1));
         if (name != "max_model_bytes" || !Parse(value, &maxModelBytes))
         {
-            Log(WarningLevel, "constraint ignored: " + std::string(entry));
+            Log(LogLevel::Warning, "constraint ignored: " + std::string(entry));
         }
     }
 }
@@ -65,6 +63,7 @@ Status EngineAttributes::SetAcousticModel(const uint8_t* blob)
     auto read = std::make_shared<AcousticModel>();
     const Status status = ReadAcousticModel(blob, read.get());
     acousticModel = status == Status::Success ? std::move(read) : nullptr;
+    LogOutcome(LogLevel::Error, "acoustic model", status);
     return status;
 }
 
@@ -73,15 +72,24 @@ Status EngineAttributes::SetPopulation(const uint8_t* blob)
     auto read = std::make_shared<Population>();
     const Status status = ReadPopulation(blob, read.get());
     population = status == Status::Success ? std::move(read) : nullptr;
+    LogOutcome(LogLevel::Error, "population", status);
     return status;
 }
 
-void EngineAttributes::Log(int level, const std::string& line) const
+void EngineAttributes::Log(LogLevel level, const std::string& line) const
 {
-    if (level <= logLevel)
+    if (static_cast<int>(level) <= logLevel)
     {
         std::fprintf(stderr, "VeloxWovSDK: %s\n", line.c_str());
     }
+}
+
+void EngineAttributes::LogOutcome(LogLevel failure, const std::string& what, Status status) const
+{
+    const StatusText text = TextOf(status);
+    Log(status == Status::Success ? LogLevel::Information : failure, what + ": " + std::to_string(static_cast<uint32_t>(status)) +
+                                                                         " " + std::string(text.name) + ". " +
+                                                                         std::string(text.sentence));
 }
 
 } // namespace velox::engine

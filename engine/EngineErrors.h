@@ -44,7 +44,7 @@ enum class Status : uint32_t
 
 struct StatusText
 {
-    Status status;
+    Status status = Status::Success;
     std::string_view name;
     std::string_view sentence;
 };
@@ -79,5 +79,18 @@ inline constexpr std::array StatusTexts{
     StatusText{Status::TwoPhrases, "TwoPhrases", "The phrase is said more than once."},
     StatusText{Status::NoUtterances, "NoUtterances", "The enrollment has no utterance that can be used."},
 };
+
+/// @return an empty text for a number that is no status
+constexpr StatusText TextOf(Status status)
+{
+    for (const StatusText& text : StatusTexts)
+    {
+        if (text.status == status)
+        {
+            return text;
+        }
+    }
+    return {};
+}
 
 } // namespace velox::engine

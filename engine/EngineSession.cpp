@@ -45,6 +45,8 @@ EngineSession::EngineSession(EngineAttributes snapshot) : attributes(std::move(s
 {
     takeSamples.reserve(MostTakeSeconds * SampleRate);
     takeFrames.reserve(MostTakeSeconds * SampleRate / FrameSize);
+    attributes.Log(LogLevel::Information, "session opened" + std::string(attributes.acousticModel ? "" : ", no acoustic model") +
+                                              (attributes.population ? "" : ", no population"));
 }
 
 Status EngineSession::InitComponent(uint32_t component)
@@ -85,12 +87,16 @@ Status EngineSession::SetModel(const uint8_t* blob)
     }
     if (status != Status::Success)
     {
+        attributes.LogOutcome(LogLevel::Error, "key-phrase model", status);
         return status;
     }
     firmwareModel.assign(firmware, firmware + BlobLength(firmware));
     detector.reset();
     model = std::move(read);
     StartListening();
+    attributes.Log(LogLevel::Information, std::string("listening for ") + (model->speaker ? "a user's" : "everybody's") +
+                                              " phrase of " + std::to_string(model->states.States()) + " states, " +
+                                              std::to_string(firmwareModel.size()) + " bytes");
     return Status::Success;
 }
 
@@ -104,8 +110,19 @@ void EngineSession::StartListening()
     sinceDetection = 0;
     bestDetection.reset();
     flushed = 0;
+    judged = false;
     takeSamples.clear();
     takeFrames.clear();
+}
+
+/// What an enrollment needs.
+Status EngineSession::CheckModels() const
+{
+    if (attributes.acousticModel == nullptr || attributes.population == nullptr)
+    {
+        return Status::NoModel;
+    }
+    return attributes.population->Fits(*attributes.acousticModel) ? Status::Success : Status::ModelsDisagree;
 }
 
 Status EngineSession::StartEnrollment()
@@ -114,13 +131,11 @@ Status EngineSession::StartEnrollment()
     {
         return Status::OrderViolated;
     }
-    if (attributes.acousticModel == nullptr || attributes.population == nullptr)
+    const Status status = CheckModels();
+    attributes.LogOutcome(LogLevel::Error, "enrollment started", status);
+    if (status != Status::Success)
     {
-        return Status::NoModel;
-    }
-    if (!attributes.population->Fits(*attributes.acousticModel))
-    {
-        return Status::ModelsDisagree;
+        return status;
     }
     enrollment = std::make_unique<Enrollment>(*attributes.acousticModel, *attributes.population);
     mode = Mode::Enrolling;
@@ -158,6 +173,7 @@ Status EngineSession::FeedFrame(const int16_t* samples, uint32_t sampleCount)
     if (mode == Mode::Listening)
     {
         flushed = 0;
+        judged = false;
         HearFrame(converted.data());
         if (const AnalysedFrame* frame = detector->LastFrame(); frame != nullptr && takeFrames.size() < takeFrames.capacity())
         {
@@ -199,7 +215,11 @@ Status EngineSession::Flush()
     }
     if (flushed >= detector->FlushFrames())
     {
-        JudgeTake();
+        if (!judged)
+        {
+            JudgeTake();
+            judged = true;
+        }
         return Status::NothingLeft;
     }
     constexpr std::array<float, FrameSize> Silence{};
@@ -216,6 +236,10 @@ void EngineSession::JudgeTake()
     takeStatus = judgement.status;
     placeStart = bestDetection ? bestDetection->startSample : judgement.speechBegin;
     placeEnd = bestDetection ? bestDetection->endSample : judgement.speechEnd;
+    attributes.LogOutcome(LogLevel::Warning,
+                          "take heard, score " + std::to_string(phraseScore) + " in samples " + std::to_string(placeStart) +
+                              " to " + std::to_string(placeEnd),
+                          takeStatus);
 }
 
 Status EngineSession::FinalizeUtterance()
@@ -226,6 +250,7 @@ Status EngineSession::FinalizeUtterance()
     }
     mode = Mode::Enrolling;
     takeStatus = enrollment->AddTake(takeSamples);
+    attributes.LogOutcome(LogLevel::Warning, "take of the enrollment", takeStatus);
     return takeStatus;
 }
 
@@ -235,6 +260,18 @@ Status EngineSession::FinalizeEnrollment(uint8_t** phraseModel)
     {
         return Status::OrderViolated;
     }
+    const Status status = MakePhraseModel();
+    attributes.LogOutcome(LogLevel::Error, "enrollment of " + std::to_string(enrollment->TakeCount()) + " takes", status);
+    if (status == Status::Success)
+    {
+        *phraseModel = phraseModelBlob.data();
+        mode = Mode::Enrolled;
+    }
+    return status;
+}
+
+Status EngineSession::MakePhraseModel()
+{
     PhraseModel user;
     if (const Status status = enrollment->Finish(&user); status != Status::Success)
     {
@@ -246,8 +283,6 @@ Status EngineSession::FinalizeEnrollment(uint8_t** phraseModel)
         return Status::ModelTooLarge;
     }
     phraseModelBlob = WrapPhraseModel(firmware);
-    *phraseModel = phraseModelBlob.data();
-    mode = Mode::Enrolled;
     return Status::Success;
 }
 

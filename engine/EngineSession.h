@@ -21,7 +21,7 @@ enum class Output : uint32_t
 
 /// One session of the engine. Calls out of order give OrderViolated.
 ///
-/// Nothing is allocated or locked while frames are fed.
+/// Nothing is allocated, locked or logged while frames are fed.
 class EngineSession
 {
 public:
@@ -56,9 +56,11 @@ private:
         Enrolled,
     };
 
+    Status CheckModels() const;
     void StartListening();
     void HearFrame(const float* samples);
     void JudgeTake();
+    Status MakePhraseModel();
 
     EngineAttributes attributes;
     bool vadReady = false;
@@ -74,6 +76,7 @@ private:
     float bestScore = 0.0F;
     std::optional<Detection> bestDetection;
     int64_t flushed = 0;
+    bool judged = false; ///< since the last frame
 
     std::vector<float> takeSamples;
     std::vector<MelFrame> takeFrames;

@@ -2,6 +2,7 @@
 
 #include "Augmentation.h"
 #include "PhraseSearch.h"
+#include "TakeAgreement.h"
 #include "TakeReview.h"
 
 #include <algorithm>
@@ -61,16 +62,30 @@ Status Enrollment::AddTake(std::span<const float> samples)
 
     const std::optional<Detection> heard = ReviewTake(&phrase, padded).phrase;
     const float score = heard ? heard->score : ScoreScale::Least;
-    if (const Status status = JudgeTake(LogMelFrames(samples), samples, &phrase, score).status; status != Status::Success)
+    const TakeJudgement judgement = JudgeTake(LogMelFrames(samples), samples, &phrase, score);
+    if (judgement.status != Status::Success)
     {
-        return status;
+        return judgement.status;
     }
     const std::optional<PhrasePlace> place = FindPhrase(phrase, padded);
     if (place && takes.size() < MostTakes)
     {
-        takes.push_back({std::move(padded), {SpeakerFrames(place->features), place->path.counts, 1.0F}, place->score});
+        takes.push_back(
+            {std::move(padded), {SpeakerFrames(place->features), place->path.counts, 1.0F}, place->score, judgement.level});
     }
     return Status::Success;
+}
+
+bool Enrollment::TakesAgree() const
+{
+    std::vector<PhraseFrames> frames;
+    std::vector<double> levels;
+    for (const Take& take : takes)
+    {
+        frames.push_back(take.clean);
+        levels.push_back(take.level);
+    }
+    return LevelsAgree(levels) && VoicesAgree(acousticModel.generic, frames);
 }
 
 /// Played backwards the takes are no phrase, but as much like speech as anything at hand: babble is made of them.
@@ -89,6 +104,10 @@ Status Enrollment::Finish(PhraseModel* model) const
     if (takes.empty() || population.peaks.empty())
     {
         return Status::NoUtterances;
+    }
+    if (!TakesAgree())
+    {
+        return Status::TakesDisagree;
     }
 
     std::vector<PhraseFrames> frames;

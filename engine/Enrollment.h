@@ -36,8 +36,10 @@ private:
         std::vector<float> samples;
         PhraseFrames clean;
         float score = 0.0F;
+        double level = 0.0; ///< of its speech, in decibels
     };
 
+    bool TakesAgree() const;
     std::vector<std::vector<float>> ReversedTakes() const;
 
     const AcousticModel& acousticModel;

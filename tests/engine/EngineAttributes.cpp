@@ -92,4 +92,31 @@ TEST(EngineAttributes, AModelThatIsRefusedLeavesNone)
     EXPECT_EQ(attributes.population, nullptr);
 }
 
+TEST(EngineAttributes, FailuresAreLoggedAtTheirLevelAndSuccessAsInformation)
+{
+    const auto logged = [](const char* level, Status status) {
+        velox::engine::EngineAttributes attributes;
+        EXPECT_EQ(attributes.SetLogLevel(level), Status::Success);
+        testing::internal::CaptureStderr();
+        attributes.LogOutcome(LogLevel::Warning, "take", status);
+        return testing::internal::GetCapturedStderr();
+    };
+    EXPECT_EQ(logged("3", Status::NoSpeech), "VeloxWovSDK: take: 123 NoSpeech. There is no speech in the utterance.\n");
+    EXPECT_EQ(logged("2", Status::NoSpeech), "");
+    EXPECT_EQ(logged("4", Status::Success), "VeloxWovSDK: take: 0 Success. The call did what it is for.\n");
+    EXPECT_EQ(logged("3", Status::Success), "");
+}
+
+TEST(EngineAttributes, RefusedModelsAreErrors)
+{
+    velox::engine::EngineAttributes attributes;
+    ASSERT_EQ(attributes.SetLogLevel("1"), Status::Success);
+    std::vector<uint8_t> population = WritePopulation(TinyLanguage::Background());
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(attributes.SetPopulation(population.data()), Status::Success);
+    EXPECT_EQ(attributes.SetAcousticModel(population.data()), Status::BlobKind);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "VeloxWovSDK: acoustic model: 109 BlobKind. The model is one of another kind.\n");
+}
+
 } // namespace

@@ -47,4 +47,11 @@ TEST(EngineErrors, TheDocumentationListsExactlyTheseStatuses)
     EXPECT_EQ(documented, expected);
 }
 
+TEST(EngineErrors, AStatusIsFoundByItsNumber)
+{
+    EXPECT_EQ(TextOf(Status::Clipped).name, "Clipped");
+    EXPECT_EQ(TextOf(Status::NothingLeft).name, "NothingLeft");
+    EXPECT_EQ(TextOf(static_cast<Status>(1)).name, "");
+}
+
 } // namespace

@@ -351,4 +351,49 @@ TEST_F(EngineSession, TakesLongerThanTheMostAreStillHeard)
     EXPECT_GT(Get(session, Output::BestScore), 100 * 256);
 }
 
+TEST_F(EngineSession, WithoutAttributesTheFrameSizeIsThere)
+{
+    const velox::engine::EngineSession probe{EngineAttributes{}};
+    EXPECT_EQ(Get(probe, Output::AudioFrameSize), 160);
+}
+
+TEST_F(EngineSession, LogsWhatItHearsAtTheLevelOfItsAttributes)
+{
+    ASSERT_EQ(attributes.SetLogLevel("4"), Status::Success);
+    testing::internal::CaptureStderr();
+    velox::engine::EngineSession session = Listening();
+    Feed(&session, TinyLanguage::SayPhrase());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "VeloxWovSDK: session opened\n"
+                                                      "VeloxWovSDK: listening for everybody's phrase of 4 states, " +
+                                                          std::to_string(phrase.size()) + " bytes\n")
+        << "nothing while it is fed";
+
+    testing::internal::CaptureStderr();
+    Flush(&session);
+    EXPECT_EQ(session.Flush(), Status::NothingLeft);
+    const std::string judgement = testing::internal::GetCapturedStderr();
+    EXPECT_THAT(judgement, testing::StartsWith("VeloxWovSDK: take heard, score "));
+    EXPECT_THAT(judgement, testing::HasSubstr(": 0 Success."));
+    EXPECT_EQ(std::count(judgement.begin(), judgement.end(), '\n'), 1) << "once, however often it is flushed";
+}
+
+TEST_F(EngineSession, LogsRefusedTakesAsWarningsAndEnrollmentsThatFailAsErrors)
+{
+    ASSERT_EQ(attributes.SetLogLevel("3"), Status::Success);
+    attributes.SetConstraints("max_model_bytes=1000");
+    testing::internal::CaptureStderr();
+    velox::engine::EngineSession session = Open();
+    ASSERT_EQ(session.StartEnrollment(), Status::Success);
+    EXPECT_EQ(Take(&session, TinyLanguage::Whisper()), Status::TooQuiet);
+    EXPECT_EQ(Take(&session, TinyLanguage::SayPhrase()), Status::Success);
+    uint8_t* model = nullptr;
+    EXPECT_EQ(session.FinalizeEnrollment(&model), Status::ModelTooLarge);
+    EXPECT_EQ(session.SetModel(WritePopulation(TinyLanguage::Background()).data()), Status::OrderViolated);
+    EXPECT_EQ(
+        testing::internal::GetCapturedStderr(),
+        "VeloxWovSDK: take of the enrollment: 121 TooQuiet. The utterance is too quiet.\n"
+        "VeloxWovSDK: enrollment of 1 takes: 110 ModelTooLarge. The firmware model is larger than the platform's constraints "
+        "allow.\n");
+}
+
 } // namespace

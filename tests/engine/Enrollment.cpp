@@ -1,6 +1,7 @@
 #include "Enrollment.h"
 
 #include "PhraseDetector.h"
+#include "PhraseSearch.h"
 #include "Signals.h"
 #include "TinyLanguage.h"
 
@@ -33,6 +34,18 @@ protected:
         {
             ASSERT_EQ(Add(TinyLanguage::SayPhrase(User, seed)), Status::Success);
         }
+    }
+
+    /// Everybody's mixtures come from takes of both voices.
+    void LearnEverybody()
+    {
+        std::vector<PhraseFrames> takes;
+        for (const TinyLanguage::Voice& voice : {User, Other})
+        {
+            const auto place = FindPhrase(acoustic.phrase, TinyLanguage::SayPhrase(voice));
+            takes.push_back({SpeakerFrames(place->features), place->path.counts, 100.0F});
+        }
+        acoustic.generic = TrainGenericSpeakers(acoustic.generic.states[0], takes, TinyLanguage::States);
     }
 
     static std::optional<Detection> Hear(const PhraseModel& model, const std::vector<float>& audio)
@@ -122,6 +135,39 @@ TEST_F(Enrollment, TakesBeyondTheMostAreCheckedButNotKept)
         EXPECT_EQ(Add(take), Status::Success);
     }
     EXPECT_EQ(enrollment.TakeCount(), velox::engine::Enrollment::MostTakes);
+}
+
+/// Two of the four tones get past the first stage of this phrase.
+TEST_F(Enrollment, NearPhrasesAreRefusedAsInListening)
+{
+    const std::vector<float> half = TinyLanguage::Say(Tones{0, 1}, HalfSecond, HalfSecond);
+    acoustic.phrase.tail.start = -7.0F;
+    acoustic.phrase.nearCheck.cut = -10.0F;
+    EXPECT_EQ(Add(half), Status::Success) << "without the check";
+    acoustic.phrase.nearCheck.cut = TinyLanguage::Phrase().nearCheck.cut;
+    EXPECT_EQ(Add(half), Status::PhraseNotFound);
+    EXPECT_EQ(Add(TinyLanguage::SayPhrase(User)), Status::Success);
+}
+
+TEST_F(Enrollment, ATakeOfAnotherVoiceMakesTheTakesDisagree)
+{
+    LearnEverybody();
+    AddThreeTakes();
+    PhraseModel model;
+    EXPECT_EQ(enrollment.Finish(&model), Status::Success);
+    ASSERT_EQ(Add(TinyLanguage::SayPhrase(Other)), Status::Success);
+    EXPECT_EQ(enrollment.Finish(&model), Status::TakesDisagree);
+}
+
+TEST_F(Enrollment, ATakeOfAnotherLevelMakesTheTakesDisagree)
+{
+    const std::vector<float> loud = TinyLanguage::SayPhrase({0.9, 0.0, 0.0});
+    std::vector<float> quiet = loud;
+    std::transform(quiet.begin(), quiet.end(), quiet.begin(), [](float sample) { return 0.04F * sample; });
+    ASSERT_EQ(Add(loud), Status::Success);
+    ASSERT_EQ(Add(quiet), Status::Success) << "28 dB below";
+    PhraseModel model;
+    EXPECT_EQ(enrollment.Finish(&model), Status::TakesDisagree);
 }
 
 } // namespace

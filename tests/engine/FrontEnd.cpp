@@ -103,4 +103,13 @@ TEST(FrontEnd, SilenceIsTheFloorAgainOnceTheWindowHasPassed)
     }
 }
 
+TEST(FrontEnd, ARecordingsFramesAreThoseOfItsFullFrames)
+{
+    const std::vector<float> samples = Signals::Noise(0.1, 20 * FrameSize + 159, 1);
+    const std::vector<MelFrame> frames = LogMelFrames(samples);
+    EXPECT_EQ(frames, Signals::LogMel(samples));
+    EXPECT_EQ(frames.size(), 20 - velox::engine::FrontEnd::FirstFrame + 1);
+    EXPECT_TRUE(LogMelFrames({}).empty());
+}
+
 } // namespace

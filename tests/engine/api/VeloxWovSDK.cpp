@@ -1,7 +1,7 @@
 #include "VeloxWovSDK.h"
 
 #include "EngineErrors.h"
-#include "EngineSession.h"
+#include "SessionTable.h"
 #include "Signals.h"
 #include "TinyLanguage.h"
 
@@ -117,6 +117,39 @@ TEST_F(VeloxWovSDK, ASecondDestroyIsAccepted)
     EXPECT_EQ(VWoVDestroySession(session), Ok);
     EXPECT_EQ(VWoVDestroySession(0), Number(Status::BadHandle));
     EXPECT_EQ(VWoVDestroySession(0x7FFFFFFF), Number(Status::BadHandle));
+}
+
+TEST_F(VeloxWovSDK, MoreSessionsThanThereIsRoomForAreRefused)
+{
+    std::vector<uint32_t> sessions(SessionTable::Slots);
+    for (uint32_t& session : sessions)
+    {
+        ASSERT_EQ(VWoVInitSession(&session), Ok);
+    }
+    uint32_t another = 77;
+    EXPECT_EQ(VWoVInitSession(&another), Number(Status::OutOfMemory));
+    EXPECT_EQ(another, 77U);
+    for (const uint32_t session : sessions)
+    {
+        EXPECT_EQ(VWoVDestroySession(session), Ok);
+    }
+}
+
+/// The frames between are as many as a flush has steps: the look-ahead, and what a peak waits for.
+TEST_F(VeloxWovSDK, AFlushIsDoneInStepsAndEndsForGood)
+{
+    const uint32_t session = Listening();
+    Feed(session, std::vector<float>(FrameSize, 0.0F));
+    int steps = 0;
+    uint32_t status = VWoVFlush(session);
+    for (; status == Ok; status = VWoVFlush(session))
+    {
+        ++steps;
+    }
+    EXPECT_EQ(status, Nothing);
+    EXPECT_EQ(steps, 12);
+    EXPECT_EQ(VWoVFlush(session), Nothing);
+    VWoVDestroySession(session);
 }
 
 TEST_F(VeloxWovSDK, EveryFunctionRefusesAHandleThatIsNotOpen)

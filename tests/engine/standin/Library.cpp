@@ -1,4 +1,4 @@
-// The library's own path through the engine DLL: a language is learned, written to disk, configured, and used.
+// The library's own path through the engine DLL: a language's models are written to disk, configured, and used.
 #include "RecordingLogger.h"
 #include "TestConfiguration.h"
 #include "TinyLanguage.h"
@@ -61,15 +61,12 @@ class Library : public testing::Test
 protected:
     Library()
     {
-        static const std::optional<velox::engine::LanguageModels> models =
-            velox::engine::TrainLanguage(TinyLanguage::Material(), TinyLanguage::QuickTraining());
-        configuration.WriteFile("kp_1033.bin", Text(models->keyphraseModel));
-        configuration.WriteFile("am_1033.bin", Text(models->acousticModel));
-        configuration.WriteFile("zn_1033.bin", Text(models->znormPopulation));
-        configuration.WriteFile("fw_1033.bin", Text(models->firmwareModel));
-        configuration.WriteFile("kpd_pre_1033.txt", std::to_string(models->preDefinedThreshold));
-        configuration.WriteFile("kpd_user_1033.txt", std::to_string(models->userDefinedThreshold));
-        firmwareModel = models->firmwareModel;
+        configuration.WriteFile("kp_1033.bin", Text(firmwareModel));
+        configuration.WriteFile("am_1033.bin", Text(velox::engine::WriteAcousticModel(TinyLanguage::Acoustic())));
+        configuration.WriteFile("zn_1033.bin", Text(velox::engine::WritePopulation(TinyLanguage::Background())));
+        configuration.WriteFile("fw_1033.bin", Text(firmwareModel));
+        configuration.WriteFile("kpd_pre_1033.txt", "100");
+        configuration.WriteFile("kpd_user_1033.txt", "100");
         adapter.reset(CreateKeywordDetectorAdapterImpl(&logger, configuration.Path(), "1", GUID{}).release());
     }
 
@@ -95,7 +92,7 @@ protected:
     TestConfiguration configuration;
     RecordingLogger logger;
     std::unique_ptr<IVeloxKeywordDetectorAdapterImpl> adapter;
-    std::vector<uint8_t> firmwareModel;
+    const std::vector<uint8_t> firmwareModel = velox::engine::WritePhraseModel(TinyLanguage::Phrase());
 };
 
 TEST_F(Library, VerifiesTakesWithThePhraseOnly)
