@@ -7,7 +7,7 @@ namespace velox::engine
 
 LogisticRegression FitLogisticRegression(const Eigen::MatrixXf& positive, const Eigen::MatrixXf& negative, float ridge)
 {
-    constexpr int Rounds = 20;
+    constexpr int NewtonSteps = 20;
     const Eigen::Index features = positive.rows();
     const Eigen::Index examples = positive.cols() + negative.cols();
 
@@ -30,7 +30,7 @@ LogisticRegression FitLogisticRegression(const Eigen::MatrixXf& positive, const 
     Eigen::VectorXd coefficients = Eigen::VectorXd::Zero(features + 1);
     Eigen::MatrixXd penalty = Eigen::MatrixXd::Identity(features + 1, features + 1) * static_cast<double>(ridge);
     penalty(features, features) = 1e-9;
-    for (int round = 0; round < Rounds; ++round)
+    for (int round = 0; round < NewtonSteps; ++round)
     {
         const Eigen::VectorXd probability = (1.0 + (-(x.transpose() * coefficients)).array().exp()).inverse();
         const Eigen::VectorXd weight = share.array() * probability.array() * (1.0 - probability.array());

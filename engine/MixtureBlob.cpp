@@ -8,7 +8,7 @@ namespace velox::engine
 namespace
 {
 
-constexpr uint32_t MostComponents = 256;
+constexpr uint32_t MostMixtureComponents = 256;
 
 template <typename Matrix>
 auto Values(Matrix& matrix)
@@ -33,7 +33,7 @@ void WriteMixtures(std::span<const GaussianMixture> mixtures, BlobWriter* writer
 
 std::optional<std::vector<GaussianMixture>> ReadMixtures(std::size_t count, BlobReader* reader)
 {
-    const uint32_t components = reader->Count(MostComponents);
+    const uint32_t components = reader->Count(MostMixtureComponents);
     const uint32_t dimensions = reader->Count(CepstralFrameSize);
     Eigen::MatrixXf variances(dimensions, components);
     reader->F32s(Values(variances));

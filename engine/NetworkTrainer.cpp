@@ -84,10 +84,10 @@ private:
 };
 
 /// The network, and the slices that the threads take through it.
-class Trainer
+class TrainingRun
 {
 public:
-    Trainer(const NetworkTrainerOptions& trainerOptions, const CropSampler& sampler)
+    TrainingRun(const NetworkTrainerOptions& trainerOptions, const CropSampler& sampler)
         : options(trainerOptions), random(options.seed), network(TimeDelayShapes(options.states), &random),
           pool(std::min(options.threads, options.slices))
     {
@@ -183,7 +183,7 @@ std::optional<Network> TrainNetwork(const std::vector<TrainingSequence>& sequenc
     {
         throw std::invalid_argument("No training sequence has any frames and weight.");
     }
-    Trainer trainer(options, sampler);
+    TrainingRun trainer(options, sampler);
     if (!trainer.Learn(progress))
     {
         return std::nullopt;

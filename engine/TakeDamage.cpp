@@ -14,7 +14,7 @@ constexpr double LeastShare = 0.08;
 constexpr double MostShare = 0.35;
 constexpr double CutChance = 0.5;
 
-float RootMeanSquare(std::span<const float> samples)
+float Loudness(std::span<const float> samples)
 {
     double sum = 1e-12;
     for (const float sample : samples)
@@ -47,7 +47,7 @@ std::vector<float> DamageTake(std::span<const float> phrase, std::span<const std
     const std::vector<float>& other = background[recording];
     const auto from = static_cast<std::size_t>(random->Integer(0, static_cast<int64_t>(other.size() - length)));
     const auto piece = std::span(other).subspan(from, length);
-    const float gain = RootMeanSquare(phrase) / RootMeanSquare(piece);
+    const float gain = Loudness(phrase) / Loudness(piece);
     std::transform(piece.begin(), piece.end(), first, [gain](float sample) { return std::clamp(gain * sample, -1.0F, 1.0F); });
     return damaged;
 }
