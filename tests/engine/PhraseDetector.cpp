@@ -77,7 +77,7 @@ TEST(PhraseDetector, APeakThatEndsTheAudioComesOutWithTheFlush)
     constexpr std::array<float, FrameSize> Silence{};
     for (int64_t i = 0; i < flushed.FlushFrames(); ++i)
     {
-        detections += flushed.Push(Silence.data()) ? 1 : 0;
+        detections += flushed.Push(Silence.data()) ? 1U : 0U;
     }
     EXPECT_EQ(detections, 1U);
     EXPECT_EQ(flushed.FlushFrames(), model.network.LookAhead() + Detector::PeakFrames);
