@@ -29,7 +29,7 @@ struct LanguageOptions
     double falseAlarmsPerHour = 0.5;
     int copies = 10;          ///< noisy copies of each take
     int backgroundCopies = 2; ///< noisy copies of the background
-    int batches = 2500;
+    int batches = 4000;
     uint64_t seed = 1;
     int threads = 1; ///< the result does not depend on it
     TrainingProgress progress = [](double) {
