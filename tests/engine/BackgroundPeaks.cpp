@@ -36,6 +36,11 @@ TEST(BackgroundPeaks, ShortRecordingsAreHeardOneAfterTheOther)
     EXPECT_THAT(FindBackgroundPeaks(TinyLanguage::Phrase(), recordings, &pool), SizeIs(6));
 }
 
+TEST(BackgroundPeaks, TheTailStartsWhereATenthOfThePeaksLieAbove)
+{
+    EXPECT_FLOAT_EQ(MeasureTail(Places(11)).start, 0.9F);
+}
+
 TEST(BackgroundPeaks, ThePopulationIsOfTheHighestPeaks)
 {
     const Population population = MakePopulation(Places(Population::MostPeaks + 5), 0.25);
