@@ -69,9 +69,9 @@ struct AugmentationRanges
     double mostReverberationTime = 0.8;
     double leastDirectToReverberant = -2.0;
     double mostDirectToReverberant = 10.0;
-    double noiseChance = 0.8;
+    double noiseChance = 0.9;
     double leastSignalToNoise = 0.0;
-    double mostSignalToNoise = 22.0;
+    double mostSignalToNoise = 35.0;
     double babbleChance = 0.65; ///< of the copies with noise
     int64_t fewestPieces = 4;
     int64_t mostPieces = 9;

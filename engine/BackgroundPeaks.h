@@ -11,7 +11,7 @@ namespace velox::engine
 std::vector<PhrasePlace> FindBackgroundPeaks(const PhraseModel& model, const std::vector<std::vector<float>>& background,
                                              WorkerPool* pool);
 
-/// Where the tail of the peaks' scores starts.
+/// Where the tail of background that the network never heard starts, from the peaks of background that it learned from.
 BackgroundTail MeasureTail(const std::vector<PhrasePlace>& peaks);
 
 /// The highest of the peaks.

@@ -23,7 +23,7 @@ constexpr double SilenceSeconds = 0.3;
 constexpr std::array TalkerSpeeds = {0.7, 0.85, 1.0, 1.2, 1.4};
 
 /// How far from the background's threshold towards the user's own takes the user's threshold lies.
-constexpr float ThresholdShare = 0.6F;
+constexpr float ThresholdShare = 0.5F;
 /// The background peak by whose rank the background's threshold is found.
 constexpr std::size_t TailRank = 10;
 /// Least score of a take, ScoreScale, on the scale of single takes: fifty false alarms per hour.

@@ -10,7 +10,7 @@ namespace
 {
 
 /// Natural voices are few beside the synthesiser's many siblings.
-constexpr float NaturalWeight = 3.0F;
+constexpr float NaturalWeight = 4.0F;
 
 void Check(engine::Status status)
 {

@@ -73,6 +73,7 @@ evaluation::Report Run(const std::string& corpus, const std::string& results, co
             << report.Table();
         std::ofstream(results + "/notes.txt") << report.Notes();
     };
+    evaluation::TryPeople(people, trainingBackground, background, threads, &report);
     for (uint64_t seed = 1; seed <= seeds; ++seed)
     {
         for (const std::string& phrase : phrases)
@@ -99,8 +100,6 @@ evaluation::Report Run(const std::string& corpus, const std::string& results, co
             write(); // after every run, so that an interrupted evaluation leaves what it found
         }
     }
-    evaluation::TryPeople(people, trainingBackground, background, threads, &report);
-    write();
     std::cout << report.Table();
     return report;
 }

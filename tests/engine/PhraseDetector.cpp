@@ -96,7 +96,8 @@ TEST(PhraseDetector, WhereTheAudioStartsWithinAFrameChangesLittle)
         const auto detections = Hear(TinyLanguage::Phrase(), std::span(audio).subspan(offset));
         ASSERT_EQ(detections.size(), 1U);
         EXPECT_NEAR(detections[0].score, reference, 5.0F);
-        EXPECT_NEAR(static_cast<double>(detections[0].startSample + static_cast<int64_t>(offset)), Before + Padding, 3.0 * FrameSize);
+        EXPECT_NEAR(static_cast<double>(detections[0].startSample + static_cast<int64_t>(offset)), Before + Padding,
+                    3.0 * FrameSize);
     }
 }
 
