@@ -11,7 +11,7 @@ namespace velox::engine
 namespace
 {
 
-constexpr double SilenceSeconds = 0.3; // put around every take
+constexpr std::size_t SilenceFrames = 30; // put around every take: 0.3 s
 
 std::string_view FaultText(TakeFault fault)
 {
@@ -33,6 +33,26 @@ std::string_view FaultText(TakeFault fault)
         break;
     }
     return "";
+}
+
+bool IsTight(TakeFault fault)
+{
+    return fault == TakeFault::CutAtStart || fault == TakeFault::CutAtEnd;
+}
+
+/// Where the speech lies in a take with silence around it. Its own noise is the floor; only where it is cut tightly is it the
+/// silence.
+Endpoints FindPaddedEndpoints(std::span<const float> samples, std::span<const MelFrame> paddedLogMel,
+                              std::span<const float> padded)
+{
+    Endpoints endpoints = FindEndpoints(LogMelOf(samples), samples);
+    if (IsTight(endpoints.fault) || endpoints.fault == TakeFault::NoSpeech)
+    {
+        return FindEndpoints(paddedLogMel, padded);
+    }
+    endpoints.begin += SilenceFrames;
+    endpoints.end += SilenceFrames;
+    return endpoints;
 }
 
 } // namespace
@@ -57,9 +77,8 @@ std::vector<PreparedTake> PrepareTakes(const std::vector<PhraseTake>& takes, std
         one.samples = Pad(take.samples);
         one.logMel = LogMelOf(one.samples);
         one.weight = take.weight;
-        const Endpoints endpoints = FindEndpoints(one.logMel, one.samples);
-        if (endpoints.fault != TakeFault::None && endpoints.fault != TakeFault::CutAtStart &&
-            endpoints.fault != TakeFault::CutAtEnd)
+        const Endpoints endpoints = FindPaddedEndpoints(take.samples, one.logMel, one.samples);
+        if (endpoints.fault != TakeFault::None && !IsTight(endpoints.fault))
         {
             warnings->push_back(take.name + " is left out: " + std::string(FaultText(endpoints.fault)) + ".");
             continue;
@@ -73,10 +92,10 @@ std::vector<PreparedTake> PrepareTakes(const std::vector<PhraseTake>& takes, std
 
 std::vector<float> Pad(std::span<const float> samples)
 {
-    const auto silence = static_cast<std::size_t>(SilenceSeconds * SampleRate);
-    std::vector<float> padded(silence, 0.0F);
+    constexpr std::size_t Silence = SilenceFrames * FrameSize;
+    std::vector<float> padded(Silence, 0.0F);
     padded.insert(padded.end(), samples.begin(), samples.end());
-    padded.resize(padded.size() + silence, 0.0F);
+    padded.resize(padded.size() + Silence, 0.0F);
     return padded;
 }
 

@@ -47,6 +47,29 @@ Share Judge(const std::string& person, const engine::PhraseModel& model, const s
     return accepted;
 }
 
+void TryPerson(const std::vector<Clip>& takes, const std::vector<Clip>& others, const std::vector<Clip>& trainingBackground,
+               const std::vector<Clip>& background, const engine::LanguageOptions& options, Report* report)
+{
+    const std::string& person = takes.front().entry.voice;
+    const std::vector<Clip> known(takes.begin(), takes.begin() + EnrollmentTakes);
+    const std::vector<Clip> own(takes.begin() + EnrollmentTakes, takes.end());
+    const Language language = Train(known, trainingBackground, options);
+    const engine::PhraseModel model = Enroll(language, known);
+    const auto threshold = static_cast<float>(language.blobs.userDefinedThreshold);
+    Share missed = Judge(person, model, own, threshold, report);
+    missed.counted = missed.all - missed.counted;
+    report->Add("people, " + person + ": own takes missed", missed, 0.0);
+    report->Add("people, " + person + ": takes of others accepted", Judge(person, model, others, threshold, report), 0.0);
+
+    engine::WorkerPool pool(options.threads);
+    Share alarms;
+    for (const float score : ListenToBackground(model, background, &pool))
+    {
+        alarms.Add(score >= threshold);
+    }
+    report->Add("people, " + person + ": alarms in the background", alarms.counted, 0.0, "");
+}
+
 } // namespace
 
 void TryPeople(const std::vector<Clip>& people, const std::vector<Clip>& trainingBackground, const std::vector<Clip>& background,
@@ -61,11 +84,8 @@ void TryPeople(const std::vector<Clip>& people, const std::vector<Clip>& trainin
     options.threads = threads;
     options.copies = 60; // of three takes
     options.batches = 1500;
-    engine::WorkerPool pool(threads);
     for (const auto& [person, takes] : takesOf)
     {
-        const std::vector<Clip> known(takes.begin(), takes.begin() + EnrollmentTakes);
-        const std::vector<Clip> own(takes.begin() + EnrollmentTakes, takes.end());
         std::vector<Clip> others;
         for (const auto& [other, more] : takesOf)
         {
@@ -74,20 +94,14 @@ void TryPeople(const std::vector<Clip>& people, const std::vector<Clip>& trainin
                 others.insert(others.end(), more.begin(), more.end());
             }
         }
-        const Language language = Train(known, trainingBackground, options);
-        const engine::PhraseModel model = Enroll(language, known);
-        const auto threshold = static_cast<float>(language.blobs.userDefinedThreshold);
-        Share refused = Judge(person, model, own, threshold, report);
-        refused.counted = refused.all - refused.counted;
-        report->Add("people, " + person + ": own takes missed", refused, 0.0);
-        report->Add("people, " + person + ": takes of others accepted", Judge(person, model, others, threshold, report), 0.0);
-
-        Share alarms;
-        for (const float score : ListenToBackground(model, background, &pool))
+        try
         {
-            alarms.Add(score >= threshold);
+            TryPerson(takes, others, trainingBackground, background, options, report);
         }
-        report->Add("people, " + person + ": alarms in the background", alarms.counted, 0.0, "");
+        catch (const std::invalid_argument& refused)
+        {
+            report->Note(person + " cannot be enrolled: " + refused.what());
+        }
     }
 }
 

@@ -109,14 +109,14 @@ TEST(PhraseDetector, EarlierAudioIsForgottenByANewDetector)
     EXPECT_EQ(Hear(model, audio).at(0).score, first);
 }
 
-TEST(PhraseDetector, ANearPhraseLosesFifteenForEachUnitBelowTheCut)
+TEST(PhraseDetector, ANearPhraseLosesEightForEachUnitBelowTheCut)
 {
     PhraseModel strict = TinyLanguage::Phrase();
     const Detection whole = Hear(strict, TinyLanguage::SayPhrase()).at(0);
     strict.nearCheck.cut += whole.nearMargin + 2.0F;
     const Detection near = Hear(strict, TinyLanguage::SayPhrase()).at(0);
     EXPECT_NEAR(near.nearMargin, -2.0F, 1e-4F);
-    EXPECT_NEAR(near.score, whole.score - 30.0F, 1e-2F);
+    EXPECT_NEAR(near.score, whole.score - 16.0F, 1e-2F);
     strict.nearCheck.cut = 1e6F;
     EXPECT_NEAR(Hear(strict, TinyLanguage::SayPhrase()).at(0).score, whole.score - 100.0F, 1e-2F) << "and a hundred at most";
 }

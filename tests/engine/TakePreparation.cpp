@@ -36,6 +36,13 @@ TEST(TakePreparation, TheSpeechOfATakeIsFound)
     EXPECT_THAT(takes[0].PhraseSamples(), SizeIs((takes[0].end - takes[0].begin) * FrameSize + WindowSize));
 }
 
+TEST(TakePreparation, ATakeWithoutAnySoundHasNoSpeech)
+{
+    std::vector<std::string> warnings;
+    EXPECT_THAT(PrepareTakes({TakeOf(std::vector<float>(SampleRate, 0.0F), "silence.wav")}, &warnings), IsEmpty());
+    EXPECT_THAT(warnings, ElementsAre("silence.wav is left out: there is no speech in it."));
+}
+
 TEST(TakePreparation, TightlyCutTakesAreUsable)
 {
     std::vector<float> tight = TinyLanguage::SayPhrase();
@@ -62,7 +69,7 @@ TEST(TakePreparation, UselessTakesAreLeftOutAndNamed)
                      &warnings);
     EXPECT_THAT(takes, IsEmpty());
     EXPECT_THAT(warnings,
-                ElementsAre("silence.wav is left out: there is no speech in it.", "low.wav is left out: it is too quiet.",
+                ElementsAre("silence.wav is left out: it is too quiet.", "low.wav is left out: it is too quiet.",
                             "twice.wav is left out: the phrase is in it twice.", "loud.wav is left out: it is clipped."));
 }
 
