@@ -132,7 +132,7 @@ std::optional<LanguageModels> TrainLanguage(const LanguageMaterial& material, co
 
 float TakeLeniency()
 {
-    return BackgroundTail::Slope * std::log(10.0F);
+    return BackgroundTail::Slope * std::log(4.0F);
 }
 
 } // namespace velox::engine

@@ -57,7 +57,7 @@ struct LanguageModels
 std::optional<LanguageModels> TrainLanguage(const LanguageMaterial& material, const LanguageOptions& options);
 
 /// A key-phrase model judges one utterance, not an hour of background: it is this much more lenient than the firmware's, in the
-/// decoder's score (a tenfold rate of false alarms).
+/// decoder's score (a fourfold rate of false alarms).
 float TakeLeniency();
 
 } // namespace velox::engine
