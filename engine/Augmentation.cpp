@@ -95,18 +95,21 @@ void Tilt(double tap, Samples* samples)
     }
 }
 
-/// Linear-phase response of a low-pass filter; its delay is half its length.
-Samples LowPassResponse(double frequency)
+/// Linear-phase response of a band-pass filter; its delay is half its length.
+Samples BandResponse(const Band& band)
 {
-    constexpr int Delay = 64; // 400 Hz from pass band to stop band
-    const double cutoff = 2.0 * frequency / static_cast<double>(SampleRate);
+    constexpr int Delay = 160; // 165 Hz from pass band to stop band
+    const auto lowPass = [](double frequency, int i) {
+        const double cutoff = 2.0 * frequency / static_cast<double>(SampleRate);
+        const double phase = std::numbers::pi * cutoff * i;
+        return i == 0 ? cutoff : cutoff * std::sin(phase) / phase;
+    };
     Samples response;
     for (int i = -Delay; i <= Delay; ++i)
     {
-        const double phase = std::numbers::pi * cutoff * i;
-        const double sinc = i == 0 ? 1.0 : std::sin(phase) / phase;
         const double hamming = 0.54 + 0.46 * std::cos(std::numbers::pi * i / Delay);
-        response.push_back(static_cast<float>(cutoff * sinc * hamming));
+        const double lower = band.low > 0.0 ? lowPass(band.low, i) : 0.0;
+        response.push_back(static_cast<float>(hamming * (lowPass(band.high, i) - lower)));
     }
     return response;
 }
@@ -177,9 +180,14 @@ AugmentationPlan DrawPlan(const AugmentationRanges& ranges, std::span<const std:
     {
         plan.tilt = Between(-ranges.mostTilt, ranges.mostTilt, random);
     }
-    if (Chance(ranges.lowPassChance, random))
+    if (Chance(ranges.bandChance, random))
     {
-        plan.lowPass = Between(ranges.leastLowPass, ranges.mostLowPass, random);
+        Band& band = plan.band.emplace();
+        band.high = Between(ranges.leastUpperEdge, ranges.mostUpperEdge, random);
+        if (Chance(ranges.lowerEdgeChance, random))
+        {
+            band.low = Between(ranges.leastLowerEdge, ranges.mostLowerEdge, random);
+        }
     }
     if (Chance(ranges.roomChance, random))
     {
@@ -201,9 +209,9 @@ std::vector<float> MakeCopy(const AugmentationPlan& plan, std::span<const float>
 {
     Samples copy = plan.speed == 1.0 ? Samples(recording.begin(), recording.end()) : ChangeSpeed(recording, plan.speed);
     Tilt(plan.tilt, &copy);
-    if (plan.lowPass > 0.0)
+    if (plan.band.has_value())
     {
-        const Samples response = LowPassResponse(plan.lowPass);
+        const Samples response = BandResponse(*plan.band);
         copy = FilterSignal(copy, response, response.size() / 2);
     }
     if (plan.room.has_value())

@@ -19,6 +19,13 @@ struct BackgroundPiece
     std::size_t start = 0; ///< sample; the piece goes on at the recording's beginning when its end comes
 };
 
+/// What a telephone or a small loudspeaker lets through.
+struct Band
+{
+    double low = 0.0;  ///< Hz; 0 for no lower edge
+    double high = 0.0; ///< Hz
+};
+
 struct NoisePlan
 {
     double signalToNoise = 10.0;         ///< dB, root mean squares over the whole copy
@@ -35,7 +42,7 @@ struct AugmentationPlan
     double speed = 1.0;   ///< above 1 is faster; pitch goes with it
     double warp = 1.0;    ///< for the MelFilterbank that the copy is analysed with
     double tilt = 0.0;    ///< a in 1 + a / z
-    double lowPass = 0.0; ///< Hz; 0 for none
+    std::optional<Band> band;
     std::optional<Room> room;
     std::optional<NoisePlan> noise;
     double level = -26.0; ///< root mean square of the copy, dB relative to full scale
@@ -44,24 +51,27 @@ struct AugmentationPlan
 /// What plans are drawn from. Chances are shares of the copies; the rest is without.
 struct AugmentationRanges
 {
-    double speedChance = 0.6;
-    double leastSpeed = 0.88;
-    double mostSpeed = 1.12;
-    double leastWarp = 0.86;
-    double mostWarp = 1.14;
+    double speedChance = 0.7;
+    double leastSpeed = 0.82;
+    double mostSpeed = 1.22;
+    double leastWarp = 0.82;
+    double mostWarp = 1.18;
     double tiltChance = 0.75;
     double mostTilt = 0.5;
-    double lowPassChance = 0.09;
-    double leastLowPass = 3300.0;
-    double mostLowPass = 3900.0;
+    double bandChance = 0.12;
+    double lowerEdgeChance = 0.6; ///< of the copies with a band
+    double leastLowerEdge = 150.0;
+    double mostLowerEdge = 400.0;
+    double leastUpperEdge = 3300.0;
+    double mostUpperEdge = 3900.0;
     double roomChance = 0.4;
     double leastReverberationTime = 0.15;
     double mostReverberationTime = 0.8;
     double leastDirectToReverberant = -2.0;
     double mostDirectToReverberant = 10.0;
-    double noiseChance = 0.8;
+    double noiseChance = 0.9;
     double leastSignalToNoise = 0.0;
-    double mostSignalToNoise = 22.0;
+    double mostSignalToNoise = 35.0;
     double babbleChance = 0.65; ///< of the copies with noise
     int64_t fewestPieces = 4;
     int64_t mostPieces = 9;
@@ -76,7 +86,7 @@ inline constexpr AugmentationRanges TrainingRanges{};
 inline constexpr AugmentationRanges EnrollmentRanges{.speedChance = 0.0,
                                                      .leastWarp = 1.0,
                                                      .mostWarp = 1.0,
-                                                     .lowPassChance = 0.2,
+                                                     .bandChance = 0.25,
                                                      .leastSignalToNoise = 5.0,
                                                      .mostSignalToNoise = 25.0};
 

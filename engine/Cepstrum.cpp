@@ -113,6 +113,23 @@ Eigen::MatrixXf UtteranceCepstra(std::span<const MelFrame> logMel)
     return WithDeltas(cepstra);
 }
 
+Eigen::MatrixXf SideBySide(std::span<const Eigen::MatrixXf> sequences)
+{
+    Eigen::Index frames = 0;
+    for (const Eigen::MatrixXf& sequence : sequences)
+    {
+        frames += sequence.cols();
+    }
+    Eigen::MatrixXf all(sequences.front().rows(), frames);
+    Eigen::Index next = 0;
+    for (const Eigen::MatrixXf& sequence : sequences)
+    {
+        all.middleCols(next, sequence.cols()) = sequence;
+        next += sequence.cols();
+    }
+    return all;
+}
+
 void StretchCepstra(std::span<const MelFrame> features, Eigen::Ref<Eigen::MatrixXf> frames)
 {
     for (std::size_t t = 0; t < features.size(); ++t)

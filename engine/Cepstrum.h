@@ -39,6 +39,9 @@ Eigen::MatrixXf WithDeltas(const Eigen::MatrixXf& cepstra);
 /// @return CepstralFrameSize x frames
 Eigen::MatrixXf UtteranceCepstra(std::span<const MelFrame> logMel);
 
+/// Sequences behind one another, at least one.
+Eigen::MatrixXf SideBySide(std::span<const Eigen::MatrixXf> sequences);
+
 /// Frames of a stretch of features from which a mean was taken off already, with deltas. Allocates nothing.
 ///
 /// @param frames  CepstralFrameSize x as many as there are features

@@ -24,8 +24,6 @@ constexpr std::size_t LoudFrames = LeastSpeech;
 constexpr std::size_t LeastPause = 50;
 /// Two phrases are one phrase said twice when the shorter has this share of the longer.
 constexpr double SimilarLength = 0.7;
-/// Frames kept on either side: 50 ms.
-constexpr std::size_t Padding = 5;
 /// Share of a take's frames that lie on the floor or below.
 constexpr double FloorShare = 0.1;
 /// Speech begins at this share of the way from the floor to the loudness, and is under way at that one.
@@ -197,8 +195,8 @@ Endpoints FindEndpoints(std::span<const MelFrame> logMel, std::span<const float>
     const double clippedShare =
         static_cast<double>(CountClipped(spoken)) / static_cast<double>(std::max<std::size_t>(spoken.size(), 1));
     endpoints.fault = Judge(speech, levels, endpoints.level, clippedShare);
-    endpoints.begin = longest.begin - std::min(Padding, longest.begin);
-    endpoints.end = std::min(longest.end + Padding, logMel.size());
+    endpoints.begin = longest.begin - std::min(EndpointPadding, longest.begin);
+    endpoints.end = std::min(longest.end + EndpointPadding, logMel.size());
     return endpoints;
 }
 

@@ -26,6 +26,9 @@ inline constexpr double QuietLevel = -50.0;
 /// Share of the speech's samples that may be clipped.
 inline constexpr double MostClippedShare = 0.003;
 
+/// Frames kept on either side of the speech: 50 ms.
+inline constexpr std::size_t EndpointPadding = 5;
+
 /// Where the speech of a take lies.
 struct Endpoints
 {

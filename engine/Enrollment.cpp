@@ -2,10 +2,12 @@
 
 #include "Augmentation.h"
 #include "PhraseSearch.h"
+#include "SpeedChange.h"
 #include "TakeAgreement.h"
 #include "TakeReview.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <functional>
 
@@ -18,9 +20,10 @@ namespace
 constexpr int CopiesPerTake = 24;
 constexpr uint64_t CopySeed = 20260711; // fixed: the same takes give the same model
 constexpr double SilenceSeconds = 0.3;
+constexpr std::array TalkerSpeeds = {0.7, 0.85, 1.0, 1.2, 1.4};
 
 /// How far from the background's threshold towards the user's own takes the user's threshold lies.
-constexpr float ThresholdShare = 0.6F;
+constexpr float ThresholdShare = 0.5F;
 /// The background peak by whose rank the background's threshold is found.
 constexpr std::size_t TailRank = 10;
 
@@ -88,13 +91,18 @@ bool Enrollment::TakesAgree() const
     return LevelsAgree(levels) && VoicesAgree(acousticModel.generic, frames);
 }
 
-/// Played backwards the takes are no phrase, but as much like speech as anything at hand: babble is made of them.
+/// Played backwards the takes are no phrase, but as much like speech as anything at hand: babble is made of them. At other speeds
+/// they are other voices: the user's own would teach the speaker part that babble is the user.
 std::vector<std::vector<float>> Enrollment::ReversedTakes() const
 {
     std::vector<std::vector<float>> reversed;
     for (const Take& take : takes)
     {
-        reversed.emplace_back(take.samples.rbegin(), take.samples.rend());
+        const std::vector<float> backwards(take.samples.rbegin(), take.samples.rend());
+        for (const double speed : TalkerSpeeds)
+        {
+            reversed.push_back(ChangeSpeed(backwards, speed));
+        }
     }
     return reversed;
 }

@@ -1,6 +1,7 @@
 #include "PhraseDetector.h"
 
 #include "Cepstrum.h"
+#include "Endpointing.h"
 
 #include <algorithm>
 #include <limits>
@@ -12,7 +13,7 @@ namespace
 {
 
 /// What a near phrase loses for each unit of log odds below the cut, and at most.
-constexpr float NearPenalty = 15.0F;
+constexpr float NearPenalty = 8.0F;
 constexpr float MostNearPenalty = 100.0F;
 
 } // namespace
@@ -92,7 +93,10 @@ Detection PhraseDetector::Judge(const Peak& found)
     Detection detection;
     const int64_t lookAhead = model.network.LookAhead();
     const auto halfFrame = static_cast<int64_t>(FrameSize / 2);
-    detection.startSample = FeatureStream::MiddleSample(found.path.startFrame + lookAhead) - halfFrame;
+    // The states were learned from takes with padding around the speech; the first one holds the padding, while the last sounds
+    // of a phrase often fade into theirs.
+    constexpr auto Padding = static_cast<int64_t>(EndpointPadding * FrameSize);
+    detection.startSample = FeatureStream::MiddleSample(found.path.startFrame + lookAhead) - halfFrame + Padding;
     detection.endSample = FeatureStream::MiddleSample(found.endFrame + lookAhead) + halfFrame;
     detection.phraseScore = ScoreScale::FromScore(found.score, model.tail);
     detection.nearMargin = model.nearCheck.Margin(found.path, model.states);

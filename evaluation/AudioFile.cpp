@@ -46,4 +46,18 @@ std::vector<float> ReadAudioFile(const std::string& path)
     return speed == 1.0 ? samples : engine::ChangeSpeed(samples, speed);
 }
 
+void WriteAudioFile(const std::string& path, const std::vector<float>& samples)
+{
+    SF_INFO format{};
+    format.samplerate = static_cast<int>(engine::SampleRate);
+    format.channels = 1;
+    format.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
+    const std::unique_ptr<SNDFILE, decltype(&sf_close)> file(sf_open(path.c_str(), SFM_WRITE, &format), &sf_close);
+    const auto count = static_cast<sf_count_t>(samples.size());
+    if (!file || sf_writef_float(file.get(), samples.data(), count) != count)
+    {
+        throw std::runtime_error("cannot write " + path);
+    }
+}
+
 } // namespace velox::evaluation

@@ -10,7 +10,7 @@ namespace
 {
 
 /// Natural voices are few beside the synthesiser's many siblings.
-constexpr float NaturalWeight = 3.0F;
+constexpr float NaturalWeight = 4.0F;
 
 void Check(engine::Status status)
 {
@@ -22,7 +22,7 @@ void Check(engine::Status status)
 
 } // namespace
 
-Language Train(const std::vector<Clip>& takes, const std::vector<Clip>& background, uint64_t seed, int threads)
+Language Train(const std::vector<Clip>& takes, const std::vector<Clip>& background, const engine::LanguageOptions& options)
 {
     engine::LanguageMaterial material;
     for (const Clip& take : takes)
@@ -34,9 +34,6 @@ Language Train(const std::vector<Clip>& takes, const std::vector<Clip>& backgrou
     {
         material.background.push_back(recording.samples);
     }
-    engine::LanguageOptions options;
-    options.seed = seed;
-    options.threads = threads;
 
     Language language;
     const auto start = std::chrono::steady_clock::now();

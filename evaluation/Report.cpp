@@ -38,6 +38,16 @@ void Report::Note(const std::string& line)
     notes += line + "\n";
 }
 
+std::optional<double> Report::Worst(const std::string& what) const
+{
+    const auto found = std::find_if(rows.begin(), rows.end(), [&](const Row& row) { return row.what == what; });
+    if (found == rows.end())
+    {
+        return std::nullopt;
+    }
+    return *std::max_element(found->figures.begin(), found->figures.end());
+}
+
 std::string Report::Table() const
 {
     std::string table = "| figure | runs | worst | goal | reached | cases |\n|---|---|---|---|---|---|\n";

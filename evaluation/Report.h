@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,9 @@ public:
     {
         return notes;
     }
+
+    /// The worst of a figure's runs; nothing when there is no such figure.
+    std::optional<double> Worst(const std::string& what) const;
 
     /// A table in Markdown: each figure's runs, the worst of them, the goal, and whether it is reached.
     std::string Table() const;

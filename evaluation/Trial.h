@@ -32,7 +32,7 @@ struct Language
     double trainingSeconds = 0.0;
 };
 
-Language Train(const std::vector<Clip>& takes, const std::vector<Clip>& background, uint64_t seed, int threads);
+Language Train(const std::vector<Clip>& takes, const std::vector<Clip>& background, const engine::LanguageOptions& options);
 
 /// Misses, false alarms and near phrases of the predefined model, and the curves.
 void TryPredefined(const Language& language, const Judged& judged, engine::WorkerPool* pool, Report* report,
@@ -46,5 +46,11 @@ void TryTakes(const Language& language, const Judged& judged, engine::WorkerPool
 
 /// Offsets within a frame, reported places, speed.
 void TryStream(const Language& language, const Judged& judged, Report* report);
+
+/// People who said the same words several times: a language is learned from three takes of one of them, who is then enrolled with
+/// them. Every take that is judged is noted.
+/// @param people  takes of the set "people"; a person is a voice
+void TryPeople(const std::vector<Clip>& people, const std::vector<Clip>& trainingBackground, const std::vector<Clip>& background,
+               int threads, Report* report);
 
 } // namespace velox::evaluation

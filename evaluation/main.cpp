@@ -1,6 +1,9 @@
-// velox_evaluate CORPUS RESULTS SPLIT SEEDS: trains each phrase of the corpus with seeds 1 to SEEDS and judges it on SPLIT (dev
-// or test). Writes RESULTS/table.md and RESULTS/curves-PHRASE-SEED.svg.
+// velox_evaluate CORPUS RESULTS SPLIT SEEDS [floors]: trains each phrase of the corpus with seeds 1 to SEEDS and judges it on
+// SPLIT (dev or test). Writes RESULTS/table.md, RESULTS/notes.txt, RESULTS/curves-PHRASE-SEED.svg, and RESULTS/comparison for the
+// comparison with another recogniser. With "floors" it fails when a figure is worse than its floor.
+#include "Comparison.h"
 #include "Corpus.h"
+#include "Floors.h"
 #include "Trial.h"
 
 #include <filesystem>
@@ -40,7 +43,11 @@ evaluation::Judged ReadJudged(const std::vector<evaluation::Entry>& manifest, co
     return judged;
 }
 
-void Run(const std::string& corpus, const std::string& results, const std::string& split, uint64_t seeds)
+/// The phrase that the other recogniser knows: its words are English.
+constexpr const char* ComparedPhrase = "a";
+
+/// @return the figures
+evaluation::Report Run(const std::string& corpus, const std::string& results, const std::string& split, uint64_t seeds)
 {
     const std::vector<evaluation::Entry> manifest = evaluation::ReadManifest(corpus);
     std::set<std::string> phrases;
@@ -55,15 +62,27 @@ void Run(const std::string& corpus, const std::string& results, const std::strin
     engine::WorkerPool pool(threads);
     const auto trainingBackground = evaluation::ReadClips(manifest, "train", "-", "background");
     const auto background = evaluation::ReadClips(manifest, split, "-", "background");
+    const auto people = evaluation::ReadClips(manifest, "people", "-", "people");
     std::filesystem::create_directories(results);
 
     evaluation::Report report;
+    const auto write = [&] {
+        std::ofstream(results + "/table.md")
+            << "Background: " << evaluation::HoursOf(trainingBackground) << " h in the training, "
+            << evaluation::HoursOf(background) << " h judged (" << split << ").\n\n"
+            << report.Table();
+        std::ofstream(results + "/notes.txt") << report.Notes();
+    };
+    evaluation::TryPeople(people, trainingBackground, background, threads, &report);
     for (uint64_t seed = 1; seed <= seeds; ++seed)
     {
         for (const std::string& phrase : phrases)
         {
             const auto takes = evaluation::ReadClips(manifest, "train", phrase, "take");
-            const evaluation::Language language = evaluation::Train(takes, trainingBackground, seed, threads);
+            engine::LanguageOptions options;
+            options.seed = seed;
+            options.threads = threads;
+            const evaluation::Language language = evaluation::Train(takes, trainingBackground, options);
             const evaluation::Judged judged = ReadJudged(manifest, split, phrase, phrases, background);
             std::vector<evaluation::Curve> curves;
             evaluation::TryPredefined(language, judged, &pool, &report, &curves);
@@ -74,34 +93,40 @@ void Run(const std::string& corpus, const std::string& results, const std::strin
             const std::string title = phrase + ", seed " + std::to_string(seed) + ", predefined model, " + split + " voices";
             std::ofstream(results + "/curves-" + phrase + "-" + std::to_string(seed) + ".svg")
                 << evaluation::DrawCurves(title, curves);
-            // After every run, so that an interrupted evaluation leaves what it found.
-            std::ofstream(results + "/table.md")
-                << "Training: " << takes.size() << " takes, background " << evaluation::HoursOf(trainingBackground)
-                << " h. Judged on " << split << ": " << evaluation::HoursOf(background) << " h of background.\n\n"
-                << report.Table();
-            std::ofstream(results + "/notes.txt") << report.Notes();
+            if (phrase == ComparedPhrase && seed == 1)
+            {
+                evaluation::WriteComparison(language, judged, results + "/comparison");
+            }
+            write(); // after every run, so that an interrupted evaluation leaves what it found
         }
     }
     std::cout << report.Table();
+    return report;
 }
 
 } // namespace
 
 int main(int count, char** arguments)
 {
-    if (count != 5)
+    const bool floors = count == 6 && arguments[5] == std::string_view("floors");
+    if (count != 5 && !floors)
     {
-        std::cerr << "velox_evaluate CORPUS RESULTS dev|test SEEDS\n";
+        std::cerr << "velox_evaluate CORPUS RESULTS dev|test SEEDS [floors]\n";
         return 2;
     }
     try
     {
-        Run(arguments[1], arguments[2], arguments[3], std::stoull(arguments[4]));
+        const evaluation::Report report = Run(arguments[1], arguments[2], arguments[3], std::stoull(arguments[4]));
+        const std::vector<std::string> broken = floors ? evaluation::BrokenFloors(report) : std::vector<std::string>();
+        for (const std::string& line : broken)
+        {
+            std::cerr << line << '\n';
+        }
+        return broken.empty() ? 0 : 1;
     }
     catch (const std::exception& error)
     {
         std::cerr << "velox_evaluate: " << error.what() << '\n';
         return 1;
     }
-    return 0;
 }

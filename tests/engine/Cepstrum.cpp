@@ -128,4 +128,12 @@ TEST(Cepstrum, AChannelThatIsTheSameThroughoutAnUtteranceLeavesNoTrace)
     EXPECT_LT((UtteranceCepstra(plain) - UtteranceCepstra(coloured)).cwiseAbs().maxCoeff(), 1e-3F);
 }
 
+TEST(Cepstrum, SequencesAreSetSideBySide)
+{
+    const std::vector<Eigen::MatrixXf> parts{Eigen::MatrixXf::Constant(2, 1, 1.0F), Eigen::MatrixXf::Constant(2, 2, 3.0F)};
+    Eigen::MatrixXf expected(2, 3);
+    expected << 1.0F, 3.0F, 3.0F, 1.0F, 3.0F, 3.0F;
+    EXPECT_EQ(SideBySide(parts), expected);
+}
+
 } // namespace

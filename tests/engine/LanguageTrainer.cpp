@@ -126,7 +126,7 @@ TEST(LanguageTrainer, UselessTakesAreLeftOutAndNamed)
     options.copies = 1;
     const auto models = TrainLanguage(material, options);
     ASSERT_TRUE(models);
-    EXPECT_THAT(models->warnings, Contains("silence.wav is left out: there is no speech in it."));
+    EXPECT_THAT(models->warnings, Contains("silence.wav is left out: it is too quiet."));
 }
 
 TEST(LanguageTrainer, TooLittleMaterialIsRefused)

@@ -1,6 +1,7 @@
 #include "PhraseDetector.h"
 
 #include "Cepstrum.h"
+#include "Endpointing.h"
 #include "Signals.h"
 #include "TinyLanguage.h"
 
@@ -15,6 +16,8 @@ using namespace velox::engine;
 using Detector = velox::engine::PhraseDetector;
 using Tones = std::vector<std::size_t>;
 
+/// The hand-made network's first state has no padding before it, which the detector takes off.
+constexpr auto Padding = static_cast<int64_t>(EndpointPadding * FrameSize);
 constexpr std::size_t Before = 8000;
 constexpr std::size_t After = 8000;
 
@@ -43,7 +46,7 @@ TEST(PhraseDetector, HearsThePhraseOnceAndTellsWhereItIs)
     ASSERT_EQ(detections.size(), 1U);
     EXPECT_GT(detections[0].score, ScoreScale::HalfAlarmPerHour);
     EXPECT_EQ(detections[0].score, detections[0].phraseScore);
-    EXPECT_NEAR(static_cast<double>(detections[0].startSample), Before, 3.0 * FrameSize);
+    EXPECT_NEAR(static_cast<double>(detections[0].startSample), Before + Padding, 3.0 * FrameSize);
     // The hand-made network is sure of the last tone from its third frame on.
     EXPECT_NEAR(static_cast<double>(detections[0].endSample), Before + 3 * TinyLanguage::ToneSamples + 3 * FrameSize,
                 3.0 * FrameSize);
@@ -93,7 +96,8 @@ TEST(PhraseDetector, WhereTheAudioStartsWithinAFrameChangesLittle)
         const auto detections = Hear(TinyLanguage::Phrase(), std::span(audio).subspan(offset));
         ASSERT_EQ(detections.size(), 1U);
         EXPECT_NEAR(detections[0].score, reference, 5.0F);
-        EXPECT_NEAR(static_cast<double>(detections[0].startSample + static_cast<int64_t>(offset)), Before, 3.0 * FrameSize);
+        EXPECT_NEAR(static_cast<double>(detections[0].startSample + static_cast<int64_t>(offset)), Before + Padding,
+                    3.0 * FrameSize);
     }
 }
 
@@ -105,14 +109,14 @@ TEST(PhraseDetector, EarlierAudioIsForgottenByANewDetector)
     EXPECT_EQ(Hear(model, audio).at(0).score, first);
 }
 
-TEST(PhraseDetector, ANearPhraseLosesFifteenForEachUnitBelowTheCut)
+TEST(PhraseDetector, ANearPhraseLosesEightForEachUnitBelowTheCut)
 {
     PhraseModel strict = TinyLanguage::Phrase();
     const Detection whole = Hear(strict, TinyLanguage::SayPhrase()).at(0);
     strict.nearCheck.cut += whole.nearMargin + 2.0F;
     const Detection near = Hear(strict, TinyLanguage::SayPhrase()).at(0);
     EXPECT_NEAR(near.nearMargin, -2.0F, 1e-4F);
-    EXPECT_NEAR(near.score, whole.score - 30.0F, 1e-2F);
+    EXPECT_NEAR(near.score, whole.score - 16.0F, 1e-2F);
     strict.nearCheck.cut = 1e6F;
     EXPECT_NEAR(Hear(strict, TinyLanguage::SayPhrase()).at(0).score, whole.score - 100.0F, 1e-2F) << "and a hundred at most";
 }
@@ -152,7 +156,7 @@ TEST(PhraseDetector, TheSpeakerPartSeesThePhrasesFrames)
     const auto frameAt = [](int64_t sample) {
         return static_cast<std::size_t>((sample - FeatureStream::MiddleSample(0)) / static_cast<int64_t>(FrameSize));
     };
-    const std::size_t first = frameAt(detection.startSample + 80);
+    const std::size_t first = frameAt(detection.startSample - Padding + 80);
     const std::size_t last = frameAt(detection.endSample - 80);
     StreamingNetwork network(model.network);
     Decoder decoder(model.states);
