@@ -14,9 +14,10 @@ struct Floor
     double most;
 };
 
-// About twice what was reached, so that only a regression breaks one.
+// About twice what was reached, so that only a regression breaks one. The quick corpus judges on less than an hour of background,
+// in which one alarm is more than one per hour.
 constexpr Floor Floors[] = {
-    {"a: predefined, false alarms per hour", 3.0},
+    {"a: predefined, false alarms per hour", 6.0},
     {"a: predefined, missed, clean", 15.0},
     {"a: predefined, missed, babble 10 dB", 40.0},
     {"a: predefined, missed, pink 10 dB", 20.0},
