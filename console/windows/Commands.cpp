@@ -1,13 +1,15 @@
 #include "Commands.h"
 
+#include "ArmCommand.h"
+#include "CapabilitiesCommand.h"
+
 namespace velox::console
 {
 
 void AddCommands(CLI::App& app, Commands& commands)
 {
-    // One line for each command: AddInspectCommand(app, commands);
-    (void)app;
-    (void)commands;
+    AddCapabilitiesCommand(app, commands);
+    AddArmCommand(app, commands);
 }
 
 } // namespace velox::console
