@@ -89,6 +89,12 @@ std::optional<ResultBlock> DspSimulator::Hear(std::span<const float>* audio)
     return std::nullopt;
 }
 
+int64_t DspSimulator::Latency() const
+{
+    constexpr int64_t BegunFrame = 1;
+    return listener ? (listener->FlushFrames() + BegunFrame) * static_cast<int64_t>(engine::FrameSize) : 0;
+}
+
 /// @return whether the frame is full
 bool DspSimulator::FillFrame(std::span<const float>* audio)
 {

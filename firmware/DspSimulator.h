@@ -88,6 +88,10 @@ public:
     /// @return the block of a detection
     std::optional<ResultBlock> Hear(std::span<const float>* audio);
 
+    /// Samples that may pass from a keyword's end to its report, while armed; else 0. Where audio ends, silence of this length
+    /// lets the last keyword be reported.
+    int64_t Latency() const;
+
     /// Samples heard so far.
     int64_t SamplesHeard() const
     {

@@ -252,6 +252,22 @@ TEST_F(DspSimulator, ARefusedPatternDisarmsAndLeavesNone)
     EXPECT_FALSE(dsp.Arm());
 }
 
+TEST_F(DspSimulator, SilenceOfTheLatencyBringsTheLastKeyword)
+{
+    EXPECT_EQ(dsp.Latency(), 0);
+    ArmWith(Pattern());
+    for (const std::size_t cut : {0U, 1U, 80U, 159U})
+    {
+        SCOPED_TRACE(cut);
+        ASSERT_TRUE(dsp.Arm());
+        std::vector<float> audio = TinyLanguage::Say(PhraseTones, HalfSecond, 0);
+        audio.resize(audio.size() - cut);
+        ASSERT_THAT(Detections(&dsp, audio, 480), IsEmpty());
+        const std::vector<float> silence(static_cast<std::size_t>(dsp.Latency()), 0.0F);
+        EXPECT_THAT(Detections(&dsp, silence, 480), SizeIs(1));
+    }
+}
+
 TEST_F(DspSimulator, PositionsHaveOffsetAndDrift)
 {
     ArmWith(Pattern());

@@ -2,6 +2,7 @@
 
 #include "PhraseModel.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <vector>
@@ -29,8 +30,8 @@ inline void Put(uint32_t number, std::size_t offset, Bytes* block)
 /// @param threshold  Q8
 inline Bytes Make(const Bytes& model, uint32_t threshold)
 {
-    Bytes block(HeadSize, 0);
-    block.insert(block.end(), model.begin(), model.end());
+    Bytes block(HeadSize + model.size(), 0);
+    std::copy(model.begin(), model.end(), block.begin() + HeadSize);
     Put(static_cast<uint32_t>(block.size()), 0, &block);
     std::copy(Detector.begin(), Detector.end(), block.begin() + 4);
     Put(0xAA550001, 20, &block);
