@@ -41,29 +41,6 @@ std::string_view AsText(std::span<const uint8_t> bytes)
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-/// A file for another command, by what it begins with.
-struct OtherFile
-{
-    std::string_view beginning;
-    std::string_view hint;
-};
-
-constexpr std::array OtherFiles{
-    OtherFile{"RIFF", "It begins as a sound file does: verify, enroll and listen read those."},
-    OtherFile{"fLaC", "It begins as a sound file does: verify, enroll and listen read those."},
-    OtherFile{"OggS", "It begins as a sound file does: verify, enroll and listen read those."},
-    OtherFile{"<", "It begins as an XML file does: doctor checks configuration files."},
-    OtherFile{"\xEF\xBB\xBF<", "It begins as an XML file does: doctor checks configuration files."},
-    OtherFile{"MZ", "It is a program or DLL: doctor looks at the engine's."},
-};
-
-const OtherFile* FindOtherFile(std::string_view text)
-{
-    const auto* const found = std::find_if(OtherFiles.begin(), OtherFiles.end(),
-                                           [&](const OtherFile& other) { return text.starts_with(other.beginning); });
-    return found == OtherFiles.end() ? nullptr : found;
-}
-
 /// Text as an editor writes it, with or without a byte order mark, in UTF-16, too.
 bool IsText(std::string_view text)
 {
@@ -76,6 +53,34 @@ bool IsText(std::string_view text)
         const auto code = static_cast<unsigned char>(character);
         return code >= FirstPrintable || (code >= '\t' && code <= '\r');
     });
+}
+
+/// A file for another command, by what it begins with.
+struct OtherFile
+{
+    std::string_view beginning;
+    std::string_view hint;
+    bool text = false;
+};
+
+constexpr std::string_view SoundFile = "It begins as a sound file does: verify, enroll and listen read those.";
+constexpr std::string_view XmlFile = "It begins as an XML file does: doctor checks configuration files.";
+
+constexpr std::array OtherFiles{
+    OtherFile{"RIFF", SoundFile},
+    OtherFile{"fLaC", SoundFile},
+    OtherFile{"OggS", SoundFile},
+    OtherFile{"<", XmlFile, true}, // a detection result begins with this byte, too
+    OtherFile{"\xEF\xBB\xBF<", XmlFile, true},
+    OtherFile{"MZ", "It is a program or DLL: doctor looks at the engine's."},
+};
+
+const OtherFile* FindOtherFile(std::string_view text)
+{
+    const auto* const found = std::find_if(OtherFiles.begin(), OtherFiles.end(), [&](const OtherFile& other) {
+        return text.starts_with(other.beginning) && (!other.text || IsText(text));
+    });
+    return found == OtherFiles.end() ? nullptr : found;
 }
 
 void InspectThreshold(FieldReader* reader)
