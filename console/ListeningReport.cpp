@@ -44,47 +44,17 @@ std::string Place(const firmware::Peak& peak)
     return ClockText(Seconds(peak.detection.startSample)) + " to " + ClockText(Seconds(peak.detection.endSample));
 }
 
-/// Why a peak that was close did not fire.
-std::string Reason(const firmware::Peak& miss, uint32_t threshold)
-{
-    if (miss.detection.phraseScore < static_cast<float>(Score(threshold)))
-    {
-        return "the words are not clear enough";
-    }
-    if (miss.detection.nearMargin < 0.0F)
-    {
-        return fmt::format("it sounds like a part of the phrase (the words alone score {:.1f})", miss.detection.phraseScore);
-    }
-    return fmt::format("the words fit (they alone score {:.1f}), the voice does not", miss.detection.phraseScore);
-}
-
-/// What the host learned of a detection.
-std::string Told(const HeardDetection& detection)
-{
-    const ParsedBlock& parsed = detection.parsed;
-    if (parsed.result != 0)
-    {
-        return fmt::format("the library refuses the block: {} {}", ResultText(parsed.result), parsed.explanation);
-    }
-    if (parsed.keywordId == 0)
-    {
-        return "keyword id 0, no match: the block names a keyword that was not armed";
-    }
-    return fmt::format("{}, user match: {}, counter {} to {}", LanguageText(parsed.language), parsed.isUserMatch ? "yes" : "no",
-                       parsed.keywordStart, parsed.keywordEnd);
-}
-
 std::string DetectionText(const HeardDetection& detection, uint32_t threshold, const Style& style)
 {
     const std::string mark = detection.Told() ? style.Good("detected") : style.Bad("reported");
     return fmt::format("  {}  {}  score {:.1f}, threshold {:.1f}; {}\n", Place(detection.peak), mark, Score(detection.peak.score),
-                       Score(threshold), Told(detection));
+                       Score(threshold), DetectionMeaning(detection));
 }
 
 std::string NearMissText(const firmware::Peak& miss, uint32_t threshold, const Style& style)
 {
     return fmt::format("  {}  {}  score {:.1f}, threshold {:.1f}; {}\n", Place(miss), style.Dim("near miss"), Score(miss.score),
-                       Score(threshold), Reason(miss, threshold));
+                       Score(threshold), NearMissReason(miss, threshold));
 }
 
 /// A line of a file's text, in the order of the audio.
@@ -164,19 +134,6 @@ struct Statistics
     std::optional<uint16_t> highestSilent;
 };
 
-std::string StatisticsText(const Statistics& all, std::size_t files)
-{
-    std::string text = fmt::format("\nHeard {:.4f} h in {}: {}", all.seconds / SecondsPerHour, Count(files, "file", "files"),
-                                   Count(all.reported, "detection", "detections"));
-    if (all.seconds > 0.0)
-    {
-        text += fmt::format(" ({:.1f} per hour)", static_cast<double>(all.reported) * SecondsPerHour / all.seconds);
-    }
-    text += ", " + Count(all.nearMisses, "near miss", "near misses") + ". ";
-    return text + (all.highestSilent ? fmt::format("Highest score that did not fire: {:.1f}.\n", Score(*all.highestSilent))
-                                     : "Nothing else came near the phrase.\n");
-}
-
 std::string Head(const ListeningSubject& subject, const Heard& heard)
 {
     std::string text = FieldLine("Pattern", fmt::format("{}, {} bytes", subject.patternName, subject.patternSize)) +
@@ -234,7 +191,7 @@ Json FileJson(const HeardFile& file)
     for (const firmware::Peak& miss : heard.nearMisses)
     {
         Json peak = PeakJson(miss, heard.threshold);
-        peak["reason"] = Reason(miss, heard.threshold);
+        peak["reason"] = NearMissReason(miss, heard.threshold);
         json["nearMisses"].push_back(std::move(peak));
     }
     return json;
@@ -277,10 +234,52 @@ Outcome ListeningOutcome(const ListeningSubject& subject, const std::vector<Hear
         outcome.text += FileText(file, style);
         outcome.results.push_back(FileJson(file));
     }
-    outcome.text += StatisticsText(all, files.size());
+    outcome.text += "\n" + ListeningStatistics(files) + "\n";
     outcome.exitCode = CodeOf(all);
     outcome.verdict = Verdict(all);
     return outcome;
+}
+
+std::string DetectionMeaning(const HeardDetection& detection)
+{
+    const ParsedBlock& parsed = detection.parsed;
+    if (parsed.result != 0)
+    {
+        return fmt::format("the library refuses the block: {} {}", ResultText(parsed.result), parsed.explanation);
+    }
+    if (parsed.keywordId == 0)
+    {
+        return "keyword id 0, no match: the block names a keyword that was not armed";
+    }
+    return fmt::format("{}, user match: {}, counter {} to {}", LanguageText(parsed.language), parsed.isUserMatch ? "yes" : "no",
+                       parsed.keywordStart, parsed.keywordEnd);
+}
+
+std::string NearMissReason(const firmware::Peak& miss, uint32_t threshold)
+{
+    if (miss.detection.phraseScore < static_cast<float>(Score(threshold)))
+    {
+        return "the words are not clear enough";
+    }
+    if (miss.detection.nearMargin < 0.0F)
+    {
+        return fmt::format("it sounds like a part of the phrase (the words alone score {:.1f})", miss.detection.phraseScore);
+    }
+    return fmt::format("the words fit (they alone score {:.1f}), the voice does not", miss.detection.phraseScore);
+}
+
+std::string ListeningStatistics(const std::vector<HeardFile>& files)
+{
+    const Statistics all(files);
+    std::string text = fmt::format("Heard {:.4f} h in {}: {}", all.seconds / SecondsPerHour, Count(files.size(), "file", "files"),
+                                   Count(all.reported, "detection", "detections"));
+    if (all.seconds > 0.0)
+    {
+        text += fmt::format(" ({:.1f} per hour)", static_cast<double>(all.reported) * SecondsPerHour / all.seconds);
+    }
+    text += ", " + Count(all.nearMisses, "near miss", "near misses") + ". ";
+    return text + (all.highestSilent ? fmt::format("Highest score that did not fire: {:.1f}.", Score(*all.highestSilent))
+                                     : "Nothing else came near the phrase.");
 }
 
 std::string ClockText(double seconds)

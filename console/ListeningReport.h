@@ -2,6 +2,7 @@
 
 #include "Listening.h"
 #include "Outcome.h"
+#include "ReportPage.h"
 #include "Style.h"
 
 #include <string>
@@ -16,7 +17,8 @@ struct HeardFile
     std::string name;
     std::string conversion; ///< what was done to its audio; empty when nothing was
     Heard heard;
-    std::vector<std::string> savedBlocks; ///< a file for each detection; empty when none were saved
+    std::vector<std::string> savedBlocks{}; ///< a file for each detection; empty when none were saved
+    std::vector<SampleRange> wave{};        ///< for a report page
 };
 
 /// What listen was asked for, besides the audio.
@@ -30,6 +32,15 @@ struct ListeningSubject
 
 /// What came of a run of listen, for people and for machines.
 Outcome ListeningOutcome(const ListeningSubject& subject, const std::vector<HeardFile>& files, const Style& style);
+
+/// What the host learned of a detection.
+std::string DetectionMeaning(const HeardDetection& detection);
+
+/// Why a peak that was close did not fire.
+std::string NearMissReason(const firmware::Peak& miss, uint32_t threshold);
+
+/// All files together, in two sentences.
+std::string ListeningStatistics(const std::vector<HeardFile>& files);
 
 /// Place in a recording: "0:07.25", "1:02:03.40".
 std::string ClockText(double seconds);

@@ -1,8 +1,9 @@
 #include "ListenCommand.h"
 
+#include "AudioFile.h"
 #include "Detector.h"
 #include "LanguageName.h"
-#include "ListeningReport.h"
+#include "ListeningPage.h"
 #include "LogExplanation.h"
 #include "PatternOrigin.h"
 #include "UserModelStream.h"
@@ -33,6 +34,7 @@ struct ListenOptions
     std::string language;
     std::string userModel;
     std::string saveResults;
+    std::string report;
     int blockMilliseconds = 10;
     firmware::PerformanceCounter counter;
     firmware::Fault fault = firmware::Fault::None;
@@ -140,13 +142,21 @@ Outcome Listen(const ListenOptions& options, Context& context)
         files.push_back({recording,
                          audio.conversion,
                          HearRecording(setup, audio.samples, parse, [&](double share) { context.progress.Update(share); }),
-                         {}});
+                         {},
+                         WaveOf(audio.samples)});
     }
     if (!options.saveResults.empty())
     {
         SaveBlocks(PathFromUtf8(options.saveResults), &files);
     }
-    return ListeningOutcome(Subject(options, setup, origin), files, context.style);
+    const ListeningSubject subject = Subject(options, setup, origin);
+    Outcome outcome = ListeningOutcome(subject, files, context.style);
+    if (!options.report.empty())
+    {
+        WriteWhole(PathFromUtf8(options.report), RenderReport(ListeningPage(subject, files, outcome)));
+        outcome.text += "Report: " + options.report + "\n";
+    }
+    return outcome;
 }
 
 } // namespace
@@ -167,6 +177,7 @@ void AddListenCommand(CLI::App& app, Commands& commands)
         ->type_name("LANG");
     command->add_option("--model", options->userModel, "The user's model that the pattern was built with")->type_name("FILE");
     command->add_option("--save-results", options->saveResults, "Folder for the result blocks, a file each")->type_name("DIR");
+    command->add_option("--report", options->report, "Page that shows all of it, for a browser")->type_name("FILE");
     command->add_option("--block", options->blockMilliseconds, "Audio that the simulator gets at once; default 10")
         ->check(CLI::Range(1, MostBlockMilliseconds))
         ->type_name("MILLISECONDS");

@@ -42,7 +42,7 @@ HeardFile File(const std::string& name, double seconds)
     return file;
 }
 
-Outcome Report(const std::vector<HeardFile>& files)
+Outcome OutcomeOf(const std::vector<HeardFile>& files)
 {
     return ListeningOutcome({"arm.bin", 1234, 1033, {}}, files, Style(false));
 }
@@ -54,7 +54,7 @@ TEST(ListeningReport, TellsOfEveryDetectionInItsPlace)
     file.heard.detections = {DetectionAt(1.25, 104.5), DetectionAt(75.0, 130.0)};
     file.heard.nearMisses = {PeakAt(20.0, 91.25, false)};
     file.heard.highestSilent = 91 * 256 + 64;
-    const Outcome outcome = Report({file});
+    const Outcome outcome = OutcomeOf({file});
     EXPECT_EQ(outcome.exitCode, ExitCode::Success);
     EXPECT_EQ(outcome.verdict, "2 detections in 0.50 h.");
     EXPECT_EQ(outcome.text,
@@ -81,7 +81,7 @@ TEST(ListeningReport, TellsMachinesTheSame)
     file.heard.nearMisses = {PeakAt(20.0, 91.25, false)};
     file.heard.highestSilent = 91 * 256 + 64;
     file.savedBlocks = {"blocks/evening-001.result"};
-    const Outcome outcome = Report({file, File("silence.wav", 1.0)});
+    const Outcome outcome = OutcomeOf({file, File("silence.wav", 1.0)});
     EXPECT_EQ(outcome.results, nlohmann::ordered_json::parse(R"([
         {"file": "evening.wav", "seconds": 10.0, "conversion": "", "threshold": 100.0, "userModel": true,
          "detections": [{"start": 1.25, "end": 1.75, "score": 104.5, "threshold": 100.0, "phraseScore": 104.5,
@@ -99,7 +99,7 @@ TEST(ListeningReport, TellsMachinesTheSame)
 
 TEST(ListeningReport, NothingDetectedIsANo)
 {
-    const Outcome outcome = Report({File("silence.wav", 12.0)});
+    const Outcome outcome = OutcomeOf({File("silence.wav", 12.0)});
     EXPECT_EQ(outcome.exitCode, ExitCode::Refused);
     EXPECT_EQ(outcome.verdict, "Nothing was detected in 12.0 s.");
     EXPECT_THAT(outcome.text, HasSubstr("Nothing else came near the phrase."));
@@ -110,7 +110,7 @@ TEST(ListeningReport, ABlockThatTheLibraryRefusesIsItsFailure)
     HeardFile file = File("a.wav", 10.0);
     file.heard.detections = {DetectionAt(1.0, 104.5), DetectionAt(2.0, 104.5)};
     file.heard.detections[1].parsed = {static_cast<int32_t>(0x80070057), 0, 0, false, 0, 0, "It is too short."};
-    const Outcome outcome = Report({file});
+    const Outcome outcome = OutcomeOf({file});
     EXPECT_EQ(outcome.exitCode, ExitCode::LibraryFailure);
     EXPECT_EQ(outcome.verdict, "The library refused 1 of 2 result blocks in 10.0 s.");
     EXPECT_THAT(outcome.text, HasSubstr("reported  score 104.5, threshold 100.0; the library refuses the block: 0x80070057 "
@@ -123,7 +123,7 @@ TEST(ListeningReport, AnotherKeywordIsNoMatch)
     HeardFile file = File("a.wav", 10.0);
     file.heard.detections = {DetectionAt(1.0, 104.5)};
     file.heard.detections[0].parsed.keywordId = 0;
-    const Outcome outcome = Report({file});
+    const Outcome outcome = OutcomeOf({file});
     EXPECT_EQ(outcome.exitCode, ExitCode::Refused);
     EXPECT_EQ(outcome.verdict, "1 of 1 result block named a keyword that was not armed.");
     EXPECT_THAT(outcome.text, HasSubstr("keyword id 0, no match"));
@@ -133,7 +133,7 @@ TEST(ListeningReport, AResetIsToldWithWhatWasNotHeard)
 {
     HeardFile file = File("a.wav", 10.0);
     file.heard.deafFrom = 1.5;
-    const Outcome outcome = Report({file});
+    const Outcome outcome = OutcomeOf({file});
     EXPECT_EQ(outcome.exitCode, ExitCode::Refused);
     EXPECT_EQ(outcome.verdict, "The DSP reset itself in 1 file and was deaf from then on.");
     EXPECT_THAT(outcome.text, HasSubstr("  0:01.50  the DSP reset itself. Nothing after it was heard (8.5 s)"));
@@ -149,7 +149,7 @@ TEST(ListeningReport, ANearMissHasItsReason)
     firmware::Peak stranger = PeakAt(3.0, 80.0, false);
     stranger.detection.phraseScore = 120.0F;
     file.heard.nearMisses = {part, stranger};
-    const std::string text = Report({file}).text;
+    const std::string text = OutcomeOf({file}).text;
     EXPECT_THAT(text, HasSubstr("it sounds like a part of the phrase (the words alone score 120.0)"));
     EXPECT_THAT(text, HasSubstr("the words fit (they alone score 120.0), the voice does not"));
 }
