@@ -5,6 +5,7 @@
 #include "DoctorCommand.h"
 #include "EnrollCommand.h"
 #include "InspectCommand.h"
+#include "ListenCommand.h"
 #include "VerifyCommand.h"
 
 namespace velox::console
@@ -17,6 +18,7 @@ void AddCommands(CLI::App& app, Commands& commands)
     AddVerifyCommand(app, commands);
     AddEnrollCommand(app, commands);
     AddArmCommand(app, commands);
+    AddListenCommand(app, commands);
     AddInspectCommand(app, commands);
 }
 
