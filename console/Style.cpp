@@ -1,7 +1,5 @@
 #include "Style.h"
 
-#include <cstdlib>
-
 namespace velox::console
 {
 
@@ -34,10 +32,8 @@ std::string Style::Wrap(const char* code, std::string_view text) const
     return coloured ? "\x1b[" + std::string(code) + "m" + std::string(text) + "\x1b[0m" : std::string(text);
 }
 
-bool WantsColour(bool isTerminal)
+bool WantsColour(bool isTerminal, const char* noColour)
 {
-    // The environment is not changed while the program runs.
-    const char* noColour = std::getenv("NO_COLOR"); // NOLINT(concurrency-mt-unsafe)
     return isTerminal && (noColour == nullptr || *noColour == '\0');
 }
 

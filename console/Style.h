@@ -24,6 +24,7 @@ private:
 };
 
 /// Whether to colour: only on a terminal, and not when the environment variable NO_COLOR is set and not empty.
-bool WantsColour(bool isTerminal);
+/// @param noColour  its value; null when it is not set
+bool WantsColour(bool isTerminal, const char* noColour);
 
 } // namespace velox::console

@@ -115,13 +115,13 @@ Answer Detector::Verify(uint16_t language, std::span<const float> samples)
     return {result, logger.TakeLines()};
 }
 
-Answer Detector::Train(IStream* userModel, uint16_t language, std::span<const Audio> takes)
+Answer Detector::Train(IStream* userModel, uint16_t language, std::span<const std::span<const float>> takes)
 {
     std::vector<ComPointer<IMFMediaBuffer>> owned;
     std::vector<IMFMediaBuffer*> recordings;
-    for (const Audio& take : takes)
+    for (const std::span<const float> take : takes)
     {
-        owned.push_back(MakeRecording(take.samples));
+        owned.push_back(MakeRecording(take));
         recordings.push_back(owned.back().get());
     }
     const std::vector<int32_t> keywordEnds(takes.size(), 0); // not known

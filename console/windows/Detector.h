@@ -1,12 +1,12 @@
 #pragma once
 
-#include "AudioFile.h"
 #include "ConsoleLogger.h"
 #include "DetectorOptions.h"
 
 #include <VeloxHwKwsImpl.h>
 
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace velox::console
@@ -58,7 +58,7 @@ public:
 
     CapabilitiesAnswer GetCapabilities();
     Answer Verify(uint16_t language, std::span<const float> samples);
-    Answer Train(IStream* userModel, uint16_t language, std::span<const Audio> takes);
+    Answer Train(IStream* userModel, uint16_t language, std::span<const std::span<const float>> takes);
     ArmingAnswer Arm(IStream* userModel, uint16_t language);
     /// @throws CommandFailure BadInput for a block that is shorter than it says
     DetectionAnswer Parse(IStream* userModel, std::span<const uint8_t> block);

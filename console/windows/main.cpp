@@ -13,8 +13,8 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cstdlib>
 #include <iostream>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -80,7 +80,7 @@ public:
         DeclareExamples(&app);
     }
 
-    Outcome Run(std::vector<std::string> arguments, bool isTerminal, bool errorsAreTerminal);
+    Outcome Run(std::vector<std::string> arguments, bool coloured, bool errorsAreTerminal);
 
     GlobalOptions options;
     std::string commandName;
@@ -92,7 +92,7 @@ private:
     Commands commands;
 };
 
-Outcome CommandLine::Run(std::vector<std::string> arguments, bool isTerminal, bool errorsAreTerminal)
+Outcome CommandLine::Run(std::vector<std::string> arguments, bool coloured, bool errorsAreTerminal)
 {
     // For a command line that is wrong, too.
     options.json = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
@@ -113,7 +113,7 @@ Outcome CommandLine::Run(std::vector<std::string> arguments, bool isTerminal, bo
     {
         return OutcomeOf({ExitCode::Usage, error.what(), "velox-kws --help lists the commands."});
     }
-    return RunParsed(errorsAreTerminal, Style(!options.json && WantsColour(isTerminal)));
+    return RunParsed(errorsAreTerminal, Style(coloured && !options.json));
 }
 
 Outcome CommandLine::RunParsed(bool errorsAreTerminal, const Style& style)
@@ -140,15 +140,16 @@ int main()
 {
     const ConsoleSetup console;
     SetConsoleCtrlHandler(OnControl, TRUE);
+    const bool coloured = WantsColour(console.OutputIsTerminal(), std::getenv("NO_COLOR")); // NOLINT(concurrency-mt-unsafe)
     CommandLine commandLine;
-    const Outcome outcome = commandLine.Run(Utf8Arguments(), console.OutputIsTerminal(), console.ErrorsAreTerminal());
+    const Outcome outcome = commandLine.Run(Utf8Arguments(), coloured, console.ErrorsAreTerminal());
     if (commandLine.options.json)
     {
         std::cout << JsonDocument(commandLine.commandName, outcome) << std::flush;
     }
     else
     {
-        PrintOutcome(outcome, Style(WantsColour(console.OutputIsTerminal())), std::cout, std::cerr);
+        PrintOutcome(outcome, Style(coloured), std::cout, std::cerr);
     }
     return static_cast<int>(outcome.exitCode);
 }
