@@ -1,5 +1,6 @@
 #include "DspSimulator.h"
 
+#include "../../docs/samples/Simulator.h"
 #include "HandMadePattern.h"
 #include "TinyLanguage.h"
 
@@ -307,6 +308,15 @@ TEST_F(DspSimulator, WhatIsNoNumberIsSilenceAndWhatIsTooLoudIsClipped)
     ASSERT_EQ(fresh.SetPattern(Pattern()), std::nullopt);
     ASSERT_TRUE(fresh.Arm());
     EXPECT_EQ(Detections(&fresh, wild, 480), expected);
+}
+
+TEST_F(DspSimulator, TheDocumentationsSampleDrivesIt)
+{
+    std::vector<std::size_t> sizes;
+    HearWithPattern(HandMadePattern::Detector, Pattern(), Phrases(2),
+                    [&](std::span<const uint8_t> block) { sizes.push_back(block.size()); });
+    EXPECT_THAT(sizes, ElementsAre(60U, 60U));
+    EXPECT_THROW(HearWithPattern(HandMadePattern::Detector, {}, Phrases(1), [](std::span<const uint8_t>) {}), std::runtime_error);
 }
 
 TEST_F(DspSimulator, AFaultyBlockDisarmsAsAGoodOneDoes)
