@@ -148,9 +148,13 @@ std::string FindingsVerdict(const Findings& findings, const std::vector<uint16_t
     std::string verdict = errors == 0     ? "No error, but " + Counted(warnings, "warning") + "."
                           : warnings == 0 ? Counted(errors, "error") + "."
                                           : Counted(errors, "error") + " and " + Counted(warnings, "warning") + ".";
+    if (std::all_of(std::begin(Operations), std::end(Operations), [&](Operation own) { return Fails(findings, own, {}); }))
+    {
+        return verdict + " Nothing works: every operation fails.";
+    }
     if (Fails(findings, Operation::Capabilities, {}))
     {
-        verdict += " Fails for all: capabilities.";
+        verdict += " Capabilities fail.";
     }
     for (const uint16_t language : languages)
     {

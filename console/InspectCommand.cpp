@@ -90,9 +90,9 @@ ExitCode CodeOf(const InspectedFile& file)
     return !Recognised(file) ? ExitCode::BadInput : file.inspection.errors.empty() ? ExitCode::Success : ExitCode::Refused;
 }
 
-void Show(const InspectedFile& file, bool everyField, const Style& style, Outcome* outcome)
+void Show(const InspectedFile& file, FieldsShown shown, const Style& style, Outcome* outcome)
 {
-    outcome->text += InspectionText(file.name, file.inspection, everyField, style);
+    outcome->text += InspectionText(file.name, file.inspection, shown, style);
     outcome->results.push_back(InspectionJson(file.name, file.inspection));
 }
 
@@ -102,16 +102,19 @@ Outcome InspectFiles(const std::vector<std::filesystem::path>& files, bool every
 {
     const InspectedFile first = ReadInspected(files.front());
     Outcome outcome;
-    Show(first, everyField, style, &outcome);
     if (files.size() == 1)
     {
+        Show(first, everyField ? FieldsShown::Every : FieldsShown::Grouped, style, &outcome);
         outcome.exitCode = CodeOf(first);
         outcome.verdict = Verdict(first);
         return outcome;
     }
 
     const InspectedFile second = ReadInspected(files[1]);
-    Show(second, everyField, style, &outcome);
+    // What two files have in common is in the way of what tells them apart.
+    const FieldsShown shown = everyField ? FieldsShown::Every : FieldsShown::None;
+    Show(first, shown, style, &outcome);
+    Show(second, shown, style, &outcome);
     const InspectionDifference difference = Compare(first.inspection, first.bytes, second.inspection, second.bytes);
     outcome.text += DifferenceText(difference, style);
     outcome.results.push_back(DifferenceJson(difference));

@@ -12,7 +12,7 @@ namespace velox::console
 void AddInspectCommand(CLI::App& app, Commands& commands);
 
 /// @param files       one or two
-/// @param everyField  the text shows fields that are one of many, too
+/// @param everyField  the text shows fields that are one of many, too, and of two files not only what differs
 /// @throws CommandFailure BadInput for a file that cannot be read
 Outcome InspectFiles(const std::vector<std::filesystem::path>& files, bool everyField, const Style& style);
 

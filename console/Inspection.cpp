@@ -41,18 +41,15 @@ std::string_view AsText(std::span<const uint8_t> bytes)
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-/// Text as an editor writes it, with or without a byte order mark, in UTF-16, too.
+/// Text as an editor writes it: ASCII, or what a byte order mark begins.
 bool IsText(std::string_view text)
 {
-    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
+    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF") || text.starts_with("\xEF\xBB\xBF"))
     {
         return true;
     }
-    constexpr unsigned char FirstPrintable = 0x20;
-    return std::all_of(text.begin(), text.end(), [](char character) {
-        const auto code = static_cast<unsigned char>(character);
-        return code >= FirstPrintable || (code >= '\t' && code <= '\r');
-    });
+    return std::all_of(text.begin(), text.end(),
+                       [](char own) { return (own >= ' ' && own <= '~') || (own >= '\t' && own <= '\r'); });
 }
 
 /// A file for another command, by what it begins with.
@@ -81,6 +78,13 @@ const OtherFile* FindOtherFile(std::string_view text)
         return text.starts_with(other.beginning) && (!other.text || IsText(text));
     });
     return found == OtherFiles.end() ? nullptr : found;
+}
+
+/// A number with a remark behind it, in whatever encoding.
+bool BeginsAsAText(std::string_view text)
+{
+    return IsText(text.substr(0, text.find_first_of("\r\n #;"))) && text.find('\0') == std::string_view::npos &&
+           ReadThresholdText(text).isNumber;
 }
 
 void InspectThreshold(FieldReader* reader)
@@ -185,7 +189,8 @@ FileKind RecogniseFile(std::span<const uint8_t> bytes)
     {
         return FileKind::Unknown;
     }
-    if (bytes.size() <= LongestThresholdFile && IsText(AsText(bytes)))
+    const std::string_view text = AsText(bytes);
+    if (bytes.size() <= LongestThresholdFile && (IsText(text) || BeginsAsAText(text)))
     {
         return FileKind::Threshold;
     }

@@ -36,13 +36,13 @@ Fields TakeGroup(Fields fields)
     return fields.first(static_cast<std::size_t>(other - fields.begin()));
 }
 
-std::vector<Row> Rows(const Inspection& inspection, bool everyField)
+std::vector<Row> Rows(const Inspection& inspection, FieldsShown shown)
 {
     std::vector<Row> rows;
     for (Fields fields(inspection.fields); !fields.empty();)
     {
         const InspectedField& field = fields.front();
-        const Fields group = everyField || field.group.empty() ? Fields() : TakeGroup(fields);
+        const Fields group = shown == FieldsShown::Every || field.group.empty() ? Fields() : TakeGroup(fields);
         if (group.size() > 1)
         {
             const std::size_t end = group.back().offset + group.back().size;
@@ -112,12 +112,12 @@ std::string OffsetText(std::size_t offset)
     return fmt::format("0x{:04X}", offset);
 }
 
-std::string InspectionText(const std::string& file, const Inspection& inspection, bool everyField, const Style& style)
+std::string InspectionText(const std::string& file, const Inspection& inspection, FieldsShown shown, const Style& style)
 {
     std::string text = fmt::format("{}: {}, {} bytes\n", file, FileKindName(inspection.kind), inspection.size);
-    if (!inspection.fields.empty())
+    if (!inspection.fields.empty() && shown != FieldsShown::None)
     {
-        text += Table(Rows(inspection, everyField), style);
+        text += Table(Rows(inspection, shown), style);
     }
     if (inspection.rest && !inspection.fields.empty())
     {

@@ -11,9 +11,16 @@ namespace velox::console
 /// "0x002C"
 std::string OffsetText(std::size_t offset);
 
+/// How much of the fields a text shows.
+enum class FieldsShown
+{
+    None,
+    Grouped, ///< fields that are one of many, and right, are one line together
+    Every
+};
+
 /// A table of the fields, then errors and notes; lines, each with its end.
-/// @param everyField  else fields that are one of many, and right, are one line together
-std::string InspectionText(const std::string& file, const Inspection& inspection, bool everyField, const Style& style);
+std::string InspectionText(const std::string& file, const Inspection& inspection, FieldsShown shown, const Style& style);
 std::string DifferenceText(const InspectionDifference& difference, const Style& style);
 
 // The same as objects of the --json document.

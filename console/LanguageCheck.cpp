@@ -22,6 +22,7 @@ struct FileRole
 {
     const char* element;
     std::string_view what;
+    std::string_view without; ///< what its absence leads to, besides the failures
     std::initializer_list<Operation> neededFor;
     bool threshold;
 };
@@ -31,12 +32,12 @@ constexpr std::initializer_list<Operation> ArmingOnly{Arming};
 constexpr std::initializer_list<Operation> AllButCapabilities{Verification, Training, Arming, Parsing};
 
 constexpr FileRole Roles[]{
-    {"keyphraseModel", "key-phrase model", EngineOperations, false},
-    {"acousticModel", "acoustic model", EngineOperations, false},
-    {"znormPopulation", "ZNorm population", EngineOperations, false},
-    {"fwBlob", "firmware model", ArmingOnly, false},
-    {"preDefinedKpdSensitivity", "threshold of the predefined model", AllButCapabilities, true},
-    {"userDefinedKpdSensitivity", "threshold of a user's model", AllButCapabilities, true},
+    {"keyphraseModel", "key-phrase model", "", EngineOperations, false},
+    {"acousticModel", "acoustic model", "", EngineOperations, false},
+    {"znormPopulation", "ZNorm population", "", EngineOperations, false},
+    {"fwBlob", "firmware model", "Who has no model of their own cannot use the detector.", ArmingOnly, false},
+    {"preDefinedKpdSensitivity", "threshold of the predefined model", "", AllButCapabilities, true},
+    {"userDefinedKpdSensitivity", "threshold of a user's model", "", AllButCapabilities, true},
 };
 
 bool SameLetters(std::string_view left, std::string_view right)
@@ -120,7 +121,7 @@ std::string Checker::FileName(const FileRole& role, const tinyxml2::XMLElement& 
     const char* name = element.GetText();
     if (name == nullptr)
     {
-        Add(At(line, Severity::Error, fmt::format("<{}> holds no file name.", role.element)), {},
+        Add(At(line, Severity::Error, fmt::format("<{}> holds no file name.", role.element)), std::string(role.without),
             fmt::format("Write the {}'s file name between the tags.", role.what), role.neededFor);
         return {};
     }
@@ -143,8 +144,9 @@ bool Checker::CheckFile(const FileRole& role)
     const tinyxml2::XMLElement* element = language.FirstChildElement(role.element);
     if (element == nullptr)
     {
-        Add(At(language.GetLineNum(), Severity::Error, fmt::format("<{}> is missing, the {}.", role.element, role.what)), {},
-            fmt::format("Add <{0}>file name</{0}>; the name's case counts.", role.element), role.neededFor);
+        Add(At(language.GetLineNum(), Severity::Error, fmt::format("<{}> is missing, the {}.", role.element, role.what)),
+            std::string(role.without), fmt::format("Add <{0}>file name</{0}>; the name's case counts.", role.element),
+            role.neededFor);
         return false;
     }
     if (const tinyxml2::XMLElement* again = element->NextSiblingElement(role.element))
@@ -166,7 +168,8 @@ bool Checker::CheckFile(const FileRole& role)
                             std::isspace(static_cast<unsigned char>(name.back())) != 0;
         const Absence absence = WhyNotReadable(file.path);
         // Kept by the library: it goes on without a key-phrase or acoustic model, and the engine gets none.
-        Add(At(element->GetLineNum(), Severity::Error, fmt::format("the {} \"{}\" {}.", role.what, file.path, absence.why)), {},
+        Add(At(element->GetLineNum(), Severity::Error, fmt::format("the {} \"{}\" {}.", role.what, file.path, absence.why)),
+            std::string(role.without),
             blanks ? fmt::format("Write <{0}>{1}</{0}> on one line: blanks and line ends belong to the name.", role.element,
                                  "file name")
                    : absence.fix,
@@ -187,7 +190,7 @@ void Checker::CheckModel(const FileRole& role, int line, const NamedFile& file) 
 {
     if (file.size == 0)
     {
-        Add(At(line, Severity::Error, fmt::format("the {} \"{}\" is empty.", role.what, file.path)), {},
+        Add(At(line, Severity::Error, fmt::format("the {} \"{}\" is empty.", role.what, file.path)), std::string(role.without),
             "Put the model there again; the copy may have failed.", role.neededFor);
         return;
     }
@@ -259,7 +262,7 @@ std::size_t CheckLanguage(const tinyxml2::XMLElement& language, uint16_t id, con
     std::size_t files = 0;
     for (const FileRole& role : Roles)
     {
-        files += checker.CheckFile(role) ? 1 : 0;
+        files += checker.CheckFile(role) ? std::size_t{1} : std::size_t{0};
     }
     checker.CheckModelsFit();
     checker.CheckUnknownNames();

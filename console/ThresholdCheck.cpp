@@ -56,8 +56,7 @@ void CheckThreshold(const NamedFile& file, std::string_view what, Findings* find
     else if (!text.rest.empty())
     {
         const bool comma = text.rest.front() == ',';
-        add(comma ? Severity::Error : Severity::Warning, text.restOffset, fmt::format("{} {}", is, text.whatIsWrong), {},
-            text.fix);
+        add(comma ? Severity::Error : Severity::Warning, text.restOffset, is, text.whatIsWrong, text.fix);
     }
     else
     {

@@ -1,6 +1,7 @@
 #include "DoctorCommand.h"
 
 #include "ConfigurationCheck.h"
+#include "DetectorOptions.h"
 #include "EngineProbe.h"
 #include "FindingText.h"
 #include "LocaleName.h"
@@ -66,11 +67,13 @@ void AddDoctorCommand(CLI::App& app, Commands& commands)
 {
     CLI::App* command =
         app.add_subcommand("doctor", "Checks a configuration file, the files that it names, the engine and the registry");
-    const auto configuration = std::make_shared<std::string>();
-    command->add_option("CONFIG", *configuration, "the library's XML configuration file")->required();
+    const auto options = std::make_shared<DetectorOptions>();
+    AddDetectorOptions(command, options.get());
+    command->remove_option(command->get_option("--detector-id")); // no block is looked at
+    command->add_option("CONFIG", options->configuration, "The same as --config FILE");
     command->footer("  velox-kws doctor C:\\ProgramData\\Velox\\configuration.xml\n");
-    commands[command] = [configuration](Context& context) {
-        return Examine(PathFromUtf8(*configuration), context.log.verbose, context.style);
+    commands[command] = [options](Context& context) {
+        return Examine(PathFromUtf8(options->configuration), context.log.verbose, context.style);
     };
 }
 

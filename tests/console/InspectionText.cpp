@@ -16,9 +16,9 @@ namespace
 
 const Style Plain(false);
 
-std::string TextOf(const Bytes& bytes, bool everyField = false)
+std::string TextOf(const Bytes& bytes, FieldsShown shown = FieldsShown::Grouped)
 {
-    return InspectionText("file.bin", Inspect(bytes), everyField, Plain);
+    return InspectionText("file.bin", Inspect(bytes), shown, Plain);
 }
 
 } // namespace
@@ -45,8 +45,17 @@ TEST(InspectionText, FieldsThatAreOneOfManyAreOneLineUnlessAllAreWanted)
     const Bytes model = InspectionSamples::Population();
     EXPECT_THAT(TextOf(model), HasSubstr("peak[*]"));
     EXPECT_THAT(TextOf(model), Not(HasSubstr("peak[7].score")));
-    EXPECT_THAT(TextOf(model, true), HasSubstr("peak[7].score"));
-    EXPECT_THAT(TextOf(model, true), Not(HasSubstr("peak[*]")));
+    EXPECT_THAT(TextOf(model, FieldsShown::Every), HasSubstr("peak[7].score"));
+    EXPECT_THAT(TextOf(model, FieldsShown::Every), Not(HasSubstr("peak[*]")));
+}
+
+TEST(InspectionText, ErrorsAreShownWithoutTheFieldsToo)
+{
+    Bytes block = InspectionSamples::ArmingPattern({});
+    block[20] = 0;
+    const std::string text = TextOf(block, FieldsShown::None);
+    EXPECT_THAT(text, Not(HasSubstr("meaning")));
+    EXPECT_THAT(text, HasSubstr("error at 0x0014, Signature"));
 }
 
 TEST(InspectionText, WrongFieldOfManyIsShownAndMarked)
@@ -71,7 +80,7 @@ TEST(InspectionText, ColoursAreUsedOnlyWhenWanted)
     Bytes block = InspectionSamples::ArmingPattern({});
     block[20] = 0;
     EXPECT_THAT(TextOf(block), Not(HasSubstr("\x1B[")));
-    EXPECT_THAT(InspectionText("file.bin", Inspect(block), false, Style(true)), HasSubstr("\x1B["));
+    EXPECT_THAT(InspectionText("file.bin", Inspect(block), FieldsShown::Grouped, Style(true)), HasSubstr("\x1B["));
 }
 
 TEST(InspectionText, JsonTellsTheSame)
