@@ -19,6 +19,8 @@ namespace
 /// The drawings are this wide and this high, and stretched to the page.
 constexpr double Width = 1000.0;
 constexpr double Height = 100.0;
+/// A rectangle without any width is not drawn; the stroke around it has its width on every page.
+constexpr double LeastMarkWidth = 0.05;
 constexpr std::size_t MostMarksDrawn = 2000;
 /// A quiet recording is enlarged until its highest sample reaches this.
 constexpr float LeastPeakShown = 0.25F;
@@ -187,7 +189,7 @@ std::string Figure::MarkRectangle(const ReportMark& mark) const
 {
     const double begin = Across(mark.begin);
     return fmt::format("<rect class=\"{}\" x=\"{:.2f}\" y=\"0\" width=\"{:.2f}\" height=\"{:.0f}\"><title>{}</title></rect>\n",
-                       MarkClass(mark.kind), begin, std::max(0.0, Across(mark.end) - begin), Height,
+                       MarkClass(mark.kind), begin, std::max(LeastMarkWidth, Across(mark.end) - begin), Height,
                        Escaped(PlaceText(mark.begin, mark.end) + (mark.text.empty() ? "" : ": " + mark.text)));
 }
 
@@ -374,7 +376,10 @@ std::string Figure::TimeAxis() const
     {
         const std::string text =
             recording.seconds < 60.0 ? fmt::format("{:.{}f} s", second, step < 1.0 ? 1 : 0) : Clock(second, 0);
-        ticks += fmt::format("<span style=\"left:{:.2f}%\">{}</span>", 100.0 * Across(second) / Width, text);
+        const double left = 100.0 * Across(second) / Width;
+        // Labels at the ends stay inside.
+        const std::string_view end = left < 3.0 ? " class=\"first\"" : left > 95.0 ? " class=\"last\"" : "";
+        ticks += fmt::format("<span{} style=\"left:{:.2f}%\">{}</span>", end, left, text);
     }
     return Element("div", "class=\"time\" aria-hidden=\"true\"", ticks);
 }

@@ -83,8 +83,9 @@ std::string Table(const ReportTable& table)
 }
 
 /// The marks in words, for those who do not see the pictures.
-std::string Places(const std::vector<ReportMark>& marks)
+std::string Places(std::vector<ReportMark> marks)
 {
+    std::ranges::stable_sort(marks, {}, &ReportMark::begin);
     std::vector<std::string> places;
     for (const ReportMark& mark : std::span(marks).first(std::min(marks.size(), MostPlacesListed)))
     {

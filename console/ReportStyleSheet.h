@@ -21,6 +21,7 @@ h1 { font-size: 1.5rem; line-height: 1.25; margin: 0 0 0.75rem; }
 h2 { font-size: 1.15rem; line-height: 1.3; margin: 0 0 0.25rem; }
 p, ul { margin: 0.25rem 0; }
 ul { padding-left: 1.25rem; }
+.fixes { list-style-type: "→ "; }
 section { margin-top: 2rem; padding-top: 1.25rem; border-top: 1px solid var(--line); }
 .verdict { font-weight: 600; }
 .verdict .sign { display: inline-block; width: 1.5em; height: 1.5em; margin-right: 0.35em; border: 2px solid currentColor;
@@ -42,8 +43,8 @@ th { color: var(--muted); font-weight: 600; }
 .axis span { position: absolute; right: 0; transform: translateY(-50%); line-height: 1; background: var(--page); }
 .time { grid-column: 2; height: 1.4rem; margin-top: 0.25rem; }
 .time span { position: absolute; transform: translateX(-50%); white-space: nowrap; }
-.time span:first-child { transform: none; }
-.time span:last-child:not(:first-child) { transform: translateX(-85%); }
+.time span.first { transform: none; }
+.time span.last { transform: translateX(-100%); }
 .lane-name { font-size: 0.8125rem; line-height: 1.25rem; text-align: right; }
 svg { display: block; width: 100%; background: var(--panel); overflow: hidden; print-color-adjust: exact; }
 svg.sound { height: 6rem; }

@@ -6,6 +6,7 @@
 #include "EnrollCommand.h"
 #include "InspectCommand.h"
 #include "ListenCommand.h"
+#include "MakeLanguageCommand.h"
 #include "VerifyCommand.h"
 
 namespace velox::console
@@ -20,6 +21,7 @@ void AddCommands(CLI::App& app, Commands& commands)
     AddArmCommand(app, commands);
     AddListenCommand(app, commands);
     AddInspectCommand(app, commands);
+    AddMakeLanguageCommand(app, commands);
 }
 
 } // namespace velox::console
