@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <string_view>
 
 namespace velox::console
@@ -104,7 +105,7 @@ constexpr std::array Explanations{
     Explanation{"Failed to allocate", Library, "memory ran out", "Close other programs, or give less."},
 };
 
-bool IsFault(const LogLine& line)
+bool IsFault(const LoggedLine& line)
 {
     return line.level == Error || line.level == Failure;
 }
@@ -115,14 +116,14 @@ std::string Rest(const std::string& message, std::string_view piece)
     return rest.ends_with('.') ? rest.substr(0, rest.size() - 1) : rest;
 }
 
-std::string Codes(const LogLine& line)
+std::string Codes(const LoggedLine& line)
 {
     return line.engineStatus ? " (engine status " + EngineStatusText(*line.engineStatus) + ")" : "";
 }
 
-const LogLine* LineWith(std::span<const LogLine> lines, std::string_view piece)
+const LoggedLine* LineWith(std::span<const LoggedLine> lines, std::string_view piece)
 {
-    const auto found = std::find_if(lines.begin(), lines.end(), [&](const LogLine& line) {
+    const auto found = std::find_if(lines.begin(), lines.end(), [&](const LoggedLine& line) {
         return IsFault(line) && line.message.find(piece) != std::string::npos;
     });
     return found == lines.end() ? nullptr : &*found;
@@ -130,11 +131,11 @@ const LogLine* LineWith(std::span<const LogLine> lines, std::string_view piece)
 
 } // namespace
 
-CommandFailure ExplainFailure(const std::string& operation, int32_t result, std::span<const LogLine> lines)
+CommandFailure ExplainFailure(const std::string& operation, int32_t result, std::span<const LoggedLine> lines)
 {
     for (const Explanation& explanation : Explanations)
     {
-        if (const LogLine* line = LineWith(lines, explanation.piece))
+        if (const LoggedLine* line = LineWith(lines, explanation.piece))
         {
             const std::string meaning = fmt::format(fmt::runtime(explanation.meaning), Rest(line->message, explanation.piece));
             return {explanation.exitCode, fmt::format("{} failed: {}{}.", operation, meaning, Codes(*line)),
@@ -145,9 +146,23 @@ CommandFailure ExplainFailure(const std::string& operation, int32_t result, std:
             "Run the command again with --verbose: docs/log-lines.md explains each line of the library."};
 }
 
-bool TellOfAFault(std::span<const LogLine> lines)
+std::vector<LeftOutTake> FindLeftOutTakes(std::span<const LoggedLine> lines)
 {
-    return std::any_of(lines.begin(), lines.end(), IsFault);
+    constexpr std::string_view Begins = "[FeedRecordingsForEnrollment] Recording ";
+    std::vector<LeftOutTake> takes;
+    std::size_t number = 0; // the library counts from 1
+    for (const LoggedLine& line : lines)
+    {
+        if (line.message.starts_with(Begins))
+        {
+            number = std::strtoul(line.message.c_str() + Begins.size(), nullptr, 10);
+        }
+        else if (number > 0 && line.engineStatus && line.message.find("VWoVFinalizeEnrollmentUtterance failed") == 0)
+        {
+            takes.push_back({number - 1, *line.engineStatus});
+        }
+    }
+    return takes;
 }
 
 } // namespace velox::console

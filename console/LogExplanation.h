@@ -1,9 +1,10 @@
 #pragma once
 
-#include "LogLine.h"
+#include "LoggedLine.h"
 #include "Outcome.h"
 
 #include <span>
+#include <vector>
 
 namespace velox::console
 {
@@ -12,9 +13,14 @@ namespace velox::console
 /// with the detail (level 2) counts before the operation's own (level 1).
 /// @param operation  what was tried, "Arming language 1033"
 /// @param result     its HRESULT
-CommandFailure ExplainFailure(const std::string& operation, int32_t result, std::span<const LogLine> lines);
+CommandFailure ExplainFailure(const std::string& operation, int32_t result, std::span<const LoggedLine> lines);
 
-/// Whether the lines tell of a fault, and not only of an answer that is no. A missing SDKLoggerLevel is no fault.
-bool TellOfAFault(std::span<const LogLine> lines);
+/// A take that the engine left out of a training: the library goes on without it and fails only for the last one.
+struct LeftOutTake
+{
+    std::size_t index = 0; ///< among those handed to the training
+    uint32_t engineStatus = 0;
+};
+std::vector<LeftOutTake> FindLeftOutTakes(std::span<const LoggedLine> lines);
 
 } // namespace velox::console

@@ -87,7 +87,7 @@ std::optional<Remark> FaultOf(const TakeReview& review, bool phraseKnown, double
 }
 
 /// The number behind a piece of the last line that has it.
-std::optional<double> NumberBehind(std::span<const LogLine> lines, std::string_view piece)
+std::optional<double> NumberBehind(std::span<const LoggedLine> lines, std::string_view piece)
 {
     for (auto line = lines.rbegin(); line != lines.rend(); ++line)
     {
@@ -99,7 +99,7 @@ std::optional<double> NumberBehind(std::span<const LogLine> lines, std::string_v
     return std::nullopt;
 }
 
-LoggedFigures ReadFigures(std::span<const LogLine> lines)
+LoggedFigures ReadFigures(std::span<const LoggedLine> lines)
 {
     LoggedFigures figures;
     figures.score = NumberBehind(lines, "Best score(");
@@ -113,7 +113,7 @@ LoggedFigures ReadFigures(std::span<const LogLine> lines)
 
 std::optional<Remark> QualityRemark(const LoggedFigures& logged, const TakeEvidence& evidence)
 {
-    const bool tooLow = std::any_of(evidence.lines.begin(), evidence.lines.end(), [](const LogLine& line) {
+    const bool tooLow = std::any_of(evidence.lines.begin(), evidence.lines.end(), [](const LoggedLine& line) {
         return line.message.find("Recording quality is too low") != std::string::npos;
     });
     if (!tooLow)
@@ -129,10 +129,10 @@ std::optional<Remark> QualityRemark(const LoggedFigures& logged, const TakeEvide
 }
 
 /// The engine's own words, when it refused something on the way.
-std::optional<Remark> EngineRemark(std::span<const LogLine> lines)
+std::optional<Remark> EngineRemark(std::span<const LoggedLine> lines)
 {
     const auto found = std::find_if(lines.begin(), lines.end(),
-                                    [](const LogLine& line) { return line.engineStatus && *line.engineStatus != 0; });
+                                    [](const LoggedLine& line) { return line.engineStatus && *line.engineStatus != 0; });
     return found == lines.end()
                ? std::nullopt
                : std::optional(Remark{"EngineStatus", "the engine reports " + EngineStatusText(*found->engineStatus),

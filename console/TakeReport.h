@@ -1,7 +1,7 @@
 #pragma once
 
 #include "AudioFile.h"
-#include "LogLine.h"
+#include "LoggedLine.h"
 #include "Outcome.h"
 #include "TakeReview.h"
 
@@ -46,8 +46,8 @@ struct TakeReport
 /// What a verdict is made from.
 struct TakeEvidence
 {
-    bool accepted = false;          ///< by the library
-    std::span<const LogLine> lines; ///< that the library logged
+    bool accepted = false;             ///< by the library
+    std::span<const LoggedLine> lines; ///< that the library logged
     std::optional<double> threshold;
     std::optional<int> qualityThreshold;
     bool phraseKnown = false; ///< the review was made with the phrase's model

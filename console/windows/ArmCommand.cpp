@@ -44,7 +44,7 @@ double Threshold(const std::vector<uint8_t>& pattern)
 bool UsedUserModel(const ArmingAnswer& answer)
 {
     return std::any_of(answer.lines.begin(), answer.lines.end(),
-                       [](const LogLine& line) { return line.message == "[BuildArmingPatternData] Using user model."; });
+                       [](const LoggedLine& line) { return line.message == "[BuildArmingPatternData] Using user model."; });
 }
 
 ArmingAnswer BuildPattern(const ArmOptions& options, uint16_t language, const Context& context)

@@ -95,12 +95,12 @@ void ConsoleLogger::SetLogToFile(bool enabled)
     }
 }
 
-std::vector<LogLine> ConsoleLogger::TakeLines()
+std::vector<LoggedLine> ConsoleLogger::TakeLines()
 {
     return std::exchange(lines, {});
 }
 
-void ConsoleLogger::Add(LogLine line)
+void ConsoleLogger::Add(LoggedLine line)
 {
     if (verbose)
     {

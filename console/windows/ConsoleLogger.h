@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Command.h"
-#include "LogLine.h"
+#include "LoggedLine.h"
 
 #include <IVeloxKeywordDetectorLogger.h>
 
@@ -33,17 +33,17 @@ public:
     void SetLogToFile(bool enabled) override;
 
     /// The lines since the last call, or since the beginning.
-    std::vector<LogLine> TakeLines();
+    std::vector<LoggedLine> TakeLines();
 
 private:
-    void Add(LogLine line);
+    void Add(LoggedLine line);
     void Open(const std::filesystem::path& logFile);
 
     bool verbose;
     bool everything;
     uint32_t threshold;
     std::ofstream file;
-    std::vector<LogLine> lines;
+    std::vector<LoggedLine> lines;
 };
 
 } // namespace velox::console

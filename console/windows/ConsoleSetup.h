@@ -5,7 +5,8 @@
 namespace velox::console
 {
 
-/// Makes the console show UTF-8 and colours while the program runs; afterwards it is as it was.
+/// Makes the console show UTF-8 and colours while the program runs; afterwards it is as it was. Line ends are written as they
+/// are.
 class ConsoleSetup
 {
 public:

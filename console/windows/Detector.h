@@ -16,7 +16,7 @@ namespace velox::console
 struct Answer
 {
     int32_t result = S_OK;
-    std::vector<LogLine> lines;
+    std::vector<LoggedLine> lines;
 
     bool Succeeded() const
     {

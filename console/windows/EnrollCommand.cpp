@@ -4,7 +4,9 @@
 #include "Interruption.h"
 #include "LanguageName.h"
 #include "LogExplanation.h"
+#include "StatusText.h"
 #include "TakeComparison.h"
+#include "TakePage.h"
 #include "TakeVerifier.h"
 #include "UserModelStream.h"
 #include "Utf8Path.h"
@@ -28,6 +30,7 @@ struct EnrollOptions
     std::string language;
     std::vector<std::string> files;
     std::string model;
+    std::string report;
     bool skipRefused = false;
 };
 
@@ -48,7 +51,11 @@ public:
         {
             return Conclude(ExitCodeOf(takes), Verdict(takes) + " No model was made.");
         }
-        Train();
+        if (!Train())
+        {
+            return Conclude(ExitCode::Refused,
+                            Again("The engine makes no model of these takes. Record again: ") + " No model was made.");
+        }
         ListenWithTheModel();
         WriteWhole(PathFromUtf8(options.model), model);
         return ConcludeTrained();
@@ -57,7 +64,9 @@ public:
 private:
     void CompareTakes();
     bool MayTrain() const;
-    void Train();
+    bool Train();
+    void NameLeftOutTakes(std::span<const LoggedLine> lines);
+    std::string Again(const std::string& before) const;
     void ListenWithTheModel();
     Outcome ConcludeTrained() const;
     Outcome Conclude(ExitCode exitCode, const std::string& verdict) const;
@@ -66,7 +75,7 @@ private:
     const Context& context;
     TakeVerifier verifier;
     std::vector<TakeReport> takes;
-    std::vector<std::size_t> unlike; ///< takes that differ from the others
+    std::vector<std::size_t> doubtful; ///< accepted takes that are not like the others, or that the engine left out
     std::vector<uint8_t> model;
     std::optional<std::size_t> heard; ///< takes that the new model hears
 };
@@ -102,7 +111,7 @@ void EnrollmentRun::CompareTakes()
         if (outliers[i])
         {
             takes[numbers[i]].remarks.push_back(*outliers[i]);
-            unlike.push_back(numbers[i]);
+            doubtful.push_back(numbers[i]);
         }
     }
 }
@@ -113,7 +122,9 @@ bool EnrollmentRun::MayTrain() const
     return options.skipRefused ? accepted > 0 : accepted == static_cast<std::ptrdiff_t>(takes.size());
 }
 
-void EnrollmentRun::Train()
+/// @return whether there is a model; without one a take is named
+/// @throws CommandFailure when it was no take's fault
+bool EnrollmentRun::Train()
 {
     StopIfInterrupted();
     std::vector<std::span<const float>> recordings;
@@ -126,11 +137,48 @@ void EnrollmentRun::Train()
     }
     const ComPointer<IStream> stream = EmptyStream();
     const Answer answer = verifier.Adapter().Train(stream.get(), verifier.Language(), recordings);
-    if (!answer.Succeeded())
+    NameLeftOutTakes(answer.lines);
+    if (!answer.Succeeded() && doubtful.empty())
     {
         throw ExplainFailure("Training", answer.result, answer.lines);
     }
     model = Content(stream.get());
+    return answer.Succeeded();
+}
+
+/// The library goes on without a take that the engine refuses: nobody would know.
+void EnrollmentRun::NameLeftOutTakes(std::span<const LoggedLine> lines)
+{
+    std::vector<std::size_t> used;
+    for (std::size_t i = 0; i < takes.size(); ++i)
+    {
+        if (takes[i].accepted)
+        {
+            used.push_back(i);
+        }
+    }
+    for (const LeftOutTake& leftOut : FindLeftOutTakes(lines))
+    {
+        const std::size_t take = used.at(leftOut.index);
+        takes[take].remarks.push_back({"LeftOut",
+                                       "left out of the training: the engine reports " + EngineStatusText(leftOut.engineStatus),
+                                       "Record it again, as clearly as the others."});
+        doubtful.push_back(take);
+    }
+}
+
+/// Names the takes that are better recorded again; nothing without any.
+std::string EnrollmentRun::Again(const std::string& before) const
+{
+    std::string names;
+    for (std::size_t i = 0; i < takes.size(); ++i)
+    {
+        if (std::find(doubtful.begin(), doubtful.end(), i) != doubtful.end())
+        {
+            names += (names.empty() ? "" : ", ") + takes[i].file;
+        }
+    }
+    return names.empty() ? "" : before + names + ".";
 }
 
 /// How many of the takes the new model would have heard.
@@ -152,12 +200,7 @@ Outcome EnrollmentRun::ConcludeTrained() const
     const auto used = std::count_if(takes.begin(), takes.end(), [](const TakeReport& take) { return take.accepted; });
     std::string verdict = fmt::format("Enrolled: {} of {} from {} take{}.", options.model, LanguageText(verifier.Language()),
                                       used, used == 1 ? "" : "s");
-    std::string again;
-    for (const std::size_t take : unlike)
-    {
-        again += (again.empty() ? "" : ", ") + takes[take].file;
-    }
-    verdict += again.empty() ? "" : " Better to record again: " + again + ".";
+    verdict += Again(" Better to record again: ");
     Outcome outcome = Conclude(ExitCode::Success, verdict);
     outcome.text += FieldLine("Model", fmt::format("{}, {} bytes", options.model, model.size()));
     if (heard)
@@ -179,6 +222,11 @@ Outcome EnrollmentRun::Conclude(ExitCode exitCode, const std::string& verdict) c
         outcome.text += TakeText(take, outcome.results.size() + 1, context.style);
         outcome.results.push_back(TakeJson(take));
     }
+    if (!options.report.empty())
+    {
+        const Report page = TakePage("enroll", LanguageText(verifier.Language()), takes, outcome);
+        WriteWhole(PathFromUtf8(options.report), RenderReport(page));
+    }
     return outcome;
 }
 
@@ -194,6 +242,8 @@ void AddEnrollCommand(CLI::App& app, Commands& commands)
         ->type_name("");
     command->add_option("--model", options->model, "Where the user's model is stored")->required()->type_name("FILE");
     command->add_flag("--skip-refused", options->skipRefused, "Train from the accepted takes when others are refused");
+    command->add_option("--report", options->report, "Also write a page with a picture of each recording")
+        ->type_name("FILE.html");
     AddDetectorOptions(command, &options->detector);
     command->footer("  velox-kws enroll en-US take-1.wav take-2.wav take-3.wav --model jana.vwov\n");
     commands[command] = [options](Context& context) {

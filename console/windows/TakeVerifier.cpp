@@ -66,7 +66,7 @@ TakeReport TakeVerifier::VerifyFile(const std::string& file)
     }
     const Answer answer = detector.Verify(language, audio.samples);
     const bool faulty = std::any_of(answer.lines.begin(), answer.lines.end(),
-                                    [](const LogLine& line) { return line.level == VeloxLogLevel::Error; });
+                                    [](const LoggedLine& line) { return line.level == VeloxLogLevel::Error; });
     if (!answer.Succeeded() && faulty)
     {
         throw ExplainFailure("Verifying " + file, answer.result, answer.lines);

@@ -1,6 +1,10 @@
 #include "VerifyCommand.h"
 
+#include "LanguageName.h"
+#include "TakePage.h"
 #include "TakeVerifier.h"
+#include "Utf8Path.h"
+#include "WriteWhole.h"
 
 #include <CLI/CLI.hpp>
 
@@ -17,6 +21,7 @@ struct VerifyOptions
     DetectorOptions detector;
     std::string language;
     std::vector<std::string> files;
+    std::string report;
 };
 
 Outcome Verify(const VerifyOptions& options, const Context& context)
@@ -29,6 +34,11 @@ Outcome Verify(const VerifyOptions& options, const Context& context)
         outcome.text += TakeText(take, outcome.results.size() + 1, context.style);
         outcome.results.push_back(TakeJson(take));
     }
+    if (!options.report.empty())
+    {
+        const Report page = TakePage("verify", LanguageText(verifier.Language()), takes, outcome);
+        WriteWhole(PathFromUtf8(options.report), RenderReport(page));
+    }
     return outcome;
 }
 
@@ -40,6 +50,8 @@ void AddVerifyCommand(CLI::App& app, Commands& commands)
     const auto options = std::make_shared<VerifyOptions>();
     command->add_option("LANG", options->language, "Language: en-US, 1033 or 0x409")->required()->type_name("");
     command->add_option("WAV", options->files, "Recordings, of any sample rate")->required()->type_name("");
+    command->add_option("--report", options->report, "Also write a page with a picture of each recording")
+        ->type_name("FILE.html");
     AddDetectorOptions(command, &options->detector);
     command->footer("  velox-kws verify en-US take-1.wav take-2.wav\n");
     commands[command] = [options](Context& context) {

@@ -100,12 +100,23 @@ TEST_F(EnrollCommand, OnRequestRefusedTakesAreLeftOut)
 
 TEST_F(EnrollCommand, ATakeThatIsNotLikeTheOthersIsNamed)
 {
-    const ProgramRun run = Run({Take(1), Take(2), Take(3, {0.012, 0.4, 3300.0}), "--model", project.File("user.vwov"), "--json"});
+    const ProgramRun run = Run({Take(1), Take(2), Take(3, {0.03, 0.4, 3300.0}), "--model", project.File("user.vwov"), "--json"});
     ASSERT_EQ(run.exitCode, 0) << run.output << run.errors;
     const Json document = Json::parse(run.output);
     EXPECT_TRUE(document["results"].at(0)["remarks"].empty());
     EXPECT_EQ(document["results"].at(2)["remarks"].at(0)["code"], "UnlikeInLevel");
     EXPECT_THAT(document["verdict"].get<std::string>(), EndsWith("Better to record again: " + project.File("take 3.wav") + "."));
+}
+
+TEST_F(EnrollCommand, ATakeThatTheEngineWillNotLearnFromIsNamed)
+{
+    const std::string faint = Take(3, {0.012, 0.4, 3300.0}); // loud enough for the verification only
+    const ProgramRun run = Run({Take(1), faint, "--model", project.File("user.vwov"), "--json"});
+    EXPECT_EQ(run.exitCode, 1) << run.output << run.errors;
+    const Json document = Json::parse(run.output);
+    EXPECT_EQ(document["results"].at(1)["remarks"].back()["code"], "LeftOut");
+    EXPECT_THAT(document["verdict"].get<std::string>(), HasSubstr("Record again: " + faint));
+    EXPECT_FALSE(Exists("user.vwov"));
 }
 
 TEST_F(EnrollCommand, AModelThatCannotBeWrittenLeavesTheFormerOne)

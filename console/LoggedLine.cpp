@@ -1,4 +1,4 @@
-#include "LogLine.h"
+#include "LoggedLine.h"
 
 #include "StatusText.h"
 
@@ -9,7 +9,7 @@
 namespace velox::console
 {
 
-std::string LogText(const LogLine& line)
+std::string LogText(const LoggedLine& line)
 {
     constexpr std::array Levels{"none", "error", "failure", "warning", "information", "detail"};
     const std::string level = line.level < Levels.size() ? Levels.at(line.level) : std::to_string(line.level);

@@ -8,7 +8,7 @@ namespace velox::console
 {
 
 /// A line that the library handed to the logger.
-struct LogLine
+struct LoggedLine
 {
     uint32_t level = 0;
     uint32_t source = 0;
@@ -18,6 +18,6 @@ struct LogLine
 };
 
 /// As it is shown: level, source, message, and what the codes mean.
-std::string LogText(const LogLine& line);
+std::string LogText(const LoggedLine& line);
 
 } // namespace velox::console
