@@ -65,7 +65,7 @@ private:
     void CompareTakes();
     bool MayTrain() const;
     bool Train();
-    void NameLeftOutTakes(std::span<const LoggedLine> lines);
+    bool NameLeftOutTakes(std::span<const LoggedLine> lines);
     std::string Again(const std::string& before) const;
     void ListenWithTheModel();
     Outcome ConcludeTrained() const;
@@ -137,17 +137,21 @@ bool EnrollmentRun::Train()
     }
     const ComPointer<IStream> stream = EmptyStream();
     const Answer answer = verifier.Adapter().Train(stream.get(), verifier.Language(), recordings);
-    NameLeftOutTakes(answer.lines);
-    if (!answer.Succeeded() && doubtful.empty())
+    const bool takesAtFault = NameLeftOutTakes(answer.lines);
+    if (!answer.Succeeded() && !takesAtFault)
     {
         throw ExplainFailure("Training", answer.result, answer.lines);
     }
-    model = Content(stream.get());
+    if (answer.Succeeded())
+    {
+        model = Content(stream.get());
+    }
     return answer.Succeeded();
 }
 
 /// The library goes on without a take that the engine refuses: nobody would know.
-void EnrollmentRun::NameLeftOutTakes(std::span<const LoggedLine> lines)
+/// @return whether there is one
+bool EnrollmentRun::NameLeftOutTakes(std::span<const LoggedLine> lines)
 {
     std::vector<std::size_t> used;
     for (std::size_t i = 0; i < takes.size(); ++i)
@@ -157,7 +161,8 @@ void EnrollmentRun::NameLeftOutTakes(std::span<const LoggedLine> lines)
             used.push_back(i);
         }
     }
-    for (const LeftOutTake& leftOut : FindLeftOutTakes(lines))
+    const std::vector<LeftOutTake> leftOutTakes = FindLeftOutTakes(lines);
+    for (const LeftOutTake& leftOut : leftOutTakes)
     {
         const std::size_t take = used.at(leftOut.index);
         takes[take].remarks.push_back({"LeftOut",
@@ -165,6 +170,7 @@ void EnrollmentRun::NameLeftOutTakes(std::span<const LoggedLine> lines)
                                        "Record it again, as clearly as the others."});
         doubtful.push_back(take);
     }
+    return !leftOutTakes.empty();
 }
 
 /// Names the takes that are better recorded again; nothing without any.
