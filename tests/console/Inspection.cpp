@@ -52,8 +52,8 @@ Bytes Prefix(const Bytes& bytes, std::size_t size)
 /// Enough to see every field of a small file; of a large one every byte at its beginning, and some further on.
 std::vector<std::size_t> Places(std::size_t size)
 {
-    constexpr std::size_t Every = 700;
-    constexpr std::size_t Stride = 37;
+    constexpr std::size_t Every = 400;
+    constexpr std::size_t Stride = 211;
     std::vector<std::size_t> places;
     for (std::size_t place = 0; place < size; place += place < Every ? 1 : Stride)
     {
@@ -112,7 +112,7 @@ TEST(Inspection, EveryChangedByteIsSurvived)
         const bool model = sample.kind != FileKind::ArmingPattern && sample.kind != FileKind::DetectionResult;
         for (const std::size_t place : Places(sample.bytes.size()))
         {
-            for (const uint8_t change : {uint8_t{0x01}, uint8_t{0x80}, uint8_t{0xFF}})
+            for (const uint8_t change : {uint8_t{0x01}, uint8_t{0xFF}})
             {
                 SCOPED_TRACE(testing::Message() << place << " ^ " << +change);
                 Bytes damaged = sample.bytes;
