@@ -1,5 +1,6 @@
 #include "Detector.h"
 
+#include "LibraryLoading.h"
 #include "Outcome.h"
 #include "RecordingBuffer.h"
 #include "Utf8Path.h"
@@ -78,6 +79,7 @@ uint32_t Attribute(IMFMediaType* format, const GUID& name)
 
 Detector::Detector(const DetectorOptions& options, const LogOptions& log) : logger(log)
 {
+    RequireLibrary();
     adapter.reset(KeywordDetectorAdapterImplementation::CreateKeywordDetectorAdapterImpl(
                       &logger, NarrowPath(options.configuration), "velox-kws " VELOX_VERSION, ParseGuid(options.detectorId))
                       .release());
