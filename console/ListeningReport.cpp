@@ -18,6 +18,8 @@ namespace
 using Json = nlohmann::ordered_json;
 
 constexpr double SecondsPerHour = 3600.0;
+/// Of less audio a rate per hour says nothing.
+constexpr double LeastForRate = SecondsPerHour / 10;
 
 double Seconds(int64_t sample)
 {
@@ -36,7 +38,7 @@ std::string Count(std::size_t number, std::string_view one, std::string_view man
 
 std::string Duration(double seconds)
 {
-    return seconds < SecondsPerHour / 10 ? fmt::format("{:.1f} s", seconds) : fmt::format("{:.2f} h", seconds / SecondsPerHour);
+    return seconds < LeastForRate ? fmt::format("{:.1f} s", seconds) : fmt::format("{:.2f} h", seconds / SecondsPerHour);
 }
 
 std::string Place(const firmware::Peak& peak)
@@ -271,9 +273,9 @@ std::string NearMissReason(const firmware::Peak& miss, uint32_t threshold)
 std::string ListeningStatistics(const std::vector<HeardFile>& files)
 {
     const Statistics all(files);
-    std::string text = fmt::format("Heard {:.4f} h in {}: {}", all.seconds / SecondsPerHour, Count(files.size(), "file", "files"),
+    std::string text = fmt::format("Heard {} in {}: {}", Duration(all.seconds), Count(files.size(), "file", "files"),
                                    Count(all.reported, "detection", "detections"));
-    if (all.seconds > 0.0)
+    if (all.seconds >= LeastForRate)
     {
         text += fmt::format(" ({:.1f} per hour)", static_cast<double>(all.reported) * SecondsPerHour / all.seconds);
     }

@@ -50,7 +50,7 @@ TEST(ListeningPage, TellsTheSameAsTheOutcome)
     EXPECT_EQ(page.command, "listen");
     EXPECT_EQ(page.verdict, "1 detection in 60.0 s.");
     EXPECT_EQ(page.tone, Tone::Good);
-    EXPECT_THAT(page.notes, ElementsAre("Something is odd.", HasSubstr("1 detection (60.0 per hour), 1 near miss.")));
+    EXPECT_THAT(page.notes, ElementsAre("Something is odd.", HasSubstr("Heard 60.0 s in 1 file: 1 detection, 1 near miss.")));
     ASSERT_TRUE(page.table.has_value());
     EXPECT_THAT(
         page.table->rows,

@@ -70,7 +70,7 @@ TEST(ListeningReport, TellsOfEveryDetectionInItsPlace)
               "  1:15.00 to 1:15.50  detected  score 130.0, threshold 100.0; 1033 (en-US), user match: yes, counter 5000000 to "
               "10000000\n"
               "\n"
-              "Heard 0.5000 h in 1 file: 2 detections (4.0 per hour), 1 near miss. Highest score that did not fire: 91.2.\n");
+              "Heard 0.50 h in 1 file: 2 detections (4.0 per hour), 1 near miss. Highest score that did not fire: 91.2.\n");
 }
 
 TEST(ListeningReport, TellsMachinesTheSame)
