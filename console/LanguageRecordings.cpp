@@ -45,15 +45,25 @@ std::vector<std::filesystem::path> FilesBelow(const std::filesystem::path& folde
     return files;
 }
 
-/// What makes a take useless. One that begins or ends within speech is cut tightly, as training folders often are; the trainer
-/// puts silence around it.
+/// The trainer puts this much silence around every take: one that begins or ends within speech is cut tightly, as training
+/// folders often are, and is of use.
+constexpr std::size_t SilenceSamples = 3 * engine::SampleRate / 10;
+
+/// What makes a take useless, in the trainer's eyes.
 std::optional<Remark> WhyUseless(const std::string& name, const Audio& audio)
 {
-    const engine::TakeReview review = engine::ReviewTake(nullptr, audio.samples);
+    std::vector<float> padded(SilenceSamples, 0.0F);
+    padded.insert(padded.end(), audio.samples.begin(), audio.samples.end());
+    padded.resize(padded.size() + SilenceSamples, 0.0F);
+    engine::TakeReview review = engine::ReviewTake(nullptr, padded);
     if (review.status == engine::Status::Success || review.status == engine::Status::CutAtStart ||
         review.status == engine::Status::CutAtEnd)
     {
         return std::nullopt;
+    }
+    if (review.firstClipped)
+    {
+        *review.firstClipped -= SilenceSamples;
     }
     return ReportTake(name, audio, review, TakeEvidence{}).remarks.front();
 }
@@ -100,7 +110,12 @@ private:
         }
         catch (const CommandFailure& failure)
         {
-            read.leftOut.push_back({Utf8(file), {"Unreadable", failure.what(), failure.fix}});
+            Remark why = ReportUnreadable(Utf8(file), failure).remarks.front();
+            if (why.text.ends_with('.'))
+            {
+                why.text.pop_back();
+            }
+            read.leftOut.push_back({Utf8(file), std::move(why)});
             return std::nullopt;
         }
     }
