@@ -21,7 +21,7 @@ constexpr double Width = 1000.0;
 constexpr double Height = 100.0;
 /// A rectangle without any width is not drawn; the stroke around it has its width on every page.
 constexpr double LeastMarkWidth = 0.05;
-constexpr std::size_t MostMarksDrawn = 2000;
+constexpr std::size_t MostMarksDrawn = 1000;
 /// A quiet recording is enlarged until its highest sample reaches this.
 constexpr float LeastPeakShown = 0.25F;
 constexpr float MostEnlargement = 64.0F;
