@@ -88,7 +88,8 @@ void EnrollmentRun::CompareTakes()
     std::vector<TakeFigures> figures;
     for (std::size_t i = 0; i < takes.size(); ++i)
     {
-        if (const engine::TakeReview& review = takes[i].review; takes[i].accepted && review.phrase)
+        // A take with a fault of its own is named for it already.
+        if (const engine::TakeReview& review = takes[i].review; takes[i].accepted && takes[i].remarks.empty() && review.phrase)
         {
             numbers.push_back(i);
             recordings.push_back(&takes[i].audio);
@@ -137,6 +138,10 @@ bool EnrollmentRun::Train()
     }
     const ComPointer<IStream> stream = EmptyStream();
     const Answer answer = verifier.Adapter().Train(stream.get(), verifier.Language(), recordings);
+    if (!answer.Succeeded())
+    {
+        doubtful.clear(); // those that made it fail are named alone
+    }
     const bool takesAtFault = NameLeftOutTakes(answer.lines);
     if (!answer.Succeeded() && !takesAtFault)
     {

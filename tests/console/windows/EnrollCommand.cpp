@@ -100,7 +100,9 @@ TEST_F(EnrollCommand, OnRequestRefusedTakesAreLeftOut)
 
 TEST_F(EnrollCommand, ATakeThatIsNotLikeTheOthersIsNamed)
 {
-    const ProgramRun run = Run({Take(1), Take(2), Take(3, {0.03, 0.4, 3300.0}), "--model", project.File("user.vwov"), "--json"});
+    const TinyLanguage::Voice loud{0.6, 0.4, 3300.0};
+    const TinyLanguage::Voice soft{0.12, 0.4, 3300.0};
+    const ProgramRun run = Run({Take(1, loud), Take(2, loud), Take(3, soft), "--model", project.File("user.vwov"), "--json"});
     ASSERT_EQ(run.exitCode, 0) << run.output << run.errors;
     const Json document = Json::parse(run.output);
     EXPECT_TRUE(document["results"].at(0)["remarks"].empty());
