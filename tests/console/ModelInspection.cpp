@@ -153,7 +153,7 @@ TEST_P(ModelInspection, BytesBehindTheModelAreAnError)
 
 INSTANTIATE_TEST_SUITE_P(Kinds, ModelInspection, testing::ValuesIn(Cases), [](const auto& test) { return test.param.name; });
 
-TEST(ModelInspectionPaths, FieldsAreThoseOfTheFormat)
+TEST(ModelInspection, FieldsAreThoseOfTheFormat)
 {
     const Inspection user = Inspect(InspectionSamples::UserModel());
     EXPECT_EQ(user.Find("Kind")->value, "\"VWOV\"");
@@ -171,7 +171,7 @@ TEST(ModelInspectionPaths, FieldsAreThoseOfTheFormat)
     EXPECT_EQ(Inspect(InspectionSamples::Population()).Find("peaks")->value, "20");
 }
 
-TEST(ModelInspectionPaths, ErrorInsideANestedModelHasItsWholePath)
+TEST(ModelInspection, ErrorInsideANestedModelHasItsWholePath)
 {
     Bytes model = InspectionSamples::AcousticModel();
     const std::size_t offset = Inspect(model).Find("phrase.network.layer[0].kernel")->offset;

@@ -116,10 +116,6 @@ bool Promises(const Findings& findings, Operation operation)
     });
 }
 
-class DoctorCommandDefects : public testing::TestWithParam<DoctorDefect>
-{
-};
-
 } // namespace
 
 TEST(DoctorCommand, GoodConfigurationHasOneLineAndSucceeds)
@@ -171,21 +167,22 @@ TEST(DoctorCommand, DocumentHoldsEveryFinding)
     EXPECT_THAT(document["verdict"], testing::HasSubstr("Fails for 1033 (en-US): arming."));
 }
 
-TEST_P(DoctorCommandDefects, WhatDoctorSaysOfTheLibraryIsTrue)
+TEST(DoctorCommand, WhatDoctorSaysOfTheLibraryIsTrue)
 {
-    const DoctorProject project;
-    GetParam().damage(project);
-    const Findings findings = project.Check().findings;
-    LibraryOn library(project);
-    EXPECT_EQ(SUCCEEDED(library.Announce()), Promises(findings, Operation::Capabilities));
-    if (GetParam().name != "NoId" && GetParam().name != "IdIsNoNumber") // 1033 is no language any more
+    for (const DoctorDefect& defect : DoctorDefects())
     {
-        EXPECT_EQ(SUCCEEDED(library.Arm()), Promises(findings, Operation::Arming));
+        SCOPED_TRACE(defect.name);
+        const DoctorProject project;
+        defect.damage(project);
+        const Findings findings = project.Check().findings;
+        LibraryOn library(project);
+        EXPECT_EQ(SUCCEEDED(library.Announce()), Promises(findings, Operation::Capabilities));
+        if (defect.name != "NoId" && defect.name != "IdIsNoNumber") // 1033 is no language any more
+        {
+            EXPECT_EQ(SUCCEEDED(library.Arm()), Promises(findings, Operation::Arming));
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(All, DoctorCommandDefects, testing::ValuesIn(DoctorDefects()),
-                         [](const auto& test) { return test.param.name; });
 
 TEST(DoctorCommand, ThresholdsAreTheLibrarys)
 {

@@ -47,6 +47,7 @@ TEST_F(Documents, OfCommandsThatSucceed)
     Keep("verify", 0, {"verify", config, file, "en-US", Take(1)});
     Keep("enroll", 0, {"enroll", config, file, "en-US", Take(1), Take(2), "--model", project.File("user.vwov")});
     Keep("arm", 0, {"arm", config, file, "en-US", "--model", project.File("user.vwov"), "--out", project.File("pattern.bin")});
+    Keep("doctor", 0, {"doctor", file});
     Keep("inspect", 0, {"inspect", project.File("pattern.bin")});
     Keep("listen", 0, {"listen", config, file, "--pattern", project.File("pattern.bin"), Take(3)});
 }
@@ -60,6 +61,12 @@ TEST_F(Documents, OfCommandsThatRefuseOrFail)
     Keep("verify-unreadable", 3, {"verify", config, file, "en-US", project.File("text.wav")});
     Keep("enroll-refused", 1, {"enroll", config, file, "en-US", silence, "--model", project.File("user.vwov")});
     Keep("arm-no-language", 4, {"arm", config, file, "de-DE", "--out", project.File("pattern.bin")});
+    Keep("doctor-no-configuration", 4, {"doctor", project.File("none.xml")});
+    Keep("inspect-unknown", 3, {"inspect", file});
+    Keep("inspect-difference", 1, {"inspect", project.File("kp.bin"), project.File("am.bin")});
+    project.Write("pre_1033.txt", std::string("0,75"));
+    Keep("doctor-findings", 1, {"doctor", file});
+    Keep("inspect-damaged", 1, {"inspect", project.File("pre_1033.txt")});
     Keep("no-command", 2, {});
     Keep("no-configuration", 4, {"capabilities", config, project.File("none.xml")});
 }

@@ -12,7 +12,7 @@ using nlohmann::json;
 namespace
 {
 
-class InspectProgram : public testing::Test
+class InspectCommand : public testing::Test
 {
 protected:
     std::string Write(const std::string& name, const InspectionSamples::Bytes& bytes) const
@@ -27,7 +27,7 @@ protected:
 
 } // namespace
 
-TEST_F(InspectProgram, EveryKindIsShownAndRight)
+TEST_F(InspectCommand, EveryKindIsShownAndRight)
 {
     int number = 0;
     for (const auto& sample : InspectionSamples::All())
@@ -40,7 +40,7 @@ TEST_F(InspectProgram, EveryKindIsShownAndRight)
     }
 }
 
-TEST_F(InspectProgram, CutAndDamagedFilesKeepWhatWasReadAndFail)
+TEST_F(InspectCommand, CutAndDamagedFilesKeepWhatWasReadAndFail)
 {
     for (auto sample : InspectionSamples::All())
     {
@@ -54,7 +54,7 @@ TEST_F(InspectProgram, CutAndDamagedFilesKeepWhatWasReadAndFail)
     }
 }
 
-TEST_F(InspectProgram, DocumentTellsTheSame)
+TEST_F(InspectCommand, DocumentTellsTheSame)
 {
     InspectionSamples::Bytes changed = InspectionSamples::DetectionResult();
     changed[48] = 2;
@@ -68,7 +68,7 @@ TEST_F(InspectProgram, DocumentTellsTheSame)
     EXPECT_EQ(document["results"][2]["fields"][0]["path"], "KeywordIdFw");
 }
 
-TEST_F(InspectProgram, FilesThatAreNoneOfThemAreBadInput)
+TEST_F(InspectCommand, FilesThatAreNoneOfThemAreBadInput)
 {
     EXPECT_EQ(RunVeloxKws({"inspect", folder.Path() + "\\none"}).exitCode, 3);
     EXPECT_EQ(RunVeloxKws({"inspect", Write("empty", {})}).exitCode, 3);
