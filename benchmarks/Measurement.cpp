@@ -25,3 +25,10 @@ void Register(const Measurement& measurement)
     RegisterOne(FloorName(measurement.name), measurement.floor);
     RatioReporter::Expect(measurement.name, measurement.goal);
 }
+
+void Register(const RealTimeMeasurement& measurement)
+{
+    constexpr double Microseconds = 1e6;
+    RegisterOne(measurement.name, measurement.work);
+    RatioReporter::Expect(measurement.name, measurement.goal, measurement.seconds * Microseconds);
+}

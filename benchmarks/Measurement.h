@@ -15,9 +15,21 @@ struct Measurement
 /// Registers the work and the floor as two benchmarks, which run in turns.
 void Register(const Measurement& measurement);
 
+/// A piece of work on audio, beside the audio's own length: their ratio is the real-time factor.
+struct RealTimeMeasurement
+{
+    std::string name;
+    double goal; ///< highest real-time factor
+    std::function<void()> work;
+    double seconds; ///< of audio that the work goes through
+};
+
+void Register(const RealTimeMeasurement& measurement);
+
 // Each file registers its own.
 void RegisterConfigurationQueries();
 void RegisterModelFile();
 void RegisterArmingPattern();
 void RegisterSampleConversion();
 void RegisterVerification();
+void RegisterListening();

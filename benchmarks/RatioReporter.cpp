@@ -10,6 +10,7 @@ struct Row
 {
     std::string name;
     double goal;
+    std::optional<double> givenFloor;
 };
 
 std::vector<Row> rows;
@@ -21,9 +22,9 @@ std::string FloorName(const std::string& measurementName)
     return measurementName + ", floor";
 }
 
-void RatioReporter::Expect(const std::string& measurementName, double goal)
+void RatioReporter::Expect(const std::string& measurementName, double goal, std::optional<double> givenFloor)
 {
-    rows.push_back({measurementName, goal});
+    rows.push_back({measurementName, goal, givenFloor});
 }
 
 bool RatioReporter::ReportContext(const Context&)
@@ -48,13 +49,13 @@ void RatioReporter::Finalize()
     for (const Row& row : rows)
     {
         // What the command line filtered out has no row.
-        if (!microseconds.contains(row.name) || !microseconds.contains(FloorName(row.name)))
+        if (!microseconds.contains(row.name) || !(row.givenFloor || microseconds.contains(FloorName(row.name))))
         {
             continue;
         }
         const double time = Median(row.name);
-        const double floor = Median(FloorName(row.name));
-        std::printf("%-42s %12.2f %12.2f %7.3f %6.2f\n", row.name.c_str(), time, floor, time / floor, row.goal);
+        const double floor = row.givenFloor ? *row.givenFloor : Median(FloorName(row.name));
+        std::printf("%-42s %12.2f %12.2f %7.4f %6.3f\n", row.name.c_str(), time, floor, time / floor, row.goal);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,7 +18,8 @@ class RatioReporter : public benchmark::BenchmarkReporter
 {
 public:
     /// Makes the table have a row for this measurement. The rows stand in the order of the calls.
-    static void Expect(const std::string& measurementName, double goal);
+    /// @param givenFloor  microseconds, where the floor is not measured
+    static void Expect(const std::string& measurementName, double goal, std::optional<double> givenFloor = std::nullopt);
 
     bool ReportContext(const Context& context) override;
     void ReportRuns(const std::vector<Run>& runs) override;

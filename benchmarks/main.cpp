@@ -24,6 +24,7 @@ int main(int argc, char** argv)
     RegisterArmingPattern();
     RegisterSampleConversion();
     RegisterVerification();
+    RegisterListening();
 
     benchmark::Initialize(&count, arguments.data());
     if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))

@@ -1,0 +1,38 @@
+#include "LanguageMaterialFolder.h"
+
+#include "SoundFile.h"
+#include "TinyLanguage.h"
+#include "Utf8Path.h"
+
+using velox::console::PathFromUtf8;
+using velox::console::Utf8;
+
+LanguageMaterialFolder::LanguageMaterialFolder()
+{
+    const velox::engine::LanguageMaterial material = TinyLanguage::Material();
+    for (const velox::engine::PhraseTake& take : material.takes)
+    {
+        Record("takes/" + take.voice + "/" + take.name + ".wav", take.samples);
+    }
+    for (std::size_t i = 0; i < material.background.size(); ++i)
+    {
+        Record("other/" + std::to_string(i) + ".wav", material.background[i]);
+    }
+}
+
+std::string LanguageMaterialFolder::Path(const std::string& name) const
+{
+    return Utf8((PathFromUtf8(folder.Path()) / PathFromUtf8(name)).make_preferred());
+}
+
+void LanguageMaterialFolder::Record(const std::string& name, std::span<const float> samples) const
+{
+    const std::filesystem::path file = PathFromUtf8(Path(name));
+    std::filesystem::create_directories(file.parent_path());
+    SoundFile::Write(file, SoundFile::FloatWav(samples));
+}
+
+bool LanguageMaterialFolder::HoldsOnlyMaterial() const
+{
+    return std::distance(std::filesystem::directory_iterator(PathFromUtf8(folder.Path())), {}) == 2;
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "TemporaryFolder.h"
+
+#include <filesystem>
+#include <span>
+#include <string>
+
+/// Recordings of the tones' language (TinyLanguage) as files: "takes" with a folder for each voice, and "other".
+class LanguageMaterialFolder
+{
+public:
+    LanguageMaterialFolder();
+
+    /// UTF-8.
+    std::string Path(const std::string& name) const;
+    void Record(const std::string& name, std::span<const float> samples) const;
+
+    /// Whether nothing of a language is there but the material.
+    bool HoldsOnlyMaterial() const;
+
+private:
+    TemporaryFolder folder;
+};
