@@ -23,6 +23,17 @@ public:
     /// @return by how much this frame lies above the floor that it leaves behind; 0 for the first
     float Update(float level);
 
+    static bool IsSpeech(float aboveFloor)
+    {
+        return aboveFloor > SpeechMargin;
+    }
+
+    static float Decibels(float aboveFloor)
+    {
+        constexpr float DecibelsPerFactorE = 4.342945F;
+        return aboveFloor * DecibelsPerFactorE;
+    }
+
 private:
     bool started = false;
     float floor = 0.0F;

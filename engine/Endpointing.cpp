@@ -124,6 +124,19 @@ std::span<const float> SamplesOf(const Stretch& stretch, std::span<const float> 
     return begin < end ? samples.subspan(begin, end - begin) : std::span<const float>();
 }
 
+bool IsAtFullScale(float sample)
+{
+    constexpr float FullScale = 0.999F;
+    return std::abs(sample) >= FullScale;
+}
+
+/// At full scale, and so is a neighbour.
+bool IsClipped(std::span<const float> samples, std::size_t i)
+{
+    return IsAtFullScale(samples[i]) &&
+           ((i > 0 && IsAtFullScale(samples[i - 1])) || (i + 1 < samples.size() && IsAtFullScale(samples[i + 1])));
+}
+
 double LevelOf(std::span<const float> samples)
 {
     double energy = 1e-20;
@@ -191,17 +204,24 @@ Endpoints FindEndpoints(std::span<const MelFrame> logMel, std::span<const float>
 
 std::size_t CountClipped(std::span<const float> samples)
 {
-    constexpr float FullScale = 0.999F;
-    const auto full = [&](std::size_t i) {
-        return i < samples.size() && std::abs(samples[i]) >= FullScale;
-    };
     std::size_t count = 0;
     for (std::size_t i = 0; i < samples.size(); ++i)
     {
-        const bool beside = full(i + 1) || (i > 0 && full(i - 1));
-        count += static_cast<std::size_t>(full(i) && beside);
+        count += static_cast<std::size_t>(IsClipped(samples, i));
     }
     return count;
+}
+
+std::optional<std::size_t> FirstClipped(std::span<const float> samples)
+{
+    for (std::size_t i = 0; i < samples.size(); ++i)
+    {
+        if (IsClipped(samples, i))
+        {
+            return i;
+        }
+    }
+    return std::nullopt;
 }
 
 } // namespace velox::engine

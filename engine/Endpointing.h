@@ -3,6 +3,7 @@
 #include "MelFilterbank.h"
 
 #include <cstddef>
+#include <optional>
 #include <span>
 
 namespace velox::engine
@@ -44,5 +45,8 @@ Endpoints FindEndpoints(std::span<const MelFrame> logMel, std::span<const float>
 
 /// Samples at full scale that have a neighbour at full scale: a lone peak is not clipped.
 std::size_t CountClipped(std::span<const float> samples);
+
+/// The first of them.
+std::optional<std::size_t> FirstClipped(std::span<const float> samples);
 
 } // namespace velox::engine

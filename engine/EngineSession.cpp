@@ -1,5 +1,7 @@
 #include "EngineSession.h"
 
+#include "TakeReview.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -14,8 +16,6 @@ namespace
 constexpr uint32_t VadComponent = 2;
 constexpr uint32_t KpdComponent = 4;
 constexpr float SampleStep = 1.0F / 32768.0F;
-/// Decibels of a factor e in power.
-constexpr float DecibelsPerFactorE = 4.342945F;
 constexpr int32_t Q8 = 256;
 
 /// The blob that an enrollment ends with: the user's firmware model behind the header of a phrase model.
@@ -209,28 +209,13 @@ Status EngineSession::Flush()
     return Status::Success;
 }
 
-/// Finds out why a take was refused: its own faults first, then the phrase.
 void EngineSession::JudgeTake()
 {
-    const Endpoints endpoints = FindEndpoints(takeFrames, takeSamples);
-    takeStatus = StatusOf(endpoints.fault);
-    placeStart = 0;
-    placeEnd = 0;
-    if (endpoints.end > endpoints.begin)
-    {
-        placeStart = FeatureStream::MiddleSample(static_cast<int64_t>(endpoints.begin));
-        placeEnd = FeatureStream::MiddleSample(static_cast<int64_t>(endpoints.end));
-    }
-    if (bestDetection)
-    {
-        placeStart = bestDetection->startSample;
-        placeEnd = bestDetection->endSample;
-    }
-    const bool found = bestDetection && bestDetection->score > ScoreScale::Least;
-    if (takeStatus == Status::Success && !found)
-    {
-        takeStatus = Status::PhraseNotFound;
-    }
+    const float phraseScore = bestDetection ? bestDetection->score : ScoreScale::Least;
+    const TakeJudgement judgement = velox::engine::JudgeTake(takeFrames, takeSamples, model.get(), phraseScore);
+    takeStatus = judgement.status;
+    placeStart = bestDetection ? bestDetection->startSample : judgement.speechBegin;
+    placeEnd = bestDetection ? bestDetection->endSample : judgement.speechEnd;
 }
 
 Status EngineSession::FinalizeUtterance()
@@ -304,7 +289,7 @@ Status EngineSession::GetIntOutput(uint32_t output, int32_t* values, uint32_t* c
         value = static_cast<int32_t>(FrameSize);
         break;
     case Output::VadQuality:
-        value = frame == nullptr ? 0 : static_cast<int32_t>(std::lround(frame->aboveFloor * DecibelsPerFactorE));
+        value = frame == nullptr ? 0 : static_cast<int32_t>(std::lround(NoiseFloor::Decibels(frame->aboveFloor)));
         break;
     case Output::TakeStatus:
         value = static_cast<int32_t>(takeStatus);

@@ -1,9 +1,8 @@
 #include "Enrollment.h"
 
 #include "Augmentation.h"
-#include "FeatureStream.h"
-#include "PhraseDetector.h"
 #include "PhraseSearch.h"
+#include "TakeReview.h"
 
 #include <algorithm>
 #include <cmath>
@@ -23,8 +22,6 @@ constexpr double SilenceSeconds = 0.3;
 constexpr float ThresholdShare = 0.6F;
 /// The background peak by whose rank the background's threshold is found.
 constexpr std::size_t TailRank = 10;
-/// Least score of a take, ScoreScale, on the scale of single takes: fifty false alarms per hour.
-constexpr float LeastTakeScore = 54.0F;
 
 float Median(std::vector<float> values)
 {
@@ -49,28 +46,6 @@ float BackgroundThreshold(const SpeakerModel& speaker, const Population& populat
 
 } // namespace
 
-Status StatusOf(TakeFault fault)
-{
-    switch (fault)
-    {
-    case TakeFault::NoSpeech:
-        return Status::NoSpeech;
-    case TakeFault::TooQuiet:
-        return Status::TooQuiet;
-    case TakeFault::Clipped:
-        return Status::Clipped;
-    case TakeFault::CutAtStart:
-        return Status::CutAtStart;
-    case TakeFault::CutAtEnd:
-        return Status::CutAtEnd;
-    case TakeFault::TwoPhrases:
-        return Status::TwoPhrases;
-    case TakeFault::None:
-        break;
-    }
-    return Status::Success;
-}
-
 Enrollment::Enrollment(const AcousticModel& acoustic, const Population& background)
     : acousticModel(acoustic), population(background)
 {
@@ -79,39 +54,19 @@ Enrollment::Enrollment(const AcousticModel& acoustic, const Population& backgrou
 Status Enrollment::AddTake(std::span<const float> samples)
 {
     const PhraseModel& phrase = acousticModel.phrase;
-    std::vector<MelFrame> logMel;
-    FrontEnd frontEnd;
-    MelFrame frame;
-    for (std::size_t start = 0; start + FrameSize <= samples.size(); start += FrameSize)
-    {
-        if (frontEnd.Push(samples.data() + start, &frame))
-        {
-            logMel.push_back(frame);
-        }
-    }
-    if (logMel.size() < phrase.states.States() * Decoder::SubStates)
-    {
-        return Status::UtteranceTooShort;
-    }
-    const Endpoints endpoints = FindEndpoints(logMel, samples);
-    // A take that begins or ends with speech may still hold the whole phrase: the score decides.
-    const bool usable =
-        endpoints.fault == TakeFault::None || endpoints.fault == TakeFault::CutAtStart || endpoints.fault == TakeFault::CutAtEnd;
-    if (!usable)
-    {
-        return StatusOf(endpoints.fault);
-    }
-
     const auto silence = static_cast<std::size_t>(SilenceSeconds * SampleRate);
     std::vector<float> padded(silence, 0.0F);
     padded.insert(padded.end(), samples.begin(), samples.end());
     padded.resize(padded.size() + silence, 0.0F);
-    const std::optional<PhrasePlace> place = FindPhrase(phrase, padded);
-    if (!place || ScoreScale::FromScore(place->score, phrase.tail) < LeastTakeScore)
+
+    const std::optional<Detection> heard = ReviewTake(&phrase, padded).phrase;
+    const float score = heard ? heard->score : ScoreScale::Least;
+    if (const Status status = JudgeTake(LogMelFrames(samples), samples, &phrase, score).status; status != Status::Success)
     {
-        return Status::PhraseNotFound;
+        return status;
     }
-    if (takes.size() < MostTakes)
+    const std::optional<PhrasePlace> place = FindPhrase(phrase, padded);
+    if (place && takes.size() < MostTakes)
     {
         takes.push_back({std::move(padded), {SpeakerFrames(place->features), place->path.counts, 1.0F}, place->score});
     }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "AcousticModel.h"
-#include "Endpointing.h"
+#include "EngineErrors.h"
 
 namespace velox::engine
 {
@@ -18,7 +18,7 @@ public:
     Enrollment(const AcousticModel& acousticModel, const Population& population);
 
     /// Checks a take and keeps it when it can be used.
-    /// @return Success; NoSpeech, TooQuiet, Clipped, TwoPhrases, UtteranceTooShort, PhraseNotFound
+    /// @return as JudgeTake
     Status AddTake(std::span<const float> samples);
 
     std::size_t TakeCount() const
@@ -44,8 +44,5 @@ private:
     const Population& population;
     std::vector<Take> takes;
 };
-
-/// What a take's fault is called outside.
-Status StatusOf(TakeFault fault);
 
 } // namespace velox::engine

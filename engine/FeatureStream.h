@@ -15,7 +15,7 @@ struct AnalysedFrame
 
     bool IsSpeech() const
     {
-        return aboveFloor > NoiseFloor::SpeechMargin;
+        return NoiseFloor::IsSpeech(aboveFloor);
     }
 };
 

@@ -26,4 +26,19 @@ bool FrontEnd::Push(const float* samples, MelFrame* logMel)
     return true;
 }
 
+std::vector<MelFrame> LogMelFrames(std::span<const float> recording)
+{
+    std::vector<MelFrame> frames;
+    FrontEnd frontEnd;
+    MelFrame frame;
+    for (std::size_t start = 0; start + FrameSize <= recording.size(); start += FrameSize)
+    {
+        if (frontEnd.Push(recording.data() + start, &frame))
+        {
+            frames.push_back(frame);
+        }
+    }
+    return frames;
+}
+
 } // namespace velox::engine

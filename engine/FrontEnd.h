@@ -3,6 +3,9 @@
 #include "MelFilterbank.h"
 #include "PowerSpectrum.h"
 
+#include <span>
+#include <vector>
+
 namespace velox::engine
 {
 
@@ -31,5 +34,8 @@ private:
     float lastSample = 0.0F;
     std::size_t pushes = 0;
 };
+
+/// All log-mel frames of a recording; what is no full frame at its end is left out.
+std::vector<MelFrame> LogMelFrames(std::span<const float> recording);
 
 } // namespace velox::engine

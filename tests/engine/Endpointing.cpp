@@ -249,4 +249,11 @@ TEST_F(Endpointing, ALonePeakIsNotClipped)
     EXPECT_EQ(CountClipped({}), 0U);
 }
 
+TEST_F(Endpointing, TheFirstClippedSampleIsFound)
+{
+    EXPECT_EQ(FirstClipped(std::vector{0.0F, 1.0F, 0.5F, -1.0F, -1.0F}), 3U);
+    EXPECT_EQ(FirstClipped(std::vector{1.0F, 0.5F}), std::nullopt);
+    EXPECT_EQ(FirstClipped({}), std::nullopt);
+}
+
 } // namespace

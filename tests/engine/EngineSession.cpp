@@ -241,8 +241,8 @@ TEST_F(EngineSession, EachTakesFaultHasItsStatusAndPlace)
     EXPECT_EQ(statusOf(TinyLanguage::SayPhrase()), Status::Success);
     EXPECT_EQ(statusOf(quiet), Status::TooQuiet);
     EXPECT_EQ(statusOf(Signals::Noise(TinyLanguage::NoiseAmplitude, 16000, 1)), Status::NoSpeech);
-    EXPECT_EQ(statusOf(TinyLanguage::Say(Tones{0, 1, 2, 3}, 0, HalfSecond)), Status::CutAtStart);
-    EXPECT_EQ(statusOf(TinyLanguage::Say(Tones{0, 1, 2, 3}, HalfSecond, 0)), Status::CutAtEnd);
+    EXPECT_EQ(statusOf(TinyLanguage::Say(Tones{2, 3}, 0, HalfSecond)), Status::CutAtStart);
+    EXPECT_EQ(statusOf(TinyLanguage::Say(Tones{0, 1}, HalfSecond, 0)), Status::CutAtEnd);
     EXPECT_EQ(statusOf(TinyLanguage::Say(Tones{2, 1}, HalfSecond, HalfSecond)), Status::PhraseNotFound);
 
     const auto whole = judge(TinyLanguage::SayPhrase());

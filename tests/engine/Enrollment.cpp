@@ -124,15 +124,4 @@ TEST_F(Enrollment, TakesBeyondTheMostAreCheckedButNotKept)
     EXPECT_EQ(enrollment.TakeCount(), velox::engine::Enrollment::MostTakes);
 }
 
-TEST_F(Enrollment, EveryFaultOfATakeHasItsStatus)
-{
-    EXPECT_EQ(StatusOf(TakeFault::None), Status::Success);
-    EXPECT_EQ(StatusOf(TakeFault::NoSpeech), Status::NoSpeech);
-    EXPECT_EQ(StatusOf(TakeFault::TooQuiet), Status::TooQuiet);
-    EXPECT_EQ(StatusOf(TakeFault::Clipped), Status::Clipped);
-    EXPECT_EQ(StatusOf(TakeFault::CutAtStart), Status::CutAtStart);
-    EXPECT_EQ(StatusOf(TakeFault::CutAtEnd), Status::CutAtEnd);
-    EXPECT_EQ(StatusOf(TakeFault::TwoPhrases), Status::TwoPhrases);
-}
-
 } // namespace

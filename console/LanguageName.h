@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace velox::console
+{
+
+/// Reads a language as people write it: a LANGID in decimal (1033) or hexadecimal (0x409), or a name (en-US, in any case).
+/// @throws CommandFailure Usage
+uint16_t ParseLanguage(std::string_view text);
+
+/// "en-US" for 1033; empty for a LANGID without a known name.
+std::string_view LanguageName(uint16_t language);
+
+/// As texts show it: "1033 (en-US)", or "1033" alone.
+std::string LanguageText(uint16_t language);
+
+} // namespace velox::console

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <iosfwd>
+#include <string>
+
+namespace velox::console
+{
+
+/// A bar with the time left, for work that takes longer than a second, and the place where a command learns of Ctrl-C.
+class Progress
+{
+public:
+    using Clock = std::function<std::chrono::steady_clock::time_point()>;
+
+    /// @param terminal  where the bar is drawn; null for none (the stream is no terminal, or --json)
+    /// @param clock     the time, for tests
+    explicit Progress(std::ostream* terminal, Clock clock = std::chrono::steady_clock::now);
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+    /// Wipes the bar away.
+    ~Progress();
+
+    /// Begins a piece of work: its name stands before the bar, and the time starts anew.
+    void Begin(const std::string& what);
+
+    /// @param share  of the work that is done, 0 to 1; at 1 the bar is wiped away
+    /// @throws CommandFailure with ExitCode::Interrupted after Ctrl-C
+    void Update(double share);
+
+    /// Whether Ctrl-C was pressed, for callbacks that must not throw.
+    static bool Interrupted();
+
+    /// As Update, without throwing. @return false after Ctrl-C
+    bool Continue(double share);
+
+private:
+    void Draw(double share);
+    void Wipe();
+
+    std::ostream* terminal;
+    Clock clock;
+    std::string what;
+    std::chrono::steady_clock::time_point start;
+    std::chrono::steady_clock::time_point drawn;
+    bool visible = false;
+};
+
+} // namespace velox::console

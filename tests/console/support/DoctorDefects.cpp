@@ -1,0 +1,222 @@
+#include "DoctorDefects.h"
+
+#include "InspectionSamples.h"
+
+using namespace velox::console;
+using enum Operation;
+
+namespace
+{
+
+using Project = const DoctorProject&;
+
+const std::vector<Operation> All{Capabilities, Verification, Training, Arming, Parsing};
+const std::vector<Operation> Lookups{Verification, Training, Arming, Parsing};
+const std::vector<Operation> Engine{Verification, Training};
+
+std::function<void(Project)> Replacing(const std::string& piece, const std::string& replacement)
+{
+    return [=](Project project) {
+        project.Replace(piece, replacement);
+    };
+}
+
+std::function<void(Project)> Writing(const std::string& name, const std::string& bytes)
+{
+    return [=](Project project) {
+        project.WriteModel(name, bytes);
+    };
+}
+
+std::function<void(Project)> Removing(const std::string& name)
+{
+    return [=](Project project) {
+        project.RemoveModel(name);
+    };
+}
+
+std::string Text(const InspectionSamples::Bytes& bytes)
+{
+    return {bytes.begin(), bytes.end()};
+}
+
+std::string Damaged(InspectionSamples::Bytes bytes)
+{
+    bytes[100] ^= 1U;
+    return Text(bytes);
+}
+
+} // namespace
+
+const std::vector<DoctorDefect>& DoctorDefects()
+{
+    static const std::vector<DoctorDefect> defects{
+        // the file
+        {"Empty", [](Project project) { project.WriteXml(""); }, Severity::Error, 0, "no content", All},
+        {"Utf16", [](Project project) { project.WriteXml("\xFF\xFE<"); }, Severity::Error, 1, "UTF-16", All},
+        {"MismatchedElement", Replacing("</fwBlob>", "</fwblob>"), Severity::Error, 7, "closed by another's name", All},
+        {"AttributeWithoutQuotes", Replacing("id=\"1033\"", "id=1033"), Severity::Error, 3, "no quotes", All},
+        {"AttributeTwice", Replacing("id=\"1033\"", "id=\"1033\" id=\"1\""), Severity::Error, 3, "stands twice", All},
+        {"OnlyAComment", [](Project project) { project.WriteXml("<!-- nothing -->"); }, Severity::Error, 1, "no element", All},
+        {"SecondRoot",
+         [](Project project) { project.WriteXml(project.Xml() + "<more/>\n"); },
+         Severity::Warning,
+         20,
+         "second element",
+         {}},
+        {"ZeroByte",
+         [](Project project) { project.WriteXml(project.Xml() + std::string(1, '\0') + "old"); },
+         Severity::Warning,
+         20,
+         "zero byte",
+         {}},
+        {"MalformedUtf8", Replacing("<keywords ", "<!-- \xE4 -->\n<keywords "), Severity::Warning, 2, "not valid UTF-8", {}},
+        // the root
+        {"NoDirectory", Replacing(" directory=", " Directory="), Severity::Warning, 2, "Directory is no attribute", Lookups},
+        {"DirectoryMissing", Replacing("/models\"", "/nowhere\""), Severity::Error, 2, "does not exist", Lookups},
+        {"NoConstraints", Replacing(" constraints=", " constraint="), Severity::Warning, 2, "constraint is no attribute", Engine},
+        {"ConstraintsMissing", Replacing("constraints.txt\"", "none.txt\""), Severity::Error, 2, "does not exist", Engine},
+        {"ConstraintsOfTwoLines",
+         [](Project project) { WriteWholeFile(project.ConstraintsPath(), "a=1\nb=2\n"); },
+         Severity::Warning,
+         2,
+         "more than one line",
+         {}},
+        {"NoLanguage",
+         [](Project project) {
+             const std::string text = project.Xml();
+             project.WriteXml(text.substr(0, text.find("  <language")) + "</keywords>\n");
+         },
+         Severity::Error,
+         2,
+         "holds no language",
+         {Verification, Training, Arming}},
+        // ids
+        {"NoId",
+         Replacing("<language id=\"1033\"", "<language"),
+         Severity::Error,
+         3,
+         "has no attribute id",
+         {Capabilities, Verification, Training, Arming}},
+        {"IdIsNoNumber",
+         Replacing("id=\"1033\"", "id=\"english\""),
+         Severity::Error,
+         3,
+         "is no number",
+         {Capabilities, Verification, Training, Arming}},
+        {"LaterIdIsNoNumber", Replacing("id=\"1040\"", "id=\"it-IT\""), Severity::Error, 11, "is no number", {Capabilities}},
+        {"IdIsTooLarge", Replacing("id=\"1040\"", "id=\"66569\""), Severity::Error, 11, "outside of 1 to 65535", {}},
+        {"IdIsNegative", Replacing("id=\"1040\"", "id=\"-1\""), Severity::Error, 11, "outside of 1 to 65535", {}},
+        {"IdHasATail", Replacing("id=\"1033\"", "id=\"1033abc\""), Severity::Warning, 3, "is written \"1033abc\"", {}},
+        {"IdIsHexadecimal", Replacing("id=\"1033\"", "id=\"0x409\""), Severity::Note, 3, "is written \"0x409\"", {}},
+        {"IdTwice",
+         Replacing("id=\"1040\"", "id=\"1033\""),
+         Severity::Warning,
+         11,
+         "stands a second time; the first is in line 3",
+         {}},
+        {"IdOfNoLanguage",
+         Replacing("id=\"1040\"", "id=\"65001\""),
+         Severity::Warning,
+         11,
+         "no language with the number 65001",
+         {}},
+        // quality
+        {"NoQuality", Replacing(" qualityThreshold=\"10\"", ""), Severity::Error, 3, "qualityThreshold is missing", Lookups},
+        {"QualityIsNoNumber", Replacing("qualityThreshold=\"10\"", "qualityThreshold=\"high\""), Severity::Error, 3,
+         "is no number", Lookups},
+        {"QualityIsNegative",
+         Replacing("qualityThreshold=\"10\"", "qualityThreshold=\"-5\""),
+         Severity::Error,
+         3,
+         "below 0",
+         {Verification}},
+        {"QualityHasATail",
+         Replacing("qualityThreshold=\"10\"", "qualityThreshold=\"0.5\""),
+         Severity::Warning,
+         3,
+         "is written \"0.5\"",
+         {}},
+        // elements
+        {"NoKeyphraseModel", Replacing("<keyphraseModel>kp_1033.bin</keyphraseModel>", ""), Severity::Error, 3,
+         "<keyphraseModel> is missing", Engine},
+        {"NoFirmwareModel", Replacing("<fwBlob>fw_1033.bin</fwBlob>", ""), Severity::Error, 3, "<fwBlob> is missing", {Arming}},
+        {"ElementWithoutText", Replacing(">zn_1033.bin<", "><"), Severity::Error, 6, "holds no file name", Engine},
+        {"ElementTwice",
+         Replacing("<fwBlob>fw_1033.bin</fwBlob>", "<fwBlob>fw_1033.bin</fwBlob><fwBlob>x</fwBlob>"),
+         Severity::Warning,
+         7,
+         "stands a second time",
+         {}},
+        {"ElementOfOtherCase",
+         Replacing("<fwBlob>fw_1033.bin</fwBlob>", "<FwBlob>fw_1033.bin</FwBlob>"),
+         Severity::Error,
+         3,
+         "<fwBlob> is missing",
+         {Arming}},
+        {"BlanksInAName", Replacing(">fw_1033.bin<", ">\n fw_1033.bin<"), Severity::Error, 7, "does not exist", {Arming}},
+        {"CommentInAName",
+         Replacing(">fw_1033.bin<", ">fw_1033.bin<!-- new --><"),
+         Severity::Warning,
+         7,
+         "holds more than a text",
+         {}},
+        {"UnknownElement",
+         Replacing("<fwBlob>fw_1033.bin</fwBlob>", "<fwBlob>fw_1033.bin</fwBlob><extra/>"),
+         Severity::Warning,
+         7,
+         "<extra> is no element",
+         {}},
+        {"UnknownAttribute",
+         Replacing("id=\"1033\"", "id=\"1033\" name=\"English\""),
+         Severity::Warning,
+         3,
+         "name is no attribute",
+         {}},
+        // models
+        {"KeyphraseFileMissing", Removing("kp_1033.bin"), Severity::Error, 4, "does not exist", Engine},
+        {"AcousticFileMissing", Removing("am_1033.bin"), Severity::Error, 5, "does not exist", Engine},
+        {"PopulationFileMissing", Removing("zn_1033.bin"), Severity::Error, 6, "does not exist", Engine},
+        {"FirmwareFileMissing", Removing("fw_1033.bin"), Severity::Error, 7, "does not exist", {Arming}},
+        {"AcousticFileEmpty", Writing("am_1033.bin", ""), Severity::Error, 5, "is empty", Engine},
+        {"FirmwareFileEmpty", Writing("fw_1033.bin", ""), Severity::Error, 7, "is empty", {Arming}},
+        {"AcousticFileDamaged", Writing("am_1033.bin", Damaged(InspectionSamples::AcousticModel())), Severity::Error, 5,
+         "is damaged at 0x000C, Checksum", Engine},
+        {"FirmwareFileDamaged",
+         Writing("fw_1033.bin", Damaged(InspectionSamples::FirmwareModel())),
+         Severity::Error,
+         7,
+         "is damaged at 0x000C, Checksum",
+         {}},
+        {"ModelsSwapped", Writing("zn_1033.bin", Text(InspectionSamples::AcousticModel())), Severity::Error, 6,
+         "is another kind of model: acoustic model", Engine},
+        {"FirmwareModelOfAUser",
+         Writing("fw_1033.bin", Text(InspectionSamples::UserModel())),
+         Severity::Warning,
+         7,
+         "is a user's model",
+         {}},
+        {"FirmwareModelOfAnotherEngine",
+         Writing("fw_1033.bin", "firmware 1033"),
+         Severity::Note,
+         7,
+         "is no model of the stand-in engine",
+         {}},
+        // thresholds
+        {"ThresholdMissing", Removing("pre_1033.txt"), Severity::Error, 8, "does not exist", Lookups},
+        {"UserThresholdMissing", Removing("user_1033.txt"), Severity::Error, 9, "does not exist", Lookups},
+        {"ThresholdIsNoNumber", Writing("pre_1033.txt", "abc"), Severity::Error, 1, "counts as 0", {}},
+        {"ThresholdIsEmpty", Writing("pre_1033.txt", ""), Severity::Error, 1, "counts as 0", {}},
+        {"ThresholdWithAComma", Writing("pre_1033.txt", "100,5"), Severity::Error, 1, "is 100, in the library 25600 (100).", {}},
+        {"ThresholdWithATail",
+         Writing("pre_1033.txt", "100\n\nold: 90"),
+         Severity::Warning,
+         3,
+         "is 100, in the library 25600 (100).",
+         {}},
+        {"ThresholdBelowTheScores", Writing("pre_1033.txt", "-0.5"), Severity::Error, 1, "is -0.5", {}},
+        {"ThresholdAboveTheScores", Writing("pre_1033.txt", "256"), Severity::Error, 1, "is 256", {}},
+        {"ThresholdSaturates", Writing("pre_1033.txt", "1e9"), Severity::Error, 1, "does not fit into 32 bits", {}},
+    };
+    return defects;
+}
