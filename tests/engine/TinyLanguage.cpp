@@ -18,6 +18,7 @@ using namespace velox::engine;
 /// Mel channels of the phrase's tones, and of four others.
 constexpr std::array<std::size_t, 2 * States> Channels{6, 14, 22, 30, 10, 18, 26, 34};
 using Tones = std::vector<std::size_t>;
+const Tones PhraseTones{0, 1, 2, 3};
 
 constexpr std::size_t HalfSecond = SampleRate / 2;
 constexpr std::size_t QuarterSecond = SampleRate / 4;
@@ -125,8 +126,7 @@ std::vector<float> Say(std::span<const std::size_t> tones, std::size_t before, s
 
 std::vector<float> SayPhrase(const Voice& voice, uint64_t seed)
 {
-    constexpr std::array<std::size_t, States> Order{0, 1, 2, 3};
-    return Say(Order, HalfSecond, HalfSecond, voice, seed);
+    return Say(PhraseTones, HalfSecond, HalfSecond, voice, seed);
 }
 
 std::vector<float> Whisper()
@@ -145,7 +145,7 @@ LanguageMaterial Material()
         const Voice sound{0.1 + 0.05 * static_cast<double>(voice), 0.2, 3000.0 + 400.0 * static_cast<double>(voice)};
         for (uint64_t take = 0; take < 2; ++take)
         {
-            material.takes.push_back({Say(Tones{0, 1, 2, 3}, QuarterSecond, QuarterSecond, sound, 10 * voice + take),
+            material.takes.push_back({Say(PhraseTones, QuarterSecond, QuarterSecond, sound, 10 * voice + take),
                                       "take " + std::to_string(take), "voice " + std::to_string(voice), 1.0F});
         }
     }
@@ -158,7 +158,11 @@ LanguageMaterial Material()
             Tones tones;
             for (int i = 0; i < 4; ++i)
             {
-                tones.push_back(static_cast<std::size_t>(random.Integer(2, 7)));
+                tones.push_back(static_cast<std::size_t>(random.Integer(0, 7)));
+            }
+            if (tones == PhraseTones)
+            {
+                continue;
             }
             const auto said = Say(tones, QuarterSecond, QuarterSecond, {0.2, 0.2, 3500.0}, random.Bits());
             samples.insert(samples.end(), said.begin(), said.end());
