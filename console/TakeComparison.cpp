@@ -20,93 +20,122 @@ constexpr double MostLengthRatio = 1.5;
 /// Score below the others': three factors e of the false-alarm rate.
 constexpr double MostScoreDifference = 30.0;
 
-double Median(std::vector<double> values)
+/// One take's figure beside those of the others.
+struct Comparison
 {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
+    double own = 0.0;
+    std::vector<double> others;
 
-/// The middle of one figure over all takes but one.
+    /// Whether more than half of the others differ from it: of three takes only the odd one does, of two both.
+    template <typename Predicate>
+    bool DiffersFromMost(Predicate differ) const
+    {
+        const auto differing = std::count_if(others.begin(), others.end(), [&](double other) { return differ(own, other); });
+        return 2 * differing > std::ssize(others);
+    }
+
+    double MiddleOfOthers() const
+    {
+        std::vector<double> values = others;
+        const auto middle = values.begin() + std::ssize(values) / 2;
+        std::nth_element(values.begin(), middle, values.end());
+        return *middle;
+    }
+};
+
 template <typename Figure>
-double MiddleOfOthers(std::span<const TakeFigures> takes, std::size_t but, Figure figure)
+Comparison Compare(std::span<const TakeFigures> takes, std::size_t take, Figure figure)
 {
-    std::vector<double> values;
+    Comparison comparison{figure(takes[take]), {}};
     for (std::size_t i = 0; i < takes.size(); ++i)
     {
-        if (i != but)
+        if (i != take)
         {
-            values.push_back(figure(takes[i]));
+            comparison.others.push_back(figure(takes[i]));
         }
     }
-    return Median(std::move(values));
+    return comparison;
 }
 
-std::optional<Remark> UnlikeInVoice(const TakeFigures& take, double otherTakes, std::optional<double> userThreshold)
+/// @param model  scores with a model of the other takes
+std::optional<Remark> UnlikeInVoice(const Comparison& model, std::optional<double> userThreshold)
 {
-    if (!take.likeTheOthers || !userThreshold || *take.likeTheOthers > *userThreshold || otherTakes <= *userThreshold)
+    // Two takes are each scored by a model of the other: when they differ, neither is heard.
+    const bool two = model.others.size() == 1;
+    const auto heard = [&](double score) {
+        return score > userThreshold.value_or(0.0);
+    };
+    if (!userThreshold || heard(model.own) || !(two || heard(model.MiddleOfOthers())))
     {
         return std::nullopt;
     }
     return Remark{"UnlikeInVoice",
                   fmt::format("unlike the others: a model of the other takes gives it {:.0f}, and must give more than {:g}",
-                              *take.likeTheOthers, *userThreshold),
+                              model.own, *userThreshold),
                   "Is it the same person, at the same distance? Record it again."};
 }
 
-std::optional<Remark> UnlikeInLength(double seconds, double others)
+std::optional<Remark> UnlikeInLength(const Comparison& seconds)
 {
-    if (std::max(seconds, others) <= MostLengthRatio * std::min(seconds, others))
+    const auto differ = [](double a, double b) {
+        return std::max(a, b) > MostLengthRatio * std::min(a, b);
+    };
+    if (!seconds.DiffersFromMost(differ))
     {
         return std::nullopt;
     }
     return Remark{"UnlikeInLength",
-                  fmt::format("unlike the others: the phrase takes {:.2f} s, in the others {:.2f} s", seconds, others),
+                  fmt::format("unlike the others: the phrase takes {:.2f} s, in the others {:.2f} s", seconds.own,
+                              seconds.MiddleOfOthers()),
                   "Say it at your usual pace."};
 }
 
-std::optional<Remark> UnlikeInLevel(double level, double others)
+std::optional<Remark> UnlikeInLevel(const Comparison& level)
 {
-    if (std::abs(level - others) <= MostLevelDifference)
+    if (!level.DiffersFromMost([](double own, double other) { return std::abs(own - other) > MostLevelDifference; }))
     {
         return std::nullopt;
     }
-    return Remark{"UnlikeInLevel",
-                  fmt::format("unlike the others: the speech has {:.0f} dB, in the others {:.0f} dB", level, others),
-                  "Keep the distance and the recording level the same."};
+    return Remark{
+        "UnlikeInLevel",
+        fmt::format("unlike the others: the speech has {:.0f} dB, in the others {:.0f} dB", level.own, level.MiddleOfOthers()),
+        "Keep the distance and the recording level the same."};
 }
 
-std::optional<Remark> UnlikeInScore(double score, double others)
+std::optional<Remark> UnlikeInScore(const Comparison& score)
 {
-    if (others - score <= MostScoreDifference)
+    if (!score.DiffersFromMost([](double own, double other) { return other - own > MostScoreDifference; }))
     {
         return std::nullopt;
     }
-    return Remark{"UnlikeInScore", fmt::format("unlike the others: it scores {:.0f}, the others {:.0f}", score, others),
+    return Remark{"UnlikeInScore",
+                  fmt::format("unlike the others: it scores {:.0f}, the others {:.0f}", score.own, score.MiddleOfOthers()),
                   "Say the phrase more clearly."};
 }
 
+/// The first difference that holds.
 std::optional<Remark> Difference(std::span<const TakeFigures> takes, std::size_t i, std::optional<double> userThreshold)
 {
-    const TakeFigures& take = takes[i];
-    const auto others = [&](auto figure) {
-        return MiddleOfOthers(takes, i, figure);
+    const auto compare = [&](auto figure) {
+        return Compare(takes, i, figure);
     };
-    const double alike = others([](const TakeFigures& other) { return other.likeTheOthers.value_or(0.0); });
-    // With two takes each is scored by a model of the other: neither stands for the majority.
-    if (auto remark = UnlikeInVoice(take, takes.size() > 2 ? alike : HUGE_VAL, userThreshold))
+    if (takes[i].likeTheOthers)
+    {
+        const auto model = compare([](const TakeFigures& take) { return take.likeTheOthers.value_or(0.0); });
+        if (auto remark = UnlikeInVoice(model, userThreshold))
+        {
+            return remark;
+        }
+    }
+    if (auto remark = UnlikeInLength(compare([](const TakeFigures& take) { return take.seconds; })))
     {
         return remark;
     }
-    if (auto remark = UnlikeInLength(take.seconds, others([](const TakeFigures& other) { return other.seconds; })))
+    if (auto remark = UnlikeInLevel(compare([](const TakeFigures& take) { return take.level; })))
     {
         return remark;
     }
-    if (auto remark = UnlikeInLevel(take.level, others([](const TakeFigures& other) { return other.level; })))
-    {
-        return remark;
-    }
-    return UnlikeInScore(take.score, others([](const TakeFigures& other) { return other.score; }));
+    return UnlikeInScore(compare([](const TakeFigures& take) { return take.score; }));
 }
 
 } // namespace

@@ -9,7 +9,7 @@ using namespace velox::console;
 namespace
 {
 
-Outcome Run(const Command& command)
+Outcome OutcomeFor(const Command& command)
 {
     const velox::console::Style style(false);
     velox::console::Progress progress(nullptr);
@@ -22,7 +22,7 @@ Outcome Run(const Command& command)
 
 TEST(RunCommand, HandsTheOutcomeOn)
 {
-    const Outcome outcome = Run([](Context&) { return Outcome{ExitCode::Refused, "No.", "text\n"}; });
+    const Outcome outcome = OutcomeFor([](Context&) { return Outcome{ExitCode::Refused, "No.", "text\n"}; });
     EXPECT_EQ(outcome.exitCode, ExitCode::Refused);
     EXPECT_EQ(outcome.verdict, "No.");
     EXPECT_FALSE(outcome.error.has_value());
@@ -30,7 +30,7 @@ TEST(RunCommand, HandsTheOutcomeOn)
 
 TEST(RunCommand, AFailureBecomesAnOutcomeWithAnError)
 {
-    const Outcome outcome = Run([](Context&) -> Outcome { throw CommandFailure(ExitCode::BadInput, "Bad.", "Mend it."); });
+    const Outcome outcome = OutcomeFor([](Context&) -> Outcome { throw CommandFailure(ExitCode::BadInput, "Bad.", "Mend it."); });
     EXPECT_EQ(outcome.exitCode, ExitCode::BadInput);
     ASSERT_TRUE(outcome.error.has_value());
     EXPECT_EQ(outcome.error->message, "Bad.");
@@ -39,13 +39,13 @@ TEST(RunCommand, AFailureBecomesAnOutcomeWithAnError)
 
 TEST(RunCommand, UnknownExceptionsBecomeClearErrors)
 {
-    const Outcome standard = Run([](Context&) -> Outcome { throw std::out_of_range("somewhere"); });
+    const Outcome standard = OutcomeFor([](Context&) -> Outcome { throw std::out_of_range("somewhere"); });
     EXPECT_EQ(standard.exitCode, ExitCode::LibraryFailure);
     EXPECT_EQ(standard.error.value().message, "Something unforeseen happened: somewhere");
-    const Outcome other = Run([](Context&) -> Outcome { throw 1; });
+    const Outcome other = OutcomeFor([](Context&) -> Outcome { throw 1; });
     EXPECT_EQ(other.exitCode, ExitCode::LibraryFailure);
     EXPECT_FALSE(other.error.value().fix.empty());
-    const Outcome memory = Run([](Context&) -> Outcome { throw std::bad_alloc(); });
+    const Outcome memory = OutcomeFor([](Context&) -> Outcome { throw std::bad_alloc(); });
     EXPECT_EQ(memory.error.value().message, "Memory ran out.");
 }
 
