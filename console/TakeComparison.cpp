@@ -153,7 +153,7 @@ std::vector<std::optional<Remark>> FindOutliers(std::span<const TakeFigures> tak
 double ScoreWith(const engine::PhraseModel& model, std::span<const float> take)
 {
     const engine::TakeReview review = engine::ReviewTake(&model, take);
-    return review.phrase ? double{review.phrase->score} : 0.0;
+    return review.phrase ? static_cast<double>(review.phrase->score) : 0.0;
 }
 
 std::vector<std::optional<double>> ScoreAgainstOthers(std::span<const Audio* const> takes, const engine::AcousticModel& acoustic,

@@ -54,7 +54,7 @@ double Power(std::span<const float> samples)
     double sum = 0.0;
     for (const float sample : samples)
     {
-        sum += double{sample} * double{sample};
+        sum += static_cast<double>(sample * sample);
     }
     return sum / static_cast<double>(samples.size());
 }
