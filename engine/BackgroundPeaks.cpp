@@ -52,6 +52,7 @@ std::vector<PhrasePlace> FindBackgroundPeaks(const PhraseModel& model, const std
 BackgroundTail MeasureTail(const std::vector<PhrasePlace>& peaks)
 {
     std::vector<float> maxima;
+    maxima.reserve(peaks.size());
     for (const PhrasePlace& peak : peaks)
     {
         maxima.push_back(peak.score);

@@ -37,7 +37,7 @@ bool StreamingNetwork::PushLayer(const NetworkLayer& layer, const float* input, 
     {
         return false;
     }
-    for (int k = 0; k < layer.kernel; ++k)
+    for (Eigen::Index k = 0; k < layer.kernel; ++k)
     {
         state->gathered.segment(k * layer.Inputs(), layer.Inputs()) = state->ring.col((state->next + k * layer.dilation) % span);
     }

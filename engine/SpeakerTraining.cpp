@@ -30,6 +30,7 @@ GenericSpeakers TrainGenericPart(const PhrasePlaces& places, std::size_t states,
     AddFrames(places.takes, 1.0F, &frames);
     AddFrames(places.copies, SpeakerModel::CopyShare, &frames);
     std::vector<Eigen::MatrixXf> parts;
+    parts.reserve(frames.size());
     for (const PhraseFrames& one : frames)
     {
         parts.push_back(one.frames);

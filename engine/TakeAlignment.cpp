@@ -18,6 +18,7 @@ constexpr Eigen::Index FramesPerComponent = 20;
 GaussianMixture TrainAlignmentMixture(const std::vector<PreparedTake>& takes, uint64_t seed)
 {
     std::vector<Eigen::MatrixXf> parts;
+    parts.reserve(takes.size());
     for (const PreparedTake& take : takes)
     {
         parts.push_back(UtteranceCepstra(take.PhraseLogMel()));
