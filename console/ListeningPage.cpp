@@ -88,6 +88,9 @@ ReportRecording Recording(const HeardFile& file)
                     heard.nearMisses.size(), heard.nearMisses.size() == 1 ? "" : "es");
     recording.wave = file.wave;
     recording.marks = Marks(heard);
+    recording.quality = file.curves.quality;
+    recording.score = file.curves.score;
+    recording.threshold = Score(heard.threshold);
     return recording;
 }
 

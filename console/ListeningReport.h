@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Listening.h"
+#include "ListeningCurves.h"
 #include "Outcome.h"
 #include "ReportPage.h"
 #include "Style.h"
@@ -19,6 +20,7 @@ struct HeardFile
     Heard heard;
     std::vector<std::string> savedBlocks{}; ///< a file for each detection; empty when none were saved
     std::vector<SampleRange> wave{};        ///< for a report page
+    ListeningCurves curves{};               ///< for a report page
 };
 
 /// What listen was asked for, besides the audio.

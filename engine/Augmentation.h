@@ -39,9 +39,9 @@ struct NoisePlan
 /// 2015; rooms: Ko et al. 2017; warp: Jaitly and Hinton, "Vocal tract length perturbation improves speech recognition", 2013).
 struct AugmentationPlan
 {
-    double speed = 1.0;   ///< above 1 is faster; pitch goes with it
-    double warp = 1.0;    ///< for the MelFilterbank that the copy is analysed with
-    double tilt = 0.0;    ///< a in 1 + a / z
+    double speed = 1.0; ///< above 1 is faster; pitch goes with it
+    double warp = 1.0;  ///< for the MelFilterbank that the copy is analysed with
+    double tilt = 0.0;  ///< a in 1 + a / z
     std::optional<Band> band;
     std::optional<Room> room;
     std::optional<NoisePlan> noise;

@@ -10,8 +10,8 @@ namespace velox::engine
 namespace
 {
 
-/// How much lower, in the decoder's score, the background scores that the network learned from: 0.2 to 0.4 were measured, and more
-/// where two of the training's languages were left out.
+/// How much lower, in the decoder's score, the background scores that the network learned from: 0.2 to 0.4 were measured, and
+/// more where two of the training's languages were left out.
 constexpr float UnheardShift = 0.3F;
 
 /// The background as a listener hears it: short recordings are joined, since a block of the tail is longer than some.

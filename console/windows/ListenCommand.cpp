@@ -122,6 +122,14 @@ void SaveBlocks(const std::filesystem::path& folder, std::vector<HeardFile>* fil
     }
 }
 
+/// @param setup  with a pattern that the simulator has accepted
+ListeningCurves Curves(const ListeningSetup& setup, std::span<const float> samples)
+{
+    firmware::DspPattern pattern;
+    const bool refused = firmware::ReadPattern(setup.pattern, setup.detector, &pattern).has_value();
+    return refused ? ListeningCurves{} : CurvesOf(pattern.model, samples);
+}
+
 Outcome Listen(const ListenOptions& options, Context& context)
 {
     const std::vector<uint8_t> pattern = ReadWhole(PathFromUtf8(options.pattern));
@@ -143,7 +151,8 @@ Outcome Listen(const ListenOptions& options, Context& context)
                          audio.conversion,
                          HearRecording(setup, audio.samples, parse, [&](double share) { context.progress.Update(share); }),
                          {},
-                         WaveOf(audio.samples)});
+                         WaveOf(audio.samples),
+                         options.report.empty() ? ListeningCurves{} : Curves(setup, audio.samples)});
     }
     if (!options.saveResults.empty())
     {

@@ -28,6 +28,8 @@ HeardFile Evening()
     file.name = "evening.wav";
     file.conversion = "converted from 8 kHz mono";
     file.wave = {{-0.5F, 0.5F}};
+    file.curves.quality.values = {3.0F, 20.0F};
+    file.curves.score.values = {0.0F, 104.0F};
     file.heard.seconds = 60.0;
     file.heard.threshold = 100 * 256;
     HeardDetection detection;
@@ -67,6 +69,9 @@ TEST(ListeningPage, MarksWhatWasHeard)
     EXPECT_EQ(recording.verdict, "1 detection, 1 near miss");
     EXPECT_EQ(recording.conversion, "converted from 8 kHz mono");
     EXPECT_THAT(recording.wave, SizeIs(1));
+    EXPECT_THAT(recording.quality.values, ElementsAre(3.0F, 20.0F));
+    EXPECT_THAT(recording.score.values, ElementsAre(0.0F, 104.0F));
+    EXPECT_EQ(recording.threshold, 100.0);
     ASSERT_THAT(recording.marks, SizeIs(2));
     EXPECT_EQ(recording.marks[0].kind, ReportMark::Kind::Phrase);
     EXPECT_EQ(recording.marks[0].begin, 1.0);
