@@ -1,5 +1,7 @@
 #include "EngineSession.h"
 
+#include "Endpointing.h"
+
 #include "BlobDamage.h"
 #include "Signals.h"
 #include "TinyLanguage.h"
