@@ -15,6 +15,9 @@ inline constexpr std::size_t States = 4;
 inline constexpr int ToneFrames = 15;
 inline constexpr std::size_t ToneSamples = ToneFrames * velox::engine::FrameSize;
 inline constexpr std::size_t PhraseSamples = States * ToneSamples;
+/// How near to the tones a place is told, in samples: the tones' model has no padding around its phrase, so that a start comes
+/// out late by what is taken off for it.
+inline constexpr double PlaceTolerance = 960.0;
 /// Noise under every recording, so that silence is not digital zero.
 inline constexpr double NoiseAmplitude = 0.003;
 
