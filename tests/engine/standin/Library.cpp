@@ -1,12 +1,11 @@
 // The library's own path through the engine DLL: a language's models are written to disk, configured, and used.
+#include "PlatformObjects.h"
 #include "RecordingLogger.h"
 #include "TestConfiguration.h"
 #include "TinyLanguage.h"
 #include "VeloxHwKwsImpl.h"
 
 #include <gmock/gmock.h>
-
-#include <mfapi.h>
 
 #include <algorithm>
 #include <array>
@@ -15,41 +14,11 @@ namespace
 {
 
 using namespace KeywordDetectorAdapterImplementation;
+using namespace PlatformObjects;
 using Tones = std::vector<std::size_t>;
 
 constexpr uint16_t Language = 1033;
 constexpr std::size_t HalfSecond = 8000;
-
-template <typename Interface>
-struct Release
-{
-    void operator()(Interface* object) const
-    {
-        object->Release();
-    }
-};
-template <typename Interface>
-using Owned = std::unique_ptr<Interface, Release<Interface>>;
-
-Owned<IMFMediaBuffer> Recording(const std::vector<float>& samples)
-{
-    const auto size = static_cast<DWORD>(samples.size() * sizeof(float));
-    IMFMediaBuffer* buffer = nullptr;
-    EXPECT_EQ(MFCreateMemoryBuffer(size, &buffer), S_OK);
-    BYTE* data = nullptr;
-    EXPECT_EQ(buffer->Lock(&data, nullptr, nullptr), S_OK);
-    std::copy_n(reinterpret_cast<const BYTE*>(samples.data()), size, data);
-    buffer->Unlock();
-    buffer->SetCurrentLength(size);
-    return Owned<IMFMediaBuffer>(buffer);
-}
-
-Owned<IStream> NewStream()
-{
-    IStream* stream = nullptr;
-    EXPECT_EQ(CreateStreamOnHGlobal(nullptr, TRUE, &stream), S_OK);
-    return Owned<IStream>(stream);
-}
 
 std::string_view Text(const std::vector<uint8_t>& bytes)
 {

@@ -1,14 +1,13 @@
 // The whole way, through the library and the engine's DLL: a user is enrolled, the simulator armed, audio heard, and what the
 // simulator reports is parsed by the library.
 #include "DspSimulator.h"
+#include "PlatformObjects.h"
 #include "RecordingLogger.h"
 #include "TestConfiguration.h"
 #include "TinyLanguage.h"
 #include "VeloxHwKwsImpl.h"
 
 #include <gmock/gmock.h>
-
-#include <mfapi.h>
 
 #include <algorithm>
 #include <array>
@@ -18,43 +17,13 @@ namespace
 {
 
 using namespace KeywordDetectorAdapterImplementation;
+using namespace PlatformObjects;
 using namespace velox::firmware;
 using Bytes = std::vector<uint8_t>;
 
 constexpr uint16_t Language = 1033;
 constexpr GUID DetectorGuid{0x00112233, 0x4455, 0x6677, {0x88, 0x99, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE, 0xFF}};
 const TinyLanguage::Voice User{0.15, 0.4, 3300.0};
-
-template <typename Interface>
-struct Release
-{
-    void operator()(Interface* object) const
-    {
-        object->Release();
-    }
-};
-template <typename Interface>
-using Owned = std::unique_ptr<Interface, Release<Interface>>;
-
-Owned<IMFMediaBuffer> Recording(const std::vector<float>& samples)
-{
-    const auto size = static_cast<DWORD>(samples.size() * sizeof(float));
-    IMFMediaBuffer* buffer = nullptr;
-    EXPECT_EQ(MFCreateMemoryBuffer(size, &buffer), S_OK);
-    BYTE* data = nullptr;
-    EXPECT_EQ(buffer->Lock(&data, nullptr, nullptr), S_OK);
-    std::memcpy(data, samples.data(), size);
-    buffer->Unlock();
-    buffer->SetCurrentLength(size);
-    return Owned<IMFMediaBuffer>(buffer);
-}
-
-Owned<IStream> NewStream()
-{
-    IStream* stream = nullptr;
-    EXPECT_EQ(CreateStreamOnHGlobal(nullptr, TRUE, &stream), S_OK);
-    return Owned<IStream>(stream);
-}
 
 std::string Text(const Bytes& bytes)
 {
