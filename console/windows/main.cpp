@@ -51,6 +51,7 @@ void DeclareGlobalOptions(CLI::App* app, GlobalOptions* options)
     app->add_flag("--verbose", options->verbose, "Show every log line of the library on the standard error stream");
     app->add_option("--log-file", options->logFile, "Add every log line of the library to this file")->type_name("FILE");
     app->set_version_flag("--version", "velox-kws " VELOX_VERSION);
+    app->allow_windows_style_options(false); // /recordings/a.wav is a file
     app->require_subcommand(1);
     app->fallthrough();
 }

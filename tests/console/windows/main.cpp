@@ -45,6 +45,13 @@ TEST(main, AWrongCommandLineIsAUsageError)
     }
 }
 
+TEST(main, ANameThatBeginsWithASlashIsAFileAndNoOption)
+{
+    const ProgramRun run = RunVeloxKws({"inspect", "/no such file"});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_THAT(run.errors, testing::HasSubstr("no such file"));
+}
+
 TEST(main, AWrongCommandLineWithJsonGivesADocument)
 {
     const ProgramRun run = RunVeloxKws({"arm", "--json"});
