@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Endpointing.h"
 #include "LanguageTrainer.h"
 
 #include <cstdint>
@@ -15,9 +16,9 @@ inline constexpr std::size_t States = 4;
 inline constexpr int ToneFrames = 15;
 inline constexpr std::size_t ToneSamples = ToneFrames * velox::engine::FrameSize;
 inline constexpr std::size_t PhraseSamples = States * ToneSamples;
-/// How near to the tones a place is told, in samples: the tones' model has no padding around its phrase, so that a start comes
-/// out late by what is taken off for it.
-inline constexpr double PlaceTolerance = 960.0;
+/// How much later than its first tone a phrase is told to start, in samples: the padding of a learned phrase is taken off, which
+/// the tones' model does not have.
+inline constexpr std::size_t StartPadding = velox::engine::EndpointPadding * velox::engine::FrameSize;
 /// Noise under every recording, so that silence is not digital zero.
 inline constexpr double NoiseAmplitude = 0.003;
 
