@@ -1,11 +1,11 @@
-#include "ArmingPattern.h"
+#include "library/adapter/ArmingPattern.h"
 
-#include "Floors.h"
-#include "Measurement.h"
-#include "ScriptedStream.h"
-#include "SilentLogger.h"
-#include "TestConfiguration.h"
-#include "VeloxKeywordDetectorAdapterImpl.h"
+#include "benchmarks/Floors.h"
+#include "benchmarks/Measurement.h"
+#include "benchmarks/SilentLogger.h"
+#include "library/adapter/VeloxKeywordDetectorAdapterImpl.h"
+#include "tests/support/ScriptedStream.h"
+#include "tests/support/TestConfiguration.h"
 
 #include <cstring>
 #include <stdexcept>

@@ -1,4 +1,4 @@
-#include "Floors.h"
+#include "benchmarks/Floors.h"
 
 #include <tinyxml2.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TestConfiguration.h"
+#include "tests/support/TestConfiguration.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,5 +1,5 @@
 // A keyword engine that does nothing: what is measured over it is the library's own work.
-#include "VeloxWovSDK.h"
+#include "library/wovwrapper/VeloxWovSDK.h"
 
 uint32_t VWoVSetAttribute(uint32_t /*attributeId*/, const char* /*value*/)
 {

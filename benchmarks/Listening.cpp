@@ -1,8 +1,8 @@
-#include "Cepstrum.h"
-#include "DspSimulator.h"
-#include "Measurement.h"
-#include "RandomStream.h"
-#include "TrainingNetwork.h"
+#include "benchmarks/Measurement.h"
+#include "engine/base/RandomStream.h"
+#include "engine/sound/Cepstrum.h"
+#include "engine/training/TrainingNetwork.h"
+#include "firmware/DspSimulator.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,6 +1,6 @@
-#include "Measurement.h"
+#include "benchmarks/Measurement.h"
 
-#include "RatioReporter.h"
+#include "benchmarks/RatioReporter.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,9 +1,9 @@
-#include "ConfigurationReader.h"
-#include "Floors.h"
-#include "Measurement.h"
-#include "PrivateAccess.h"
-#include "SilentLogger.h"
-#include "TestConfiguration.h"
+#include "benchmarks/Floors.h"
+#include "benchmarks/Measurement.h"
+#include "benchmarks/SilentLogger.h"
+#include "library/configuration/ConfigurationReader.h"
+#include "tests/support/PrivateAccess.h"
+#include "tests/support/TestConfiguration.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,6 +1,6 @@
-#include "SampleConversion.h"
+#include "library/wovwrapper/SampleConversion.h"
 
-#include "Measurement.h"
+#include "benchmarks/Measurement.h"
 
 #include <benchmark/benchmark.h>
 #include <samplerate.h>

@@ -1,12 +1,12 @@
-#include "Floors.h"
-#include "Measurement.h"
-#include "SampleConversion.h"
-#include "ScriptedRecording.h"
-#include "SilentLogger.h"
-#include "TestConfiguration.h"
-#include "VeloxKeywordDetectorAdapterImpl.h"
-#include "VeloxWovSDK.h"
-#include "VeloxWovWrapper.h"
+#include "benchmarks/Floors.h"
+#include "benchmarks/Measurement.h"
+#include "benchmarks/SilentLogger.h"
+#include "library/adapter/VeloxKeywordDetectorAdapterImpl.h"
+#include "library/wovwrapper/SampleConversion.h"
+#include "library/wovwrapper/VeloxWovSDK.h"
+#include "library/wovwrapper/VeloxWovWrapper.h"
+#include "tests/support/ScriptedRecording.h"
+#include "tests/support/TestConfiguration.h"
 
 #include <algorithm>
 #include <array>

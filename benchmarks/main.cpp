@@ -1,5 +1,5 @@
-#include "Measurement.h"
-#include "RatioReporter.h"
+#include "benchmarks/Measurement.h"
+#include "benchmarks/RatioReporter.h"
 
 #include <benchmark/benchmark.h>
 

@@ -2,7 +2,7 @@
 # the tests bring an engine of their own.
 add_library(velox_wov_sdk INTERFACE)
 if(WIN32)
-    set(definition ${PROJECT_SOURCE_DIR}/wovwrapper/VeloxWovSDK.def)
+    set(definition ${PROJECT_SOURCE_DIR}/library/wovwrapper/VeloxWovSDK.def)
     if(MSVC)
         set(import_library ${PROJECT_BINARY_DIR}/VeloxWovSDK.lib)
         set(command ${CMAKE_AR} /nologo /machine:x64 /def:${definition} /out:${import_library})

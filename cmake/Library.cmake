@@ -6,7 +6,7 @@ add_library(VeloxHwKwsImpl SHARED ${PROJECT_BINARY_DIR}/version.rc)
 target_link_libraries(VeloxHwKwsImpl PRIVATE velox_hwkws)
 set_target_properties(VeloxHwKwsImpl PROPERTIES PREFIX "" EXPORT_NAME HwKwsImpl LINKER_LANGUAGE CXX)
 target_include_directories(VeloxHwKwsImpl INTERFACE
-    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/library/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 target_compile_features(VeloxHwKwsImpl INTERFACE cxx_std_20)
 add_library(Velox::HwKwsImpl ALIAS VeloxHwKwsImpl)
 
@@ -28,7 +28,7 @@ include(CMakePackageConfigHelpers)
 install(TARGETS VeloxHwKwsImpl EXPORT VeloxHwKwsImplTargets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(FILES ${VELOX_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/library/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/VeloxHwKwsImpl)
 install(EXPORT VeloxHwKwsImplTargets NAMESPACE Velox:: FILE VeloxHwKwsImplConfig.cmake DESTINATION ${package_dir})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/VeloxHwKwsImplConfigVersion.cmake COMPATIBILITY SameMajorVersion)

@@ -1,4 +1,4 @@
-#include "JsonDocument.h"
+#include "console/JsonDocument.h"
 
 namespace velox::console
 {

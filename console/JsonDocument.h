@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Outcome.h"
+#include "console/text/Outcome.h"
 
 #include <string>
 #include <string_view>

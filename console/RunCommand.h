@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Command.h"
+#include "console/text/Command.h"
 
 #include <iosfwd>
 

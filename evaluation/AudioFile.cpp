@@ -1,7 +1,7 @@
-#include "AudioFile.h"
+#include "evaluation/AudioFile.h"
 
-#include "AudioFormat.h"
-#include "SpeedChange.h"
+#include "engine/base/AudioFormat.h"
+#include "engine/enrollment/SpeedChange.h"
 
 #include <sndfile.h>
 

@@ -1,7 +1,7 @@
-#include "Comparison.h"
+#include "evaluation/Comparison.h"
 
-#include "AudioFile.h"
-#include "Listening.h"
+#include "evaluation/AudioFile.h"
+#include "evaluation/Listening.h"
 
 #include <algorithm>
 #include <ctime>

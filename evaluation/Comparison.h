@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Trial.h"
+#include "evaluation/Trial.h"
 
 #include <string>
 

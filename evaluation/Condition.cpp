@@ -1,10 +1,10 @@
-#include "Condition.h"
+#include "evaluation/Condition.h"
 
-#include "AudioFormat.h"
-#include "FastConvolution.h"
-#include "RandomStream.h"
-#include "Room.h"
-#include "TimeStretch.h"
+#include "engine/base/AudioFormat.h"
+#include "engine/base/RandomStream.h"
+#include "engine/enrollment/Room.h"
+#include "engine/sound/FastConvolution.h"
+#include "evaluation/TimeStretch.h"
 
 #include <algorithm>
 #include <array>

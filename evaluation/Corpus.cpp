@@ -1,7 +1,7 @@
-#include "Corpus.h"
+#include "evaluation/Corpus.h"
 
-#include "AudioFile.h"
-#include "AudioFormat.h"
+#include "engine/base/AudioFormat.h"
+#include "evaluation/AudioFile.h"
 
 #include <fstream>
 #include <sstream>

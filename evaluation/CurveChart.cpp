@@ -1,6 +1,6 @@
-#include "CurveChart.h"
+#include "evaluation/CurveChart.h"
 
-#include "Format.h"
+#include "evaluation/Format.h"
 
 #include <algorithm>
 #include <array>

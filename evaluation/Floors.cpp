@@ -1,6 +1,6 @@
-#include "Floors.h"
+#include "evaluation/Floors.h"
 
-#include "Format.h"
+#include "evaluation/Format.h"
 
 namespace velox::evaluation
 {

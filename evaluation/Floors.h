@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Report.h"
+#include "evaluation/Report.h"
 
 #include <string>
 #include <vector>

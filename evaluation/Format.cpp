@@ -1,4 +1,4 @@
-#include "Format.h"
+#include "evaluation/Format.h"
 
 #include <iomanip>
 #include <sstream>

@@ -1,4 +1,4 @@
-#include "Trial.h"
+#include "evaluation/Trial.h"
 
 #include <chrono>
 #include <stdexcept>

@@ -1,4 +1,4 @@
-#include "Listening.h"
+#include "evaluation/Listening.h"
 
 #include <algorithm>
 #include <array>

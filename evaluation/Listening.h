@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Condition.h"
-#include "Corpus.h"
-#include "PhraseDetector.h"
-#include "WorkerPool.h"
+#include "engine/base/WorkerPool.h"
+#include "engine/listening/PhraseDetector.h"
+#include "evaluation/Condition.h"
+#include "evaluation/Corpus.h"
 
 #include <optional>
 #include <span>

@@ -1,7 +1,7 @@
-#include "Enrollment.h"
-#include "Format.h"
-#include "Listening.h"
-#include "Trial.h"
+#include "engine/enrollment/Enrollment.h"
+#include "evaluation/Format.h"
+#include "evaluation/Listening.h"
+#include "evaluation/Trial.h"
 
 #include <map>
 #include <stdexcept>

@@ -1,6 +1,6 @@
-#include "Format.h"
-#include "Listening.h"
-#include "Trial.h"
+#include "evaluation/Format.h"
+#include "evaluation/Listening.h"
+#include "evaluation/Trial.h"
 
 #include <map>
 

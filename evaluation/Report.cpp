@@ -1,6 +1,6 @@
-#include "Report.h"
+#include "evaluation/Report.h"
 
-#include "Format.h"
+#include "evaluation/Format.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
-#include "Listening.h"
-#include "Trial.h"
+#include "evaluation/Listening.h"
+#include "evaluation/Trial.h"
 
 #include <algorithm>
 #include <chrono>

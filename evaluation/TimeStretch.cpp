@@ -1,4 +1,4 @@
-#include "TimeStretch.h"
+#include "evaluation/TimeStretch.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "AcousticModel.h"
-#include "Corpus.h"
-#include "CurveChart.h"
-#include "LanguageTrainer.h"
-#include "Report.h"
-#include "WorkerPool.h"
+#include "engine/base/WorkerPool.h"
+#include "engine/models/AcousticModel.h"
+#include "engine/training/LanguageTrainer.h"
+#include "evaluation/Corpus.h"
+#include "evaluation/CurveChart.h"
+#include "evaluation/Report.h"
 
 namespace velox::evaluation
 {

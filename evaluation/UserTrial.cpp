@@ -1,6 +1,6 @@
-#include "Enrollment.h"
-#include "Listening.h"
-#include "Trial.h"
+#include "engine/enrollment/Enrollment.h"
+#include "evaluation/Listening.h"
+#include "evaluation/Trial.h"
 
 #include <chrono>
 #include <iostream>

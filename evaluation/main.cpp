@@ -1,10 +1,10 @@
 // velox_evaluate CORPUS RESULTS SPLIT SEEDS [floors]: trains each phrase of the corpus with seeds 1 to SEEDS and judges it on
 // SPLIT (dev or test). Writes RESULTS/table.md, RESULTS/notes.txt, RESULTS/curves-PHRASE-SEED.svg, and RESULTS/comparison for the
 // comparison with another recogniser. With "floors" it fails when a figure is worse than its floor.
-#include "Comparison.h"
-#include "Corpus.h"
-#include "Floors.h"
-#include "Trial.h"
+#include "evaluation/Comparison.h"
+#include "evaluation/Corpus.h"
+#include "evaluation/Floors.h"
+#include "evaluation/Trial.h"
 
 #include <filesystem>
 #include <fstream>

@@ -1,7 +1,7 @@
-#include "DspPattern.h"
+#include "firmware/DspPattern.h"
 
-#include "LittleEndian.h"
-#include "ScoreScale.h"
+#include "engine/models/ScoreScale.h"
+#include "firmware/LittleEndian.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "DetectorId.h"
-#include "PatternRefusal.h"
-#include "PhraseModel.h"
+#include "engine/models/PhraseModel.h"
+#include "firmware/DetectorId.h"
+#include "firmware/PatternRefusal.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "DspSimulator.h"
+#include "firmware/DspSimulator.h"
 
 #include <algorithm>
 #include <cmath>

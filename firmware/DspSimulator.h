@@ -1,10 +1,10 @@
 #pragma once
 
-#include "DspPattern.h"
-#include "Fault.h"
-#include "PerformanceCounter.h"
-#include "PhraseDetector.h"
-#include "ResultBlock.h"
+#include "engine/listening/PhraseDetector.h"
+#include "firmware/DspPattern.h"
+#include "firmware/Fault.h"
+#include "firmware/PerformanceCounter.h"
+#include "firmware/ResultBlock.h"
 
 #include <array>
 #include <cstdint>

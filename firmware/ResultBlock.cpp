@@ -1,6 +1,6 @@
-#include "ResultBlock.h"
+#include "firmware/ResultBlock.h"
 
-#include "LittleEndian.h"
+#include "firmware/LittleEndian.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "DetectorId.h"
-#include "Fault.h"
+#include "firmware/DetectorId.h"
+#include "firmware/Fault.h"
 
 #include <array>
 #include <cstdint>

@@ -1,8 +1,8 @@
 // The fifteen functions in any order, with any arguments that a pointer can be checked for. Each call is one byte and its
 // argument the next.
-#include "EngineErrors.h"
-#include "TinyLanguage.h"
-#include "VeloxWovSDK.h"
+#include "engine/base/EngineErrors.h"
+#include "library/wovwrapper/VeloxWovSDK.h"
+#include "tests/engine/support/TinyLanguage.h"
 
 #include <array>
 #include <cstdlib>

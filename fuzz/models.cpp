@@ -1,8 +1,8 @@
 // Models as bytes from anywhere. The input is made into a block of its own size whose header's length and checksum are right,
 // since a reader can find out everything but a header that promises more than there is; what is read is used.
-#include "Blob.h"
-#include "EngineSession.h"
-#include "TinyLanguage.h"
+#include "engine/api/EngineSession.h"
+#include "engine/models/Blob.h"
+#include "tests/engine/support/TinyLanguage.h"
 
 #include <array>
 

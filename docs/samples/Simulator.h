@@ -1,6 +1,6 @@
 #pragma once
 
-#include "DspSimulator.h"
+#include "firmware/DspSimulator.h"
 
 #include <functional>
 #include <span>

@@ -1,7 +1,7 @@
-#include "VeloxWovSDK.h"
+#include "library/wovwrapper/VeloxWovSDK.h"
 
-#include "EngineErrors.h"
-#include "SessionTable.h"
+#include "engine/api/SessionTable.h"
+#include "engine/base/EngineErrors.h"
 
 #include <new>
 

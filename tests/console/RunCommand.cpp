@@ -1,4 +1,4 @@
-#include "RunCommand.h"
+#include "console/RunCommand.h"
 
 #include <gtest/gtest.h>
 

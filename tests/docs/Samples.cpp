@@ -1,9 +1,9 @@
-#include "../../docs/samples/Arming.h"
-#include "ConfigurationReader.h"
-#include "EnrollmentParameters.h"
-#include "RecordingLogger.h"
-#include "ScriptedStream.h"
-#include "TestConfiguration.h"
+#include "docs/samples/Arming.h"
+#include "library/configuration/ConfigurationReader.h"
+#include "library/configuration/EnrollmentParameters.h"
+#include "tests/support/RecordingLogger.h"
+#include "tests/support/ScriptedStream.h"
+#include "tests/support/TestConfiguration.h"
 
 #include <gmock/gmock.h>
 

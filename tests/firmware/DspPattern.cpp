@@ -1,8 +1,8 @@
-#include "DspPattern.h"
+#include "firmware/DspPattern.h"
 
-#include "BlobDamage.h"
-#include "HandMadePattern.h"
-#include "TinyLanguage.h"
+#include "tests/engine/support/BlobDamage.h"
+#include "tests/engine/support/TinyLanguage.h"
+#include "tests/firmware/support/HandMadePattern.h"
 
 #include <gmock/gmock.h>
 

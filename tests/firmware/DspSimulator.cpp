@@ -1,8 +1,8 @@
-#include "DspSimulator.h"
+#include "firmware/DspSimulator.h"
 
-#include "../../docs/samples/Simulator.h"
-#include "HandMadePattern.h"
-#include "TinyLanguage.h"
+#include "docs/samples/Simulator.h"
+#include "tests/engine/support/TinyLanguage.h"
+#include "tests/firmware/support/HandMadePattern.h"
 
 #include <gmock/gmock.h>
 

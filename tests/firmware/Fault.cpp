@@ -1,4 +1,4 @@
-#include "Fault.h"
+#include "firmware/Fault.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "PatternRefusal.h"
+#include "firmware/PatternRefusal.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "PerformanceCounter.h"
+#include "firmware/PerformanceCounter.h"
 
 #include <gtest/gtest.h>
 

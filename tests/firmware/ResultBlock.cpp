@@ -1,6 +1,6 @@
-#include "ResultBlock.h"
+#include "firmware/ResultBlock.h"
 
-#include "HandMadePattern.h"
+#include "tests/firmware/support/HandMadePattern.h"
 
 #include <gmock/gmock.h>
 

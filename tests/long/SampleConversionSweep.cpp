@@ -1,8 +1,8 @@
 // Compares both ways of converting samples with the oracle, for all 2^32 patterns of a float. Not part of the default run:
 //
 //     ctest --test-dir build/PRESET -C Long -R long/ --verbose
-#include "SampleConversion.h"
-#include "SampleOracle.h"
+#include "library/wovwrapper/SampleConversion.h"
+#include "tests/support/SampleOracle.h"
 
 #include <bit>
 #include <cstdio>

@@ -1,5 +1,5 @@
 #define SCRIPTED_ENGINE_API __declspec(dllexport)
-#include "ScriptedEngine.h"
+#include "tests/scripted-engine/ScriptedEngine.h"
 
 #include <algorithm>
 #include <cstdio>

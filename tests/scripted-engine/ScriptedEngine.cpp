@@ -1,10 +1,10 @@
 #ifdef _WIN32
 #define SCRIPTED_ENGINE_API __declspec(dllexport)
 #endif
-#include "ScriptedEngine.h"
+#include "tests/scripted-engine/ScriptedEngine.h"
 
-#include "FaultInjector.h"
-#include "VeloxWovSDK.h"
+#include "library/wovwrapper/VeloxWovSDK.h"
+#include "tests/support/FaultInjector.h"
 
 #include <algorithm>
 #include <array>

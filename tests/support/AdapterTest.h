@@ -1,8 +1,8 @@
 #pragma once
 
-#include "RecordingLogger.h"
-#include "TestConfiguration.h"
-#include "VeloxKeywordDetectorAdapterImpl.h"
+#include "library/adapter/VeloxKeywordDetectorAdapterImpl.h"
+#include "tests/support/RecordingLogger.h"
+#include "tests/support/TestConfiguration.h"
 
 #include <gtest/gtest.h>
 

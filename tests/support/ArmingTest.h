@@ -1,6 +1,6 @@
 #pragma once
 
-#include "AdapterTest.h"
+#include "tests/support/AdapterTest.h"
 
 #include <cstring>
 #include <vector>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "AdapterTest.h"
-#include "EventSequence.h"
-#include "Registry.h"
-#include "ScriptedEngine.h"
+#include "tests/scripted-engine/ScriptedEngine.h"
+#include "tests/support/AdapterTest.h"
+#include "tests/support/EventSequence.h"
+#include "tests/support/Registry.h"
 
 #include <string>
 

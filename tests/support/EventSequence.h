@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ScriptedRecording.h"
+#include "tests/support/ScriptedRecording.h"
 
 #include <cstddef>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "FaultInjector.h"
+#include "tests/support/FaultInjector.h"
 
 namespace
 {

@@ -1,4 +1,4 @@
-#include "PrivateAccess.h"
+#include "tests/support/PrivateAccess.h"
 
 // Access is not checked in an explicit instantiation: each one below hands a member's address to the friend function that it
 // defines.

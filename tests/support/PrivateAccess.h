@@ -1,7 +1,7 @@
 #pragma once
 
-#include "VeloxKeywordDetectorAdapterImpl.h"
-#include "VeloxWovWrapper.h"
+#include "library/adapter/VeloxKeywordDetectorAdapterImpl.h"
+#include "library/wovwrapper/VeloxWovWrapper.h"
 
 #include <array>
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "ReaderOperations.h"
+#include "tests/support/ReaderOperations.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ConfigurationReader.h"
+#include "library/configuration/ConfigurationReader.h"
 
 #include <cstdint>
 #include <ostream>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ConfigurationReader.h"
-#include "RecordingLogger.h"
-#include "TestConfiguration.h"
+#include "library/configuration/ConfigurationReader.h"
+#include "tests/support/RecordingLogger.h"
+#include "tests/support/TestConfiguration.h"
 
 #include <gtest/gtest.h>
 

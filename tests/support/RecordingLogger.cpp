@@ -1,6 +1,6 @@
-#include "RecordingLogger.h"
+#include "tests/support/RecordingLogger.h"
 
-#include "FaultInjector.h"
+#include "tests/support/FaultInjector.h"
 
 #include <cstdarg>
 #include <cstdio>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "IVeloxKeywordDetectorLogger.h"
-#include "LogLine.h"
+#include "tests/support/LogLine.h"
 
 #include <functional>
 #include <vector>

@@ -1,6 +1,6 @@
-#include "ScriptedRecording.h"
+#include "tests/support/ScriptedRecording.h"
 
-#include "FaultInjector.h"
+#include "tests/support/FaultInjector.h"
 
 #include <cstring>
 #include <utility>

@@ -1,6 +1,6 @@
-#include "ScriptedStream.h"
+#include "tests/support/ScriptedStream.h"
 
-#include "FaultInjector.h"
+#include "tests/support/FaultInjector.h"
 
 #include <algorithm>
 #include <cstring>

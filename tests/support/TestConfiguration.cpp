@@ -1,4 +1,4 @@
-#include "TestConfiguration.h"
+#include "tests/support/TestConfiguration.h"
 
 #include <filesystem>
 #include <stdexcept>

@@ -1,4 +1,4 @@
-#include "VerificationModel.h"
+#include "tests/support/VerificationModel.h"
 
 #include <array>
 #include <cstdio>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "LogLine.h"
-#include "ScriptedEngine.h"
 #include "VeloxWovDetectionParameters.h"
+#include "tests/scripted-engine/ScriptedEngine.h"
+#include "tests/support/LogLine.h"
 
 #include <map>
 #include <string>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "EventSequence.h"
-#include "RecordingLogger.h"
-#include "ScriptedEngine.h"
-#include "VeloxWovWrapper.h"
+#include "library/wovwrapper/VeloxWovWrapper.h"
+#include "tests/scripted-engine/ScriptedEngine.h"
+#include "tests/support/EventSequence.h"
+#include "tests/support/RecordingLogger.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // What callers and firmware know of the library's records and objects, with the sizes and offsets of Visual Studio's 64-bit ABI.
 // Compiling this file is the test; access control is off, so that private members can be named.
-#include "EnrollmentParameters.h"
 #include "VeloxHwKwsImpl.h"
-#include "VeloxKeywordDetectorAdapterImpl.h"
+#include "library/adapter/VeloxKeywordDetectorAdapterImpl.h"
+#include "library/configuration/EnrollmentParameters.h"
 
 #include <cstddef>
 

@@ -1,6 +1,6 @@
-#include "DoctorDefects.h"
+#include "tests/console/support/DoctorDefects.h"
 
-#include "InspectionSamples.h"
+#include "tests/console/support/InspectionSamples.h"
 
 using namespace velox::console;
 using enum Operation;

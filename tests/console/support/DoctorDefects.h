@@ -1,6 +1,6 @@
 #pragma once
 
-#include "DoctorProject.h"
+#include "tests/console/support/DoctorProject.h"
 
 #include <functional>
 #include <string>

@@ -1,7 +1,7 @@
-#include "DoctorProject.h"
+#include "tests/console/support/DoctorProject.h"
 
-#include "InspectionSamples.h"
-#include "Utf8Path.h"
+#include "console/text/Utf8Path.h"
+#include "tests/console/support/InspectionSamples.h"
 
 #include <filesystem>
 #include <stdexcept>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ConfigurationCheck.h"
-#include "TemporaryFolder.h"
+#include "console/doctor/ConfigurationCheck.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <string>
 #include <string_view>

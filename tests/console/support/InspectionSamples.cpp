@@ -1,6 +1,6 @@
-#include "InspectionSamples.h"
+#include "tests/console/support/InspectionSamples.h"
 
-#include "TinyLanguage.h"
+#include "tests/engine/support/TinyLanguage.h"
 
 namespace InspectionSamples
 {

@@ -1,8 +1,8 @@
-#include "LanguageMaterialFolder.h"
+#include "tests/console/support/LanguageMaterialFolder.h"
 
-#include "SoundFile.h"
-#include "TinyLanguage.h"
-#include "Utf8Path.h"
+#include "console/text/Utf8Path.h"
+#include "tests/console/support/SoundFile.h"
+#include "tests/engine/support/TinyLanguage.h"
 
 using velox::console::PathFromUtf8;
 using velox::console::Utf8;

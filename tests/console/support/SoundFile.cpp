@@ -1,4 +1,4 @@
-#include "SoundFile.h"
+#include "tests/console/support/SoundFile.h"
 
 #include <cmath>
 #include <cstring>

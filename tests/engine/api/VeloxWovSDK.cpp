@@ -1,9 +1,9 @@
-#include "VeloxWovSDK.h"
+#include "library/wovwrapper/VeloxWovSDK.h"
 
-#include "EngineErrors.h"
-#include "SessionTable.h"
-#include "Signals.h"
-#include "TinyLanguage.h"
+#include "engine/api/SessionTable.h"
+#include "engine/base/EngineErrors.h"
+#include "tests/engine/support/Signals.h"
+#include "tests/engine/support/TinyLanguage.h"
 
 #include <gmock/gmock.h>
 

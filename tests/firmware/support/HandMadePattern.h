@@ -1,6 +1,6 @@
 #pragma once
 
-#include "PhraseModel.h"
+#include "engine/models/PhraseModel.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,0 @@
-#include "ConfigurationReader.h"
-
-ConfigurationReader::ConfigurationReader(const std::string& filePath, IVeloxKeywordDetectorLogger* hostLogger)
-    : configurationFilePath(filePath), logger(hostLogger)
-{
-}

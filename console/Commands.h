@@ -1,0 +1,11 @@
+#pragma once
+
+#include "console/text/Command.h"
+
+namespace velox::console
+{
+
+/// Declares every command and its options, in the order in which --help lists them.
+void AddCommands(CLI::App& app, Commands& commands);
+
+} // namespace velox::console

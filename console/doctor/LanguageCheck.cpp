@@ -1,0 +1,272 @@
+#include "console/doctor/LanguageCheck.h"
+
+#include "console/doctor/ModelCheck.h"
+#include "console/doctor/ThresholdCheck.h"
+#include "console/text/NumberText.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cctype>
+
+namespace velox::console
+{
+
+namespace
+{
+
+using enum Operation;
+
+/// A child element whose text is a file name.
+struct FileRole
+{
+    const char* element;
+    std::string_view what;
+    std::string_view without; ///< what its absence leads to, besides the failures
+    std::initializer_list<Operation> neededFor;
+    bool threshold;
+};
+
+constexpr std::initializer_list<Operation> EngineOperations{Verification, Training};
+constexpr std::initializer_list<Operation> ArmingOnly{Arming};
+constexpr std::initializer_list<Operation> AllButCapabilities{Verification, Training, Arming, Parsing};
+
+constexpr FileRole Roles[]{
+    {"keyphraseModel", "key-phrase model", "", EngineOperations, false},
+    {"acousticModel", "acoustic model", "", EngineOperations, false},
+    {"znormPopulation", "ZNorm population", "", EngineOperations, false},
+    {"fwBlob", "firmware model", "Who has no model of their own cannot use the detector.", ArmingOnly, false},
+    {"preDefinedKpdSensitivity", "threshold of the predefined model", "", AllButCapabilities, true},
+    {"userDefinedKpdSensitivity", "threshold of a user's model", "", AllButCapabilities, true},
+};
+
+bool SameLetters(std::string_view left, std::string_view right)
+{
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
+}
+
+/// Gathers the findings of one language.
+class Checker
+{
+public:
+    Checker(const tinyxml2::XMLElement& element, uint16_t languageId, const LanguageSurroundings& around, Findings* results)
+        : language(element), id(languageId), surroundings(around), findings(results)
+    {
+    }
+
+    void CheckQuality();
+    /// @return whether the language names such a file
+    bool CheckFile(const FileRole& role);
+    void CheckUnknownNames();
+    void CheckModelsFit() const;
+
+private:
+    Finding At(int line, Severity severity, std::string message) const
+    {
+        return {severity, surroundings.configuration, line, fmt::format("Language {}: {}", id, message), {}, {}, {}};
+    }
+    void Add(Finding finding, std::string effect, std::string fix, std::initializer_list<Operation> fails = {}) const
+    {
+        finding.failures = FailuresOf(fails, id);
+        finding.effect = std::move(effect);
+        finding.fix = std::move(fix);
+        findings->push_back(std::move(finding));
+    }
+    std::string FileName(const FileRole& role, const tinyxml2::XMLElement& element) const;
+    void CheckModel(const FileRole& role, int line, const NamedFile& file) const;
+
+    const tinyxml2::XMLElement& language;
+    uint16_t id;
+    const LanguageSurroundings& surroundings;
+    Findings* findings;
+};
+
+void Checker::CheckQuality()
+{
+    const tinyxml2::XMLAttribute* attribute = language.FindAttribute("qualityThreshold");
+    const int line = attribute == nullptr ? language.GetLineNum() : attribute->GetLineNum();
+    int threshold = 0;
+    if (attribute == nullptr || attribute->QueryIntValue(&threshold) != tinyxml2::XML_SUCCESS)
+    {
+        Add(At(line, Severity::Error,
+               attribute == nullptr ? "the attribute qualityThreshold is missing."
+                                    : fmt::format("qualityThreshold \"{}\" is no number.", attribute->Value())),
+            {}, "Write a whole number, such as qualityThreshold=\"10\"; 0 accepts every recording.", AllButCapabilities);
+        return;
+    }
+    const NumberText text = ReadNumberText(attribute->Value());
+    if (threshold < 0)
+    {
+        Add(At(line, Severity::Error, fmt::format("qualityThreshold is {}, below 0.", threshold)),
+            "The library takes a negative number for a very large one: no recording is good enough.",
+            "Write 0 to accept every recording.", {Verification});
+    }
+    else if (text.tooLarge || !text.rest.empty())
+    {
+        Add(At(line, Severity::Warning, fmt::format("qualityThreshold is written \"{}\".", attribute->Value())),
+            text.tooLarge ? "The number is beyond 32 bits, and its value depends on the C runtime."
+                          : fmt::format("The library takes {} and ignores \"{}\".", threshold, text.rest),
+            "Write a whole number alone.");
+    }
+    else
+    {
+        Add(At(line, Severity::Good, fmt::format("recordings need a quality of {} at least.", threshold)), {}, {});
+    }
+}
+
+std::string Checker::FileName(const FileRole& role, const tinyxml2::XMLElement& element) const
+{
+    const int line = element.GetLineNum();
+    const char* name = element.GetText();
+    if (name == nullptr)
+    {
+        Add(At(line, Severity::Error, fmt::format("<{}> holds no file name.", role.element)), std::string(role.without),
+            fmt::format("Write the {}'s file name between the tags.", role.what), role.neededFor);
+        return {};
+    }
+    if (element.FirstChild() != element.LastChild())
+    {
+        Add(At(line, Severity::Warning, fmt::format("<{}> holds more than a text.", role.element)),
+            fmt::format("The library takes \"{}\" for the file name: a comment or an element ends it.", name),
+            "Leave nothing but the file name between the tags.");
+    }
+    if (IsAbsolute(name))
+    {
+        Add(At(line, Severity::Warning, fmt::format("<{}> holds a whole path, \"{}\".", role.element, name)),
+            "The library puts the directory in front of it all the same.", "Write the file name alone.");
+    }
+    return name;
+}
+
+bool Checker::CheckFile(const FileRole& role)
+{
+    const tinyxml2::XMLElement* element = language.FirstChildElement(role.element);
+    if (element == nullptr)
+    {
+        Add(At(language.GetLineNum(), Severity::Error, fmt::format("<{}> is missing, the {}.", role.element, role.what)),
+            std::string(role.without), fmt::format("Add <{0}>file name</{0}>; the name's case counts.", role.element),
+            role.neededFor);
+        return false;
+    }
+    if (const tinyxml2::XMLElement* again = element->NextSiblingElement(role.element))
+    {
+        Add(At(again->GetLineNum(), Severity::Warning,
+               fmt::format("<{}> stands a second time; the first is in line {}.", role.element, element->GetLineNum())),
+            "The first one counts.", "Remove one of them.");
+    }
+    const std::string name = FileName(role, *element);
+    if (name.empty() || !surroundings.filesReachable)
+    {
+        return !name.empty();
+    }
+
+    const NamedFile& file = surroundings.files.Read(JoinNames(surroundings.directory, name));
+    if (!file.readable)
+    {
+        const bool blanks = std::isspace(static_cast<unsigned char>(name.front())) != 0 ||
+                            std::isspace(static_cast<unsigned char>(name.back())) != 0;
+        const Absence absence = WhyNotReadable(file.path);
+        // Kept by the library: it goes on without a key-phrase or acoustic model, and the engine gets none.
+        Add(At(element->GetLineNum(), Severity::Error, fmt::format("the {} \"{}\" {}.", role.what, file.path, absence.why)),
+            std::string(role.without),
+            blanks ? fmt::format("Write <{0}>{1}</{0}> on one line: blanks and line ends belong to the name.", role.element,
+                                 "file name")
+                   : absence.fix,
+            role.neededFor);
+    }
+    else if (role.threshold)
+    {
+        CheckThreshold(file, fmt::format("Language {}: the {}", id, role.what), findings);
+    }
+    else
+    {
+        CheckModel(role, element->GetLineNum(), file);
+    }
+    return true;
+}
+
+void Checker::CheckModel(const FileRole& role, int line, const NamedFile& file) const
+{
+    if (file.size == 0)
+    {
+        Add(At(line, Severity::Error, fmt::format("the {} \"{}\" is empty.", role.what, file.path)), std::string(role.without),
+            "Put the model there again; the copy may have failed.", role.neededFor);
+        return;
+    }
+    if (file.size > NamedFile::LargestInspected)
+    {
+        Add(At(line, Severity::Warning, fmt::format("the {} \"{}\" has {} bytes.", role.what, file.path, file.size)),
+            "The library reads all of it for every operation.", "Check that this is the model.");
+        return;
+    }
+    const ModelVerdict verdict = CheckModelFile(role.element, surroundings.files.Inspected(file.path));
+    Add(At(line, verdict.severity, fmt::format("the {} \"{}\", {} bytes, {}.", role.what, file.path, file.size, verdict.message)),
+        verdict.effect, verdict.fix);
+    findings->back().failures = FailuresOf(verdict.engineRefuses ? role.neededFor : std::initializer_list<Operation>{}, id);
+}
+
+void Checker::CheckModelsFit() const
+{
+    const auto read = [&](const char* role) -> const Inspection* {
+        const tinyxml2::XMLElement* element = language.FirstChildElement(role);
+        const char* name = element == nullptr ? nullptr : element->GetText();
+        return name == nullptr ? nullptr : &surroundings.files.Inspected(JoinNames(surroundings.directory, name));
+    };
+    if (!surroundings.filesReachable)
+    {
+        return;
+    }
+    if (const ModelVerdict verdict = CheckModelsAgree(read("keyphraseModel"), read("acousticModel"), read("znormPopulation"));
+        verdict.severity != Severity::Good)
+    {
+        Add(At(language.GetLineNum(), verdict.severity, verdict.message), verdict.effect, verdict.fix);
+        findings->back().failures = verdict.engineRefuses ? FailuresOf({Training}, id) : std::vector<Failure>{};
+    }
+}
+
+void Checker::CheckUnknownNames()
+{
+    for (const auto* child = language.FirstChildElement(); child != nullptr; child = child->NextSiblingElement())
+    {
+        const std::string_view name = child->Name();
+        if (std::any_of(std::begin(Roles), std::end(Roles), [&](const FileRole& role) { return name == role.element; }))
+        {
+            continue;
+        }
+        const auto* const meant = std::find_if(std::begin(Roles), std::end(Roles),
+                                               [&](const FileRole& role) { return SameLetters(name, role.element); });
+        Add(At(child->GetLineNum(), Severity::Warning, fmt::format("<{}> is no element that the library knows.", name)),
+            "It is ignored.",
+            meant == std::end(Roles) ? "Remove it, or correct its name."
+                                     : fmt::format("Write <{}>: upper and lower case count.", meant->element));
+    }
+    for (const auto* attribute = language.FirstAttribute(); attribute != nullptr; attribute = attribute->Next())
+    {
+        const std::string_view name = attribute->Name();
+        if (name != "id" && name != "qualityThreshold")
+        {
+            Add(At(attribute->GetLineNum(), Severity::Warning, fmt::format("{} is no attribute that the library knows.", name)),
+                "It is ignored.", "Remove it, or correct its name; upper and lower case count.");
+        }
+    }
+}
+
+} // namespace
+
+std::size_t CheckLanguage(const tinyxml2::XMLElement& language, uint16_t id, const LanguageSurroundings& surroundings,
+                          Findings* findings)
+{
+    Checker checker(language, id, surroundings, findings);
+    checker.CheckQuality();
+    std::size_t files = 0;
+    for (const FileRole& role : Roles)
+    {
+        files += checker.CheckFile(role) ? std::size_t{1} : std::size_t{0};
+    }
+    checker.CheckModelsFit();
+    checker.CheckUnknownNames();
+    return files;
+}
+
+} // namespace velox::console

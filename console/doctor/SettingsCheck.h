@@ -1,0 +1,31 @@
+#pragma once
+
+#include "console/doctor/Finding.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace velox::console
+{
+
+/// A value of the library's settings key as it stands in the registry.
+struct RegistryValue
+{
+    std::string name;
+    uint32_t type = 0; ///< REG_DWORD is 4
+    std::vector<uint8_t> bytes;
+};
+
+/// What the registry holds for the library (docs/registry.md).
+struct RegistrySettings
+{
+    bool keyReadable = false;
+    std::vector<RegistryValue> values;
+    std::vector<std::string> valuesOf32Bit; ///< names in the 32-bit view, which the library does not read
+};
+
+/// What the values lead to.
+Findings CheckSettings(const RegistrySettings& settings);
+
+} // namespace velox::console

@@ -1,0 +1,67 @@
+#include "console/doctor/ThresholdCheck.h"
+
+#include "console/inspect/ThresholdText.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace velox::console
+{
+
+namespace
+{
+
+constexpr std::string_view ChooseFix =
+    "Write a number between 0 and 255; a higher one gives fewer false triggers and more missed ones.";
+
+int LineAt(std::string_view text, std::size_t position)
+{
+    return 1 + static_cast<int>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(position), '\n'));
+}
+
+} // namespace
+
+void CheckThreshold(const NamedFile& file, std::string_view what, Findings* findings)
+{
+    const std::string_view content(reinterpret_cast<const char*>(file.bytes.data()), file.bytes.size());
+    const ThresholdText text = ReadThresholdText(content);
+    const auto add = [&](Severity severity, std::size_t position, std::string_view message, std::string_view effect,
+                         std::string_view fix) {
+        findings->push_back({severity,
+                             file.path,
+                             LineAt(content, position),
+                             fmt::format("{} {}", what, message),
+                             std::string(effect),
+                             std::string(fix),
+                             {}});
+    };
+    if (!text.isNumber)
+    {
+        add(Severity::Error, 0, fmt::format("counts as 0. {}", text.whatIsWrong),
+            "The library says nothing about it, and every score above 0 is a detection.", text.fix);
+        return;
+    }
+    const std::string is = fmt::format("is {}, in the library {}.", text.text, Q8Text(text.q8));
+    if (text.value < ThresholdText::LeastScore)
+    {
+        add(Severity::Error, text.offset, is, "Scores lie between 0 and 255: every one is above it, everything is a detection.",
+            ChooseFix);
+    }
+    else if (text.value > ThresholdText::MostScore)
+    {
+        add(Severity::Error, text.offset, fmt::format("{}{}", is, text.saturated ? " The number does not fit into 32 bits." : ""),
+            "Scores lie between 0 and 255: none is above it, nothing is ever detected.", ChooseFix);
+    }
+    else if (!text.rest.empty())
+    {
+        const bool comma = text.rest.front() == ',';
+        add(comma ? Severity::Error : Severity::Warning, text.restOffset, is, text.whatIsWrong, text.fix);
+    }
+    else
+    {
+        add(Severity::Good, text.offset, is, {}, {});
+    }
+}
+
+} // namespace velox::console

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "console/text/Command.h"
+
+namespace velox::console
+{
+
+/// velox-kws capabilities: what the detector announces to Windows.
+void AddCapabilitiesCommand(CLI::App& app, Commands& commands);
+
+} // namespace velox::console

@@ -1,0 +1,169 @@
+#include "console/hosting/Detector.h"
+
+#include "console/hosting/LibraryLoading.h"
+#include "console/hosting/RecordingBuffer.h"
+#include "console/text/Outcome.h"
+#include "console/text/Utf8Path.h"
+
+#include <mfapi.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace velox::console
+{
+
+namespace
+{
+
+constexpr uint32_t Keyword = 1;
+
+struct TaskMemoryFree
+{
+    void operator()(void* memory) const
+    {
+        CoTaskMemFree(memory);
+    }
+};
+template <typename Element>
+using TaskMemory = std::unique_ptr<Element, TaskMemoryFree>;
+
+GUID ParseGuid(const std::string& text)
+{
+    GUID guid{};
+    const std::wstring wide = PathFromUtf8(text).wstring();
+    const std::wstring braced = wide.starts_with(L'{') ? wide : L"{" + wide + L"}";
+    if (IIDFromString(braced.c_str(), &guid) != S_OK)
+    {
+        throw CommandFailure(ExitCode::Usage, "\"" + text + "\" is not a GUID.",
+                             "Give it as {3B0E9B6C-5C1D-4A57-8E07-61C2A94D7F25}.");
+    }
+    return guid;
+}
+
+/// The library takes the path in the process's narrow code page.
+std::string NarrowPath(const std::string& file)
+{
+    const std::wstring wide = PathFromUtf8(file).wstring();
+    BOOL unknown = FALSE;
+    const auto length = static_cast<int>(wide.size());
+    std::string narrow(wide.size() * 4, '\0');
+    const int size = WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, wide.data(), length, narrow.data(),
+                                         static_cast<int>(narrow.size()), nullptr, &unknown);
+    if (unknown || (size == 0 && length != 0))
+    {
+        throw CommandFailure(ExitCode::BadConfiguration,
+                             "The library cannot open " + file + ": its code page " + std::to_string(GetACP()) +
+                                 " lacks a letter of this path.",
+                             "Put the configuration file into a folder with a plain name.");
+    }
+    narrow.resize(static_cast<std::size_t>(size));
+    return narrow;
+}
+
+template <typename Element>
+std::vector<Element> TakeBuffer(Element* buffer, uint32_t count)
+{
+    const TaskMemory<Element> owned(buffer);
+    return buffer == nullptr ? std::vector<Element>() : std::vector<Element>(buffer, buffer + count);
+}
+
+uint32_t Attribute(IMFMediaType* format, const GUID& name)
+{
+    UINT32 value = 0;
+    format->GetUINT32(name, &value);
+    return value;
+}
+
+} // namespace
+
+Detector::Detector(const DetectorOptions& options, const LogOptions& log) : logger(log)
+{
+    RequireLibrary();
+    adapter.reset(KeywordDetectorAdapterImplementation::CreateKeywordDetectorAdapterImpl(
+                      &logger, NarrowPath(options.configuration), "velox-kws " VELOX_VERSION, ParseGuid(options.detectorId))
+                      .release());
+    logger.TakeLines();
+}
+
+CapabilitiesAnswer Detector::GetCapabilities()
+{
+    CapabilitiesAnswer answer;
+    int32_t supportsUserModels = 0;
+    uint32_t* keywordIds = nullptr;
+    uint32_t keywordCount = 0;
+    uint16_t* languages = nullptr;
+    uint32_t languageCount = 0;
+    IMFMediaType* format = nullptr;
+    answer.result =
+        adapter->GetCapabilities(&supportsUserModels, &keywordIds, &keywordCount, &languages, &languageCount, &format);
+    answer.lines = logger.TakeLines();
+    answer.supportsUserModels = supportsUserModels != 0;
+    answer.keywordIds = TakeBuffer(keywordIds, keywordCount);
+    answer.languages = TakeBuffer(languages, languages == nullptr ? 0 : languageCount);
+    if (const ComPointer<IMFMediaType> owned(format); owned)
+    {
+        answer.samplesPerSecond = Attribute(format, MF_MT_AUDIO_SAMPLES_PER_SECOND);
+        answer.channels = Attribute(format, MF_MT_AUDIO_NUM_CHANNELS);
+        answer.bitsPerSample = Attribute(format, MF_MT_AUDIO_BITS_PER_SAMPLE);
+    }
+    return answer;
+}
+
+Answer Detector::Verify(uint16_t language, std::span<const float> samples)
+{
+    const ComPointer<IMFMediaBuffer> recording = MakeRecording(samples);
+    const HRESULT result = adapter->VerifyUserKeyword(nullptr, Keyword, language, 0, recording.get());
+    return {result, logger.TakeLines()};
+}
+
+Answer Detector::Train(IStream* userModel, uint16_t language, std::span<const std::span<const float>> takes)
+{
+    std::vector<ComPointer<IMFMediaBuffer>> owned;
+    std::vector<IMFMediaBuffer*> recordings;
+    for (const std::span<const float> take : takes)
+    {
+        owned.push_back(MakeRecording(take));
+        recordings.push_back(owned.back().get());
+    }
+    const std::vector<int32_t> keywordEnds(takes.size(), 0); // not known
+    const HRESULT result = adapter->ComputeAndAddUserModelData(userModel, {Keyword, language}, keywordEnds.data(),
+                                                               recordings.data(), static_cast<uint32_t>(recordings.size()));
+    return {result, logger.TakeLines()};
+}
+
+ArmingAnswer Detector::Arm(IStream* userModel, uint16_t language)
+{
+    const KeywordSelector selector{Keyword, language};
+    uint8_t* block = nullptr;
+    ArmingAnswer answer;
+    answer.result = adapter->BuildArmingPatternData(userModel, &selector, 1, &block);
+    answer.lines = logger.TakeLines();
+    uint32_t length = 0; // the block's first field
+    if (answer.Succeeded())
+    {
+        std::memcpy(&length, block, sizeof(length));
+    }
+    answer.pattern = TakeBuffer(block, length);
+    return answer;
+}
+
+DetectionAnswer Detector::Parse(IStream* userModel, std::span<const uint8_t> block)
+{
+    uint32_t length = 0;
+    std::memcpy(&length, block.data(), std::min(sizeof(length), block.size()));
+    if (block.size() < sizeof(length) || block.size() < length)
+    {
+        throw CommandFailure(ExitCode::BadInput, "The result block is shorter than it says.", "Save the block again, whole.");
+    }
+    DetectionAnswer answer;
+    BOOL isUserMatch = FALSE;
+    answer.result =
+        adapter->ParseDetectionResultData(userModel, reinterpret_cast<const DetectionResult*>(block.data()), &answer.keywordId,
+                                          &answer.language, &isUserMatch, &answer.keywordStart, &answer.keywordEnd);
+    answer.isUserMatch = isUserMatch != FALSE;
+    answer.lines = logger.TakeLines();
+    return answer;
+}
+
+} // namespace velox::console

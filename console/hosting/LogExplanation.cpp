@@ -1,0 +1,168 @@
+#include "console/hosting/LogExplanation.h"
+
+#include "console/text/StatusText.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <string_view>
+
+namespace velox::console
+{
+
+namespace
+{
+
+constexpr uint32_t Error = 1;
+constexpr uint32_t Failure = 2;
+
+/// A piece of a line, and what it means. {} in a meaning stands for what follows the piece in the line, without the last full
+/// stop.
+struct Explanation
+{
+    std::string_view piece;
+    ExitCode exitCode;
+    std::string_view meaning;
+    std::string_view fix;
+};
+
+constexpr ExitCode Configuration = ExitCode::BadConfiguration;
+constexpr ExitCode Library = ExitCode::LibraryFailure;
+
+/// In the order in which they are looked for: what names the cause best comes first.
+constexpr std::array Explanations{
+    Explanation{"Failed to load configuration file: ", Configuration, "the configuration file cannot be read: {}",
+                "Check its path and that it is well-formed XML."},
+    Explanation{"Failed to load root element", Configuration, "the configuration file has no element", "Write the file anew."},
+    Explanation{"Failed to get directory attribute", Configuration, "the configuration's root has no \"directory\"",
+                "Add the attribute: the folder of the model files, without a backslash at its end."},
+    Explanation{"Failed to get constraints attribute", Configuration, "the configuration's root has no \"constraints\"",
+                "Add the attribute: the full path of the platform-constraints file."},
+    Explanation{"Failed to open platform constraints file", Configuration,
+                "the file that \"constraints\" of the configuration names cannot be opened",
+                "\"constraints\" is a full path; it is not joined to \"directory\"."},
+    Explanation{"Failed to load file: ", Configuration, "the model file {} cannot be opened",
+                "Put it into the folder that \"directory\" of the configuration names."},
+    Explanation{"[LoadFile] The file: ", Configuration, "the model file {}", "Install the file again."},
+    Explanation{"[LoadFile] Failed to allocate", Library, "there is no memory for a model file",
+                "The file may be far too large: check it."},
+    Explanation{"Failed to open threshold file", Configuration, "a threshold file of the language cannot be opened",
+                "Put it into the folder that \"directory\" of the configuration names."},
+    Explanation{"Failed to query ID attribute", Configuration, "a language of the configuration has no valid \"id\"",
+                "Give each language element its LANGID as a number; a faulty one hides all that follow it."},
+    Explanation{"[GetDetectionParameters] Failed to query attribute", Configuration,
+                "the language has no valid \"qualityThreshold\", or a language before it no valid \"id\"",
+                "Give both as whole numbers."},
+    Explanation{"keyphrase model", Configuration, "the language names no \"keyphraseModel\"",
+                "Add the element with a file's name."},
+    Explanation{"Failed to get acoustic model", Configuration, "the language names no \"acousticModel\"",
+                "Add the element with a file's name."},
+    Explanation{"znorm population", Configuration, "the language names no \"znormPopulation\"",
+                "Add the element with a file's name."},
+    Explanation{"predefined model XML", Configuration, "the language names no \"fwBlob\"", "Add the element with a file's name."},
+    Explanation{"predefined model file", Configuration, "the language's \"fwBlob\" is empty", "Write the file's name into it."},
+    Explanation{"predefined kpd sensitivity", Configuration, "the language names no \"preDefinedKpdSensitivity\"",
+                "Add the element with a file's name."},
+    Explanation{"user defined kpd sensitivity", Configuration, "the language names no \"userDefinedKpdSensitivity\"",
+                "Add the element with a file's name."},
+    Explanation{"Failed to set attribute - firmware constraints", Configuration,
+                "the engine refuses the first line of the constraints file", "Check that line."},
+    Explanation{"Failed to set attribute - acoustic model", Configuration, "the engine refuses the language's acoustic model",
+                "Was the file made for this engine? Check it with velox-kws inspect."},
+    Explanation{"Failed to set attribute - ZNorm population", Configuration, "the engine refuses the language's population",
+                "Was the file made for this engine? Check it with velox-kws inspect."},
+    Explanation{"Failed to set attribute - log level", Configuration, "the engine refuses its log level",
+                "Check the registry value SDKLoggerLevel."},
+    Explanation{"[VerifyKeyword] Failed to set keyphrase model", Configuration,
+                "the engine refuses the language's key-phrase model",
+                "Was the file made for this engine? Check it with velox-kws inspect."},
+    Explanation{"[InitializeSession] Failed", Library, "the engine gives no session",
+                "Is the VeloxWovSDK.dll beside the program the right one?"},
+    Explanation{"Failed to get size of audio frame", Library, "the engine does not tell its frame size",
+                "Is the VeloxWovSDK.dll beside the program the right one?"},
+    Explanation{"VWoVFinalizeEnrollmentUtterance failed", ExitCode::Refused, "the engine refuses a take",
+                "Record that take again."},
+    Explanation{"[TrainModel] Failed to finalize enrollment", ExitCode::Refused, "the engine made no model of the takes",
+                "Record more takes, or better ones."},
+    Explanation{"Failed to start utterance enrollment", Library, "the engine takes no more takes", "Give fewer takes."},
+    Explanation{"PrepareLpe", Library, "the engine gives no form of the model for the firmware",
+                "Is the model larger than the constraints allow?"},
+    Explanation{"Failed to prepare LPE", Library, "the engine gives no form of the model for the firmware",
+                "Is the model larger than the constraints allow?"},
+    Explanation{"[WriteModelToIStream] Failed", Library, "the model cannot be written to the stream", "Is memory short?"},
+    Explanation{"[GetUserModelFromIStream] Failed", ExitCode::BadInput, "the user model cannot be read to its end",
+                "Enroll again, or copy the file again."},
+    Explanation{"[CheckIStreamForUserModel] Failed", ExitCode::BadInput, "the user model cannot be read", "Copy the file again."},
+    Explanation{"expected result data size", ExitCode::BadInput,
+                "the result block is of another detector, or shorter than 60 bytes",
+                "Compare its bytes 4 to 19 with the GUID of --detector-id; velox-kws inspect shows them."},
+    Explanation{"[VerifyUserKeyword] Validation error", Configuration, "the language is not in the configuration file",
+                "velox-kws capabilities lists the languages that are."},
+    Explanation{"expected keyword ID", Configuration, "the language is not in the configuration file",
+                "velox-kws capabilities lists the languages that are."},
+    Explanation{"Failed to allocate", Library, "memory ran out", "Close other programs, or give less."},
+};
+
+bool IsFault(const LoggedLine& line)
+{
+    return line.level == Error || line.level == Failure;
+}
+
+std::string Rest(const std::string& message, std::string_view piece)
+{
+    std::string rest = message.substr(message.find(piece) + piece.size());
+    return rest.ends_with('.') ? rest.substr(0, rest.size() - 1) : rest;
+}
+
+std::string Codes(const LoggedLine& line)
+{
+    return line.engineStatus ? " (engine status " + EngineStatusText(*line.engineStatus) + ")" : "";
+}
+
+const LoggedLine* LineWith(std::span<const LoggedLine> lines, std::string_view piece)
+{
+    const auto found = std::find_if(lines.begin(), lines.end(), [&](const LoggedLine& line) {
+        return IsFault(line) && line.message.find(piece) != std::string::npos;
+    });
+    return found == lines.end() ? nullptr : &*found;
+}
+
+} // namespace
+
+CommandFailure ExplainFailure(const std::string& operation, int32_t result, std::span<const LoggedLine> lines)
+{
+    for (const Explanation& explanation : Explanations)
+    {
+        if (const LoggedLine* line = LineWith(lines, explanation.piece))
+        {
+            const std::string meaning = fmt::format(fmt::runtime(explanation.meaning), Rest(line->message, explanation.piece));
+            return {explanation.exitCode, fmt::format("{} failed: {}{}.", operation, meaning, Codes(*line)),
+                    std::string(explanation.fix)};
+        }
+    }
+    return {Library, fmt::format("{} failed with {}.", operation, ResultText(result)),
+            "Run the command again with --verbose: docs/log-lines.md explains each line of the library."};
+}
+
+std::vector<LeftOutTake> FindLeftOutTakes(std::span<const LoggedLine> lines)
+{
+    constexpr std::string_view Begins = "[FeedRecordingsForEnrollment] Recording ";
+    std::vector<LeftOutTake> takes;
+    std::size_t number = 0; // the library counts from 1
+    for (const LoggedLine& line : lines)
+    {
+        if (line.message.starts_with(Begins))
+        {
+            number = std::strtoul(line.message.c_str() + Begins.size(), nullptr, 10);
+        }
+        else if (number > 0 && line.engineStatus && line.message.find("VWoVFinalizeEnrollmentUtterance failed") == 0)
+        {
+            takes.push_back({number - 1, *line.engineStatus});
+        }
+    }
+    return takes;
+}
+
+} // namespace velox::console

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "console/text/Command.h"
+
+#include <filesystem>
+#include <vector>
+
+namespace velox::console
+{
+
+/// inspect FILE [FILE2]: shows what stands in firmware blocks, models and threshold files, and how two of them differ.
+void AddInspectCommand(CLI::App& app, Commands& commands);
+
+/// @param files       one or two
+/// @param everyField  the text shows fields that are one of many, too, and of two files not only what differs
+/// @throws CommandFailure BadInput for a file that cannot be read
+Outcome InspectFiles(const std::vector<std::filesystem::path>& files, bool everyField, const Style& style);
+
+} // namespace velox::console

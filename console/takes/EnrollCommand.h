@@ -1,0 +1,11 @@
+#pragma once
+
+#include "console/text/Command.h"
+
+namespace velox::console
+{
+
+/// velox-kws enroll: verifies takes, compares them with each other, trains a user's model and stores it.
+void AddEnrollCommand(CLI::App& app, Commands& commands);
+
+} // namespace velox::console

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "console/text/Command.h"
+
+namespace velox::console
+{
+
+/// velox-kws verify: tells of recordings whether they could enroll a user, and why not.
+void AddVerifyCommand(CLI::App& app, Commands& commands);
+
+} // namespace velox::console

@@ -1,0 +1,96 @@
+#include "console/text/Progress.h"
+
+#include "console/text/Interruption.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <ostream>
+
+namespace velox::console
+{
+
+namespace
+{
+
+using namespace std::chrono_literals;
+
+constexpr auto Patience = 1s;
+constexpr auto Redraw = 100ms;
+constexpr int BarWidth = 24;
+
+std::string TimeLeft(double seconds)
+{
+    const auto whole = static_cast<long>(std::ceil(seconds));
+    return whole < 60 ? fmt::format("{} s left", whole) : fmt::format("{} min {:02} s left", whole / 60, whole % 60);
+}
+
+} // namespace
+
+Progress::Progress(std::ostream* where, Clock theClock)
+    : terminal(where), clock(std::move(theClock)), start(clock()), drawn(start)
+{
+}
+
+Progress::~Progress()
+{
+    Wipe();
+}
+
+void Progress::Begin(const std::string& name)
+{
+    Wipe();
+    what = name;
+    start = clock();
+    drawn = start;
+}
+
+void Progress::Update(double share)
+{
+    StopIfInterrupted();
+    Draw(share);
+}
+
+bool Progress::Interrupted()
+{
+    return InterruptionRequested();
+}
+
+bool Progress::Continue(double share)
+{
+    Draw(share);
+    return !Interrupted();
+}
+
+void Progress::Draw(double share)
+{
+    const auto now = clock();
+    if (share >= 1.0)
+    {
+        Wipe();
+        return;
+    }
+    if (terminal == nullptr || share <= 0.0 || now - start < Patience || (visible && now - drawn < Redraw))
+    {
+        return;
+    }
+    const double spent = std::chrono::duration<double>(now - start).count();
+    const auto full = static_cast<std::size_t>(std::lround(share * BarWidth));
+    *terminal << fmt::format("\r{} [{:<{}}] {:3.0f} %, {}\x1b[K", what, std::string(full, '#'), BarWidth, 100.0 * share,
+                             TimeLeft(spent / share - spent))
+              << std::flush;
+    drawn = now;
+    visible = true;
+}
+
+void Progress::Wipe()
+{
+    if (visible)
+    {
+        *terminal << "\r\x1b[K" << std::flush;
+        visible = false;
+    }
+}
+
+} // namespace velox::console

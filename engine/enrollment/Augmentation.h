@@ -1,0 +1,105 @@
+#pragma once
+
+#include "engine/base/RandomStream.h"
+#include "engine/enrollment/Room.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace velox::engine
+{
+
+/// A stretch of background that babble is made of.
+struct BackgroundPiece
+{
+    std::size_t recording = 0;
+    std::size_t start = 0; ///< sample; the piece goes on at the recording's beginning when its end comes
+};
+
+/// What a telephone or a small loudspeaker lets through.
+struct Band
+{
+    double low = 0.0;  ///< Hz; 0 for no lower edge
+    double high = 0.0; ///< Hz
+};
+
+struct NoisePlan
+{
+    double signalToNoise = 10.0;         ///< dB, root mean squares over the whole copy
+    std::vector<BackgroundPiece> babble; ///< equally loud; empty for coloured noise
+    double colour = 0.0;                 ///< pole of the coloured noise, 0 for white
+    uint64_t seed = 0;                   ///< of the coloured noise
+};
+
+/// What is done to a recording, in this order, to make a copy of it that sounds as if another voice had said it in another place
+/// (multi-condition training: Lippmann, Martin and Paul 1987; speed: Ko et al., "Audio augmentation for speech recognition",
+/// 2015; rooms: Ko et al. 2017; warp: Jaitly and Hinton, "Vocal tract length perturbation improves speech recognition", 2013).
+struct AugmentationPlan
+{
+    double speed = 1.0; ///< above 1 is faster; pitch goes with it
+    double warp = 1.0;  ///< for the MelFilterbank that the copy is analysed with
+    double tilt = 0.0;  ///< a in 1 + a / z
+    std::optional<Band> band;
+    std::optional<Room> room;
+    std::optional<NoisePlan> noise;
+    double level = -26.0; ///< root mean square of the copy, dB relative to full scale
+};
+
+/// What plans are drawn from. Chances are shares of the copies; the rest is without.
+struct AugmentationRanges
+{
+    double speedChance = 0.7;
+    double leastSpeed = 0.82;
+    double mostSpeed = 1.22;
+    double leastWarp = 0.82;
+    double mostWarp = 1.18;
+    double tiltChance = 0.75;
+    double mostTilt = 0.5;
+    double bandChance = 0.12;
+    double lowerEdgeChance = 0.6; ///< of the copies with a band
+    double leastLowerEdge = 150.0;
+    double mostLowerEdge = 400.0;
+    double leastUpperEdge = 3300.0;
+    double mostUpperEdge = 3900.0;
+    double roomChance = 0.4;
+    double leastReverberationTime = 0.15;
+    double mostReverberationTime = 0.8;
+    double leastDirectToReverberant = -2.0;
+    double mostDirectToReverberant = 10.0;
+    double noiseChance = 0.9;
+    double leastSignalToNoise = 0.0;
+    double mostSignalToNoise = 35.0;
+    double babbleChance = 0.65; ///< of the copies with noise
+    int64_t fewestPieces = 4;
+    int64_t mostPieces = 9;
+    double mostColour = 0.97;
+    double leastLevel = -38.0;
+    double mostLevel = -16.0;
+};
+
+/// For the training of a phrase.
+inline constexpr AugmentationRanges TrainingRanges{};
+/// For the takes of one user: the voice stays as it is, but may come through a telephone.
+inline constexpr AugmentationRanges EnrollmentRanges{.speedChance = 0.0,
+                                                     .leastWarp = 1.0,
+                                                     .mostWarp = 1.0,
+                                                     .bandChance = 0.25,
+                                                     .leastSignalToNoise = 5.0,
+                                                     .mostSignalToNoise = 25.0};
+
+/// @param background  recordings to make babble of; where there are none, noise is coloured noise
+AugmentationPlan DrawPlan(const AugmentationRanges& ranges, std::span<const std::vector<float>> background, RandomStream* random);
+
+/// Makes the copy; all of the plan but the warp. Speech stays in its place, save for the speed: sample i of the copy is the
+/// recording at i * speed.
+///
+/// @param recording   samples in [-1, 1]
+/// @param background  what the plan was drawn with
+/// @return samples in [-1, 1]
+std::vector<float> MakeCopy(const AugmentationPlan& plan, std::span<const float> recording,
+                            std::span<const std::vector<float>> background);
+
+} // namespace velox::engine

@@ -1,0 +1,155 @@
+#include "engine/enrollment/Enrollment.h"
+
+#include "engine/enrollment/Augmentation.h"
+#include "engine/enrollment/SpeedChange.h"
+#include "engine/enrollment/TakeAgreement.h"
+#include "engine/enrollment/TakeReview.h"
+#include "engine/listening/PhraseSearch.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <functional>
+
+namespace velox::engine
+{
+
+namespace
+{
+
+constexpr int CopiesPerTake = 24;
+constexpr uint64_t CopySeed = 20260711; // fixed: the same takes give the same model
+constexpr double SilenceSeconds = 0.3;
+constexpr std::array TalkerSpeeds = {0.7, 0.85, 1.0, 1.2, 1.4};
+
+/// How far from the background's threshold towards the user's own takes the user's threshold lies.
+constexpr float ThresholdShare = 0.5F;
+/// The background peak by whose rank the background's threshold is found.
+constexpr std::size_t TailRank = 10;
+
+float Median(std::vector<float> values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+/// The sum of phrase score and speaker ratio that half a false alarm per hour reaches.
+float BackgroundThreshold(const SpeakerModel& speaker, const Population& population)
+{
+    std::vector<float> sums;
+    for (const Population::Peak& peak : population.peaks)
+    {
+        sums.push_back(peak.score + SpeakerModel::Weight * speaker.LogRatio(SpeakerFrames(peak.features), peak.counts));
+    }
+    const std::size_t rank = std::min(TailRank, sums.size() - 1);
+    std::nth_element(sums.begin(), sums.begin() + static_cast<std::ptrdiff_t>(rank), sums.end(), std::greater<>());
+    const double rate = static_cast<double>(rank + 1) / population.hours;
+    return sums[rank] + BackgroundTail::Slope * static_cast<float>(std::log(rate / 0.5));
+}
+
+} // namespace
+
+Enrollment::Enrollment(const AcousticModel& acoustic, const Population& background)
+    : acousticModel(acoustic), population(background)
+{
+}
+
+Status Enrollment::AddTake(std::span<const float> samples)
+{
+    const PhraseModel& phrase = acousticModel.phrase;
+    const auto silence = static_cast<std::size_t>(SilenceSeconds * SampleRate);
+    std::vector<float> padded(silence, 0.0F);
+    padded.insert(padded.end(), samples.begin(), samples.end());
+    padded.resize(padded.size() + silence, 0.0F);
+
+    const std::optional<Detection> heard = ReviewTake(&phrase, padded).phrase;
+    const float score = heard ? heard->score : ScoreScale::Least;
+    const TakeJudgement judgement = JudgeTake(LogMelFrames(samples), samples, &phrase, score);
+    if (judgement.status != Status::Success)
+    {
+        return judgement.status;
+    }
+    const std::optional<PhrasePlace> place = FindPhrase(phrase, padded);
+    if (place && takes.size() < MostTakes)
+    {
+        takes.push_back(
+            {std::move(padded), {SpeakerFrames(place->features), place->path.counts, 1.0F}, place->score, judgement.level});
+    }
+    return Status::Success;
+}
+
+bool Enrollment::TakesAgree() const
+{
+    std::vector<PhraseFrames> frames;
+    std::vector<double> levels;
+    for (const Take& take : takes)
+    {
+        frames.push_back(take.clean);
+        levels.push_back(take.level);
+    }
+    return LevelsAgree(levels) && VoicesAgree(acousticModel.generic, frames);
+}
+
+/// Played backwards the takes are no phrase, but as much like speech as anything at hand: babble is made of them. At other speeds
+/// they are other voices: the user's own would teach the speaker part that babble is the user.
+std::vector<std::vector<float>> Enrollment::ReversedTakes() const
+{
+    std::vector<std::vector<float>> reversed;
+    for (const Take& take : takes)
+    {
+        const std::vector<float> backwards(take.samples.rbegin(), take.samples.rend());
+        for (const double speed : TalkerSpeeds)
+        {
+            reversed.push_back(ChangeSpeed(backwards, speed));
+        }
+    }
+    return reversed;
+}
+
+Status Enrollment::Finish(PhraseModel* model) const
+{
+    if (takes.empty() || population.peaks.empty())
+    {
+        return Status::NoUtterances;
+    }
+    if (!TakesAgree())
+    {
+        return Status::TakesDisagree;
+    }
+
+    std::vector<PhraseFrames> frames;
+    std::vector<float> scores;
+    RandomStream random(CopySeed);
+    const std::vector<std::vector<float>> talkers = ReversedTakes();
+    for (const Take& take : takes)
+    {
+        frames.push_back(take.clean);
+        scores.push_back(take.score);
+        for (int i = 0; i < CopiesPerTake; ++i)
+        {
+            const AugmentationPlan plan = DrawPlan(EnrollmentRanges, talkers, &random);
+            const std::vector<float> copy = MakeCopy(plan, take.samples, talkers);
+            if (const auto place = FindPhrase(acousticModel.phrase, copy))
+            {
+                frames.push_back({SpeakerFrames(place->features), place->path.counts, SpeakerModel::CopyShare});
+                scores.push_back(place->score);
+            }
+        }
+    }
+
+    SpeakerModel speaker = TrainSpeaker(acousticModel.generic, frames);
+    std::vector<float> sums;
+    for (std::size_t i = 0; i < frames.size(); ++i)
+    {
+        sums.push_back(scores[i] + SpeakerModel::Weight * speaker.LogRatio(frames[i].frames, frames[i].counts));
+    }
+    const float background = BackgroundThreshold(speaker, population);
+    speaker.threshold = background + ThresholdShare * (Median(sums) - background);
+
+    *model = acousticModel.phrase;
+    model->speaker = std::move(speaker);
+    return Status::Success;
+}
+
+} // namespace velox::engine

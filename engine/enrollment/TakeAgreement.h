@@ -1,0 +1,18 @@
+#pragma once
+
+#include "engine/models/SpeakerModel.h"
+
+namespace velox::engine
+{
+
+/// Most decibels between the loudest and the quietest take of an enrollment: from a loud voice to a whisper it is 20.
+inline constexpr double MostLevelDifference = 25.0;
+
+/// Whether every take is like the others: none sounds more like everybody than like a user who is learned from the others alone.
+/// Another speaker's take is unlike, and so is another phrase's; takes of one voice are far from it, clean or not.
+bool VoicesAgree(const GenericSpeakers& generic, std::span<const PhraseFrames> takes);
+
+/// @param levels  of the takes' speech, in decibels
+bool LevelsAgree(std::span<const double> levels);
+
+} // namespace velox::engine

@@ -1,0 +1,98 @@
+#include "engine/models/Decoder.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace velox::engine
+{
+
+namespace
+{
+
+constexpr float Impossible = -1e30F;
+
+/// A state's mean duration cannot be told apart from its least one below this.
+constexpr float LeastMeanDuration = 3.3F;
+
+} // namespace
+
+void PhrasePath::Add(std::size_t state, float ratio)
+{
+    sums[state] += ratio;
+    ++counts[state];
+    if (ratio < lowest[0])
+    {
+        lowest = {ratio, lowest[0]};
+    }
+    else
+    {
+        lowest[1] = std::min(lowest[1], ratio);
+    }
+}
+
+Decoder::Decoder(const StateModel& model) : logPrior(model.logPrior)
+{
+    const std::size_t states = model.States();
+    for (const float duration : model.meanDuration)
+    {
+        const float leave = 1.0F / (std::max(duration, LeastMeanDuration) - static_cast<float>(SubStates - 1));
+        logLeave.push_back(std::log(leave));
+        logStay.push_back(std::log1p(-leave));
+    }
+    totals.assign(states * SubStates, Impossible);
+    paths.assign(states * SubStates, {0, std::vector<float>(states, 0.0F), std::vector<int32_t>(states, 0), {}});
+    ratios.assign(states, 0.0F);
+}
+
+bool Decoder::Push(const float* logPosteriors)
+{
+    const std::size_t states = ratios.size();
+    const float background = logPosteriors[states] - logPrior[states];
+    for (std::size_t s = 0; s < states; ++s)
+    {
+        ratios[s] = std::clamp(logPosteriors[s] - logPrior[s] - background, LeastRatio, MostRatio);
+    }
+
+    // From the last sub-state to the first: each one needs the former totals of itself and of the one before.
+    for (std::size_t k = totals.size(); k-- > 0;)
+    {
+        const std::size_t s = k / SubStates;
+        const std::size_t sub = k % SubStates;
+        const bool first = k == 0;
+        const float stay = sub == SubStates - 1 ? totals[k] + logStay[s] : Impossible;
+        const float advance = first ? 0.0F : totals[k - 1] + (sub == 0 ? logLeave[s - 1] : 0.0F);
+        PhrasePath& path = paths[k];
+        if (first)
+        {
+            path.startFrame = frames;
+            std::fill(path.sums.begin(), path.sums.end(), 0.0F);
+            std::fill(path.counts.begin(), path.counts.end(), 0);
+            path.lowest.fill(Decoder::MostRatio);
+        }
+        else if (advance >= stay)
+        {
+            const PhrasePath& before = paths[k - 1];
+            path.startFrame = before.startFrame;
+            path.lowest = before.lowest;
+            std::copy(before.sums.begin(), before.sums.begin() + static_cast<std::ptrdiff_t>(s) + 1, path.sums.begin());
+            std::copy(before.counts.begin(), before.counts.begin() + static_cast<std::ptrdiff_t>(s) + 1, path.counts.begin());
+        }
+        totals[k] = std::max(Impossible, std::max(stay, advance) + ratios[s]);
+        path.Add(s, ratios[s]);
+    }
+    ++frames;
+    return totals.back() > Impossible / 2.0F;
+}
+
+float SoftMinimumScore(const PhrasePath& path)
+{
+    float sum = 0.0F;
+    for (std::size_t s = 0; s < path.sums.size(); ++s)
+    {
+        sum += std::exp(-path.StateMean(s));
+    }
+    return -std::log(sum / static_cast<float>(path.sums.size()));
+}
+
+} // namespace velox::engine

@@ -1,0 +1,53 @@
+#include "engine/models/NearPhraseCheck.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numeric>
+
+namespace velox::engine
+{
+
+namespace
+{
+
+float Mean(const float* values, std::size_t count)
+{
+    return std::accumulate(values, values + count, 0.0F) / static_cast<float>(count);
+}
+
+} // namespace
+
+NearPhraseCheck::Description NearPhraseCheck::Describe(const PhrasePath& path, const StateModel& states)
+{
+    const std::size_t count = states.States();
+    std::array<float, StateModel::MostStates> means{};
+    float largestError = 0.0F;
+    float errorSum = 0.0F;
+    for (std::size_t s = 0; s < count; ++s)
+    {
+        means[s] = path.StateMean(s);
+        const float error = std::log(static_cast<float>(path.counts[s]) / states.meanDuration[s]);
+        largestError = std::max(largestError, error * error);
+        errorSum += error * error;
+    }
+    std::array<float, StateModel::MostStates> sorted{};
+    std::copy_n(means.begin(), count, sorted.begin());
+    std::sort(sorted.begin(), sorted.begin() + static_cast<std::ptrdiff_t>(count));
+    const float median = sorted[count / 2];
+    const std::size_t three = std::min<std::size_t>(3, count);
+    float lowestThree = Mean(means.data(), three);
+    for (std::size_t s = 1; s + three <= count; ++s)
+    {
+        lowestThree = std::min(lowestThree, Mean(means.data() + s, three));
+    }
+
+    Description features;
+    features << sorted[0], Mean(sorted.data(), std::min<std::size_t>(2, count)),
+        Mean(sorted.data(), std::min<std::size_t>(4, count)), median, lowestThree, lowestThree - median,
+        (path.lowest[0] + path.lowest[1]) / 2.0F, largestError, errorSum / static_cast<float>(count), Mean(means.data(), three),
+        Mean(means.data() + (count - three), three), SoftMinimumScore(path);
+    return features;
+}
+
+} // namespace velox::engine

@@ -1,0 +1,175 @@
+#include "engine/models/PhraseModel.h"
+
+#include "engine/models/MixtureBlob.h"
+
+namespace velox::engine
+{
+
+namespace
+{
+
+constexpr uint32_t MostLayers = 16;
+constexpr uint32_t MostUnits = 256;
+
+std::span<const float> Values(const Eigen::MatrixXf& matrix)
+{
+    return {matrix.data(), static_cast<std::size_t>(matrix.size())};
+}
+
+std::span<float> Values(Eigen::MatrixXf& matrix)
+{
+    return {matrix.data(), static_cast<std::size_t>(matrix.size())};
+}
+
+std::span<float> Values(Eigen::VectorXf& vector)
+{
+    return {vector.data(), static_cast<std::size_t>(vector.size())};
+}
+
+void WriteNetwork(const Network& network, BlobWriter* writer)
+{
+    writer->U32(static_cast<uint32_t>(network.layers.size()));
+    for (const NetworkLayer& layer : network.layers)
+    {
+        writer->U32(static_cast<uint32_t>(layer.kernel));
+        writer->U32(static_cast<uint32_t>(layer.dilation));
+        writer->U32(static_cast<uint32_t>(layer.weights.rows()));
+        writer->Quantised(Values(layer.weights));
+        writer->F32s(Values(Eigen::MatrixXf(layer.bias)));
+    }
+}
+
+/// Reads the layers; each one's inputs are the outputs of the one before.
+Network ReadNetwork(BlobReader* reader)
+{
+    Network network;
+    auto inputs = static_cast<uint32_t>(MelChannels);
+    const uint32_t layers = reader->Count(MostLayers);
+    for (uint32_t i = 0; i < layers; ++i)
+    {
+        NetworkLayer layer;
+        layer.kernel = static_cast<int>(reader->Count(MostLayers));
+        layer.dilation = static_cast<int>(reader->Count(MostLayers));
+        const uint32_t outputs = reader->Count(MostUnits);
+        layer.weights.resize(outputs, static_cast<Eigen::Index>(inputs) * layer.kernel);
+        layer.bias.resize(outputs);
+        reader->Quantised(Values(layer.weights));
+        reader->F32s(Values(layer.bias));
+        network.layers.push_back(std::move(layer));
+        inputs = outputs;
+    }
+    return network;
+}
+
+bool NetworkFits(const Network& network, std::size_t states)
+{
+    for (const NetworkLayer& layer : network.layers)
+    {
+        if (layer.kernel == 0 || layer.dilation == 0 || layer.weights.size() == 0)
+        {
+            return false;
+        }
+    }
+    return !network.layers.empty() && static_cast<std::size_t>(network.layers.back().weights.rows()) == states + 1;
+}
+
+void WriteSpeaker(const SpeakerModel& speaker, BlobWriter* writer)
+{
+    writer->F32(speaker.threshold);
+    WriteMixtures(speaker.generic, writer);
+    WriteMixtures(speaker.user, writer);
+}
+
+/// @return nothing when a mixture is not valid
+std::optional<SpeakerModel> ReadSpeaker(std::size_t states, BlobReader* reader)
+{
+    const float threshold = reader->F32();
+    auto generic = ReadMixtures(states, reader);
+    auto user = generic ? ReadMixtures(states, reader) : std::nullopt;
+    if (!user)
+    {
+        return std::nullopt;
+    }
+    return SpeakerModel{std::move(*generic), std::move(*user), threshold};
+}
+
+} // namespace
+
+std::vector<uint8_t> WritePhraseModel(const PhraseModel& model)
+{
+    BlobWriter writer(BlobKind::Firmware);
+    writer.F32s(model.statistics.startMean);
+    writer.F32s(model.statistics.mean);
+    writer.F32s(model.statistics.deviation);
+    writer.U32(static_cast<uint32_t>(model.states.States()));
+    writer.F32s(model.states.meanDuration);
+    writer.F32s(model.states.logPrior);
+    WriteNetwork(model.network, &writer);
+    writer.F32(model.tail.start);
+    writer.F32s(Values(Eigen::MatrixXf(model.nearCheck.classifier.weights)));
+    writer.F32(model.nearCheck.classifier.bias);
+    writer.F32(model.nearCheck.cut);
+    writer.U32(model.speaker.has_value() ? 1 : 0);
+    if (model.speaker)
+    {
+        WriteSpeaker(*model.speaker, &writer);
+    }
+    return writer.Finish();
+}
+
+Status ReadPhraseModel(const uint8_t* blob, PhraseModel* model)
+{
+    Status header = Status::Success;
+    BlobReader reader(BlobKind::Firmware, blob, &header);
+    if (header != Status::Success)
+    {
+        return header;
+    }
+
+    PhraseModel read;
+    reader.F32s(read.statistics.startMean);
+    reader.F32s(read.statistics.mean);
+    reader.F32s(read.statistics.deviation);
+    const uint32_t states = reader.Count(StateModel::MostStates);
+    read.states.meanDuration.resize(states);
+    read.states.logPrior.resize(states + 1);
+    reader.F32s(read.states.meanDuration);
+    reader.F32s(read.states.logPrior);
+    read.network = ReadNetwork(&reader);
+    read.tail.start = reader.F32();
+    read.nearCheck.classifier.weights.resize(NearPhraseCheck::Features);
+    reader.F32s(Values(read.nearCheck.classifier.weights));
+    read.nearCheck.classifier.bias = reader.F32();
+    read.nearCheck.cut = reader.F32();
+    const bool user = reader.Count(1) == 1;
+    if (user)
+    {
+        read.speaker = ReadSpeaker(states, &reader);
+    }
+
+    bool valid =
+        reader.Finish() == Status::Success && states > 0 && read.speaker.has_value() == user && NetworkFits(read.network, states);
+    for (const float deviation : read.statistics.deviation)
+    {
+        valid = valid && deviation > 0.0F;
+    }
+    for (const float duration : read.states.meanDuration)
+    {
+        valid = valid && duration > 0.0F;
+    }
+    if (!valid)
+    {
+        return Status::MalformedBlob;
+    }
+    *model = std::move(read);
+    return Status::Success;
+}
+
+Status ReadNestedPhraseModel(BlobReader* reader, PhraseModel* model)
+{
+    const std::span<const uint8_t> bytes = reader->Nested();
+    const bool whole = bytes.size() >= BlobHeader::Size && BlobLength(bytes.data()) == bytes.size();
+    return whole ? ReadPhraseModel(bytes.data(), model) : Status::MalformedBlob;
+}
+
+} // namespace velox::engine

@@ -1,0 +1,44 @@
+#include "engine/training/SpeakerTraining.h"
+
+#include "engine/listening/PhraseDetector.h"
+#include "engine/sound/Cepstrum.h"
+
+namespace velox::engine
+{
+
+namespace
+{
+
+constexpr Eigen::Index Components = 10;
+
+void AddFrames(const std::vector<PhrasePlace>& places, float share, std::vector<PhraseFrames>* frames)
+{
+    for (const PhrasePlace& place : places)
+    {
+        if (!place.features.empty())
+        {
+            frames->push_back({SpeakerFrames(place.features), place.path.counts, share});
+        }
+    }
+}
+
+} // namespace
+
+GenericSpeakers TrainGenericPart(const PhrasePlaces& places, std::size_t states, uint64_t seed)
+{
+    std::vector<PhraseFrames> frames;
+    AddFrames(places.takes, 1.0F, &frames);
+    AddFrames(places.copies, SpeakerModel::CopyShare, &frames);
+    std::vector<Eigen::MatrixXf> parts;
+    parts.reserve(frames.size());
+    for (const PhraseFrames& one : frames)
+    {
+        parts.push_back(one.frames);
+    }
+    MixtureTraining training;
+    training.components = Components;
+    training.seed = seed;
+    return TrainGenericSpeakers(TrainMixture(SideBySide(parts), training), frames, states);
+}
+
+} // namespace velox::engine

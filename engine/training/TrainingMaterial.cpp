@@ -1,0 +1,121 @@
+#include "engine/training/TrainingMaterial.h"
+
+#include "engine/listening/PhraseSearch.h"
+
+#include <algorithm>
+
+namespace velox::engine
+{
+
+namespace
+{
+
+Eigen::MatrixXf ToMatrix(std::span<const MelFrame> features)
+{
+    Eigen::MatrixXf matrix(MelChannels, static_cast<Eigen::Index>(features.size()));
+    for (std::size_t i = 0; i < features.size(); ++i)
+    {
+        matrix.col(static_cast<Eigen::Index>(i)) = Eigen::Map<const Eigen::VectorXf>(features[i].data(), MelChannels);
+    }
+    return matrix;
+}
+
+/// The labels of a whole prepared take: background around the phrase.
+std::vector<int> TakeLabels(const PreparedTake& take, const std::vector<int>& phraseLabels, int background)
+{
+    std::vector<int> labels(take.logMel.size(), background);
+    std::copy(phraseLabels.begin(), phraseLabels.end(), labels.begin() + static_cast<std::ptrdiff_t>(take.begin));
+    return labels;
+}
+
+class MaterialMaker
+{
+public:
+    MaterialMaker(const FeatureStatistics& featureStatistics, const std::vector<std::vector<float>>& other,
+                  const LanguageOptions& languageOptions, int label)
+        : statistics(featureStatistics), background(other), options(languageOptions), backgroundLabel(label)
+    {
+    }
+
+    /// A sequence of the take itself, then one of each of its copies.
+    /// @param copies  receives them
+    std::vector<TrainingSequence> FromTake(const PreparedTake& take, const std::vector<int>& phraseLabels, std::size_t number,
+                                           std::span<Copy> copies) const
+    {
+        const std::vector<int> labels = TakeLabels(take, phraseLabels, backgroundLabel);
+        std::vector<TrainingSequence> made;
+        const auto add = [&](std::span<const float> samples, double speed, double warp) {
+            const std::vector<MelFrame> features = AnalyseRecording(statistics, samples, warp);
+            made.push_back({ToMatrix(features), CarryLabels(labels, speed, features.size()), take.weight, true});
+        };
+        add(take.samples, 1.0, 1.0);
+        for (std::size_t i = 0; i < copies.size(); ++i)
+        {
+            RandomStream random(options.seed * 1000003U + number * copies.size() + i);
+            copies[i].plan = DrawPlan(TrainingRanges, background, &random);
+            copies[i].samples = MakeCopy(copies[i].plan, take.samples, background);
+            add(copies[i].samples, copies[i].plan.speed, copies[i].plan.warp);
+        }
+        return made;
+    }
+
+    /// The recording itself or a noisy copy of it.
+    TrainingSequence FromBackground(const std::vector<float>& recording, std::size_t slot, bool copy) const
+    {
+        AugmentationPlan plan;
+        std::vector<float> samples = recording;
+        if (copy)
+        {
+            RandomStream random(options.seed * 7000003U + slot);
+            plan = DrawPlan(TrainingRanges, background, &random);
+            samples = MakeCopy(plan, recording, background);
+        }
+        const std::vector<MelFrame> features = AnalyseRecording(statistics, samples, plan.warp);
+        const auto weight = static_cast<float>(features.size());
+        return {ToMatrix(features), std::vector<int>(features.size(), backgroundLabel), weight, false};
+    }
+
+private:
+    const FeatureStatistics& statistics;
+    const std::vector<std::vector<float>>& background;
+    const LanguageOptions& options;
+    int backgroundLabel;
+};
+
+} // namespace
+
+TrainingMaterial MakeTrainingMaterial(const std::vector<PreparedTake>& takes, const PhraseAlignment& alignment,
+                                      const FeatureStatistics& statistics, const std::vector<std::vector<float>>& background,
+                                      const LanguageOptions& options, WorkerPool* pool)
+{
+    const MaterialMaker maker(statistics, background, options, static_cast<int>(alignment.states));
+    const auto takeCopies = static_cast<std::size_t>(options.copies);
+    TrainingMaterial material;
+    material.copies.resize(takes.size() * takeCopies);
+    std::vector<std::vector<TrainingSequence>> fromTakes(takes.size());
+    pool->Run(static_cast<int>(takes.size()), [&](int part) {
+        const auto number = static_cast<std::size_t>(part);
+        if (!alignment.labels[number].empty())
+        {
+            fromTakes[number] = maker.FromTake(takes[number], alignment.labels[number], number,
+                                               std::span(material.copies).subspan(number * takeCopies, takeCopies));
+        }
+    });
+
+    const std::size_t perRecording = static_cast<std::size_t>(options.backgroundCopies) + 1;
+    std::vector<TrainingSequence> fromBackground(background.size() * perRecording);
+    pool->Run(static_cast<int>(fromBackground.size()), [&](int part) {
+        const auto slot = static_cast<std::size_t>(part);
+        fromBackground[slot] = maker.FromBackground(background[slot / perRecording], slot, slot % perRecording != 0);
+    });
+
+    fromTakes.push_back(std::move(fromBackground));
+    for (std::vector<TrainingSequence>& made : fromTakes)
+    {
+        std::copy_if(std::make_move_iterator(made.begin()), std::make_move_iterator(made.end()),
+                     std::back_inserter(material.sequences), [](const TrainingSequence& one) { return one.Frames() > 0; });
+    }
+    return material;
+}
+
+} // namespace velox::engine

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "engine/base/WorkerPool.h"
+#include "engine/enrollment/Alignment.h"
+#include "engine/enrollment/Augmentation.h"
+#include "engine/sound/FeatureStream.h"
+#include "engine/training/TakePreparation.h"
+#include "engine/training/TrainingSequence.h"
+
+namespace velox::engine
+{
+
+/// A noisy copy and how it was made.
+struct Copy
+{
+    std::vector<float> samples;
+    AugmentationPlan plan;
+};
+
+/// What the network learns from.
+struct TrainingMaterial
+{
+    std::vector<Copy> copies; ///< of the takes, all of the first, then all of the second, and so on
+    std::vector<TrainingSequence> sequences;
+};
+
+/// Makes the noisy copies and the features that the network learns from. Every copy has a random stream of its own, so that the
+/// work can be shared out.
+TrainingMaterial MakeTrainingMaterial(const std::vector<PreparedTake>& takes, const PhraseAlignment& alignment,
+                                      const FeatureStatistics& statistics, const std::vector<std::vector<float>>& background,
+                                      const LanguageOptions& options, WorkerPool* pool);
+
+} // namespace velox::engine

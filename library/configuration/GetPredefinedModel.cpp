@@ -1,0 +1,37 @@
+#include "library/configuration/ConfigurationReader.h"
+#include "library/configuration/LanguageElement.h"
+
+namespace
+{
+
+constexpr LookupLines Lines{"[GetPredefinedModel] Failed to load configuration file: %s. Status: %s.",
+                            "[GetPredefinedModel] Failed to load root element of DOM.",
+                            "[GetPredefinedModel] Failed to get directory attribute.",
+                            "[GetPredefinedModel] Failed to query ID attribute. XML parser status: %d."};
+
+constexpr FileElement FirmwareModel{"fwBlob", "[GetPredefinedModel] Failed to get predefined model XML element.",
+                                    "[GetPredefinedModel] Failed to get predefined model file name."};
+
+} // namespace
+
+HRESULT ConfigurationReader::GetPredefinedModel(uint16_t languageId, uint8_t** data, uint32_t* size)
+{
+    tinyxml2::XMLDocument document;
+    std::string directory;
+    const tinyxml2::XMLElement* language = nullptr;
+    if (FAILED(LookUpLanguage(&document, configurationFilePath, languageId, &directory, &language, logger, Lines)))
+    {
+        return E_FAIL;
+    }
+    if (language == nullptr)
+    {
+        return S_OK;
+    }
+
+    std::string fileName;
+    if (FAILED(GetFileName(*language, FirmwareModel, &fileName, logger)))
+    {
+        return E_FAIL;
+    }
+    return LoadFile(directory, fileName, data, size);
+}

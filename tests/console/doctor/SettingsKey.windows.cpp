@@ -1,0 +1,79 @@
+#include "console/doctor/SettingsKey.h"
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+using namespace velox::console;
+
+namespace
+{
+
+constexpr const wchar_t* Key = L"SOFTWARE\\Velox\\KeywordDetectorAdapter";
+
+class SettingsKey : public testing::Test
+{
+protected:
+    SettingsKey()
+    {
+        Remove();
+    }
+    ~SettingsKey() override
+    {
+        Remove();
+    }
+
+    static void Remove()
+    {
+        RegDeleteKeyExW(HKEY_LOCAL_MACHINE, Key, KEY_WOW64_64KEY, 0);
+        RegDeleteKeyExW(HKEY_LOCAL_MACHINE, Key, KEY_WOW64_32KEY, 0);
+    }
+
+    static void Write(const wchar_t* name, DWORD type, const void* data, DWORD size, REGSAM view = KEY_WOW64_64KEY)
+    {
+        HKEY key = nullptr;
+        ASSERT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, Key, 0, nullptr, 0, KEY_SET_VALUE | view, nullptr, &key, nullptr),
+                  ERROR_SUCCESS);
+        EXPECT_EQ(RegSetValueExW(key, name, 0, type, static_cast<const BYTE*>(data), size), ERROR_SUCCESS);
+        RegCloseKey(key);
+    }
+};
+
+} // namespace
+
+TEST_F(SettingsKey, AbsentKeyIsSaidToBeAbsent)
+{
+    const RegistrySettings settings = ReadSettingsKey();
+    EXPECT_FALSE(settings.keyReadable);
+    EXPECT_TRUE(settings.values.empty());
+}
+
+TEST_F(SettingsKey, ValuesHaveNameTypeAndBytes)
+{
+    const uint32_t level = 4;
+    Write(L"LoggerLevel", REG_DWORD, &level, sizeof(level));
+    const RegistrySettings settings = ReadSettingsKey();
+    EXPECT_TRUE(settings.keyReadable);
+    ASSERT_EQ(settings.values.size(), 1U);
+    EXPECT_EQ(settings.values[0].name, "LoggerLevel");
+    EXPECT_EQ(settings.values[0].type, static_cast<uint32_t>(REG_DWORD));
+    EXPECT_EQ(settings.values[0].bytes, (std::vector<uint8_t>{4, 0, 0, 0}));
+}
+
+TEST_F(SettingsKey, LongValueStaysLongerThanTheLibraryReads)
+{
+    const std::vector<uint8_t> bytes(1000, 1);
+    Write(L"LogToFile", REG_BINARY, bytes.data(), static_cast<DWORD>(bytes.size()));
+    ASSERT_EQ(ReadSettingsKey().values.size(), 1U);
+    EXPECT_GT(ReadSettingsKey().values[0].bytes.size(), sizeof(uint32_t));
+}
+
+TEST_F(SettingsKey, ValuesOfThe32BitViewAreNamedApart)
+{
+    const uint32_t level = 5;
+    Write(L"LoggerLevel", REG_DWORD, &level, sizeof(level), KEY_WOW64_32KEY);
+    const RegistrySettings settings = ReadSettingsKey();
+    EXPECT_TRUE(settings.values.empty());
+    ASSERT_EQ(settings.valuesOf32Bit.size(), 1U);
+    EXPECT_EQ(settings.valuesOf32Bit[0], "LoggerLevel");
+}

@@ -1,0 +1,39 @@
+#include "console/languages/AlarmRate.h"
+
+#include <gtest/gtest.h>
+
+using namespace velox::console;
+
+TEST(AlarmRate, IntervalsAreThePublishedOnes)
+{
+    const struct
+    {
+        int64_t count;
+        double least;
+        double most;
+    } cases[]{{0, 0.0, 3.689}, {1, 0.025, 5.572}, {8, 3.454, 15.763}, {10, 4.795, 18.390}, {50, 37.111, 65.919}};
+    for (const auto& own : cases)
+    {
+        SCOPED_TRACE(own.count);
+        const RateInterval rate = RateFromCount(own.count, 1.0);
+        EXPECT_NEAR(rate.least, own.least, 0.0011);
+        EXPECT_NEAR(rate.most, own.most, 0.0011);
+        EXPECT_DOUBLE_EQ(RateFromCount(own.count, 4.0).most, rate.most / 4.0);
+    }
+}
+
+TEST(AlarmRate, ThousandsAreCountedWithoutOverflow)
+{
+    const RateInterval rate = RateFromCount(10'000, 1.0);
+    EXPECT_NEAR(rate.least, 9805.0, 2.0);
+    EXPECT_NEAR(rate.most, 10198.0, 2.0);
+}
+
+TEST(AlarmRate, EightIsTheLeastCountThatTellsTheRateToWithinTwice)
+{
+    const auto ratio = [](int64_t count) {
+        return RateFromCount(count, 1.0).most / static_cast<double>(count);
+    };
+    EXPECT_LE(ratio(CountForTwice), 2.0);
+    EXPECT_GT(ratio(CountForTwice - 1), 2.0);
+}

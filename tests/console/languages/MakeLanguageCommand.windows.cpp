@@ -1,0 +1,146 @@
+#include "console/languages/MakeLanguageCommand.h"
+
+#include "console/text/Utf8Path.h"
+#include "tests/console/support/LanguageMaterialFolder.h"
+#include "tests/console/support/ProgramRun.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include <windows.h>
+
+#include <filesystem>
+
+namespace
+{
+
+using testing::HasSubstr;
+using velox::console::PathFromUtf8;
+using Json = nlohmann::ordered_json;
+using Arguments = std::vector<std::string>;
+
+class MakeLanguageCommand : public testing::Test
+{
+protected:
+    Arguments Line(const Arguments& more = {}) const
+    {
+        Arguments line{"make-language", "en-US",
+                       "--phrase",      folder.Path("takes"),
+                       "--background",  folder.Path("other"),
+                       "--out",         folder.Path("models"),
+                       "--config",      folder.Path("config.xml"),
+                       "--copies",      "1"};
+        line.insert(line.end(), more.begin(), more.end());
+        return line;
+    }
+
+    LanguageMaterialFolder folder;
+};
+
+/// The program as a process that can be ended.
+class RunningProgram
+{
+public:
+    explicit RunningProgram(const Arguments& arguments)
+    {
+        std::wstring path(MAX_PATH, L'\0');
+        path.resize(GetModuleFileNameW(nullptr, path.data(), MAX_PATH));
+        std::wstring line = L"\"" + (std::filesystem::path(path).parent_path() / L"velox-kws.exe").wstring() + L"\"";
+        for (const std::string& argument : arguments)
+        {
+            line += L" \"" + PathFromUtf8(argument).wstring() + L"\"";
+        }
+        STARTUPINFOW start{};
+        start.cb = sizeof(start);
+        EXPECT_TRUE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process));
+    }
+    RunningProgram(const RunningProgram&) = delete;
+    RunningProgram& operator=(const RunningProgram&) = delete;
+    ~RunningProgram()
+    {
+        CloseHandle(process.hThread);
+        CloseHandle(process.hProcess);
+    }
+
+    bool RunsFor(DWORD milliseconds) const
+    {
+        return WaitForSingleObject(process.hProcess, milliseconds) == WAIT_TIMEOUT;
+    }
+    void Kill() const
+    {
+        TerminateProcess(process.hProcess, 1);
+        WaitForSingleObject(process.hProcess, INFINITE);
+    }
+
+private:
+    PROCESS_INFORMATION process{};
+};
+
+} // namespace
+
+TEST_F(MakeLanguageCommand, MakesALanguageThatTheLibraryTakes)
+{
+    const ProgramRun made = RunVeloxKws(Line({"--batches", "2", "--json"}));
+    ASSERT_EQ(made.exitCode, 0) << made.output << made.errors;
+    const Json document = Json::parse(made.output);
+    EXPECT_EQ(document["command"], "make-language");
+    EXPECT_EQ(document["results"][0]["language"], 1033);
+    EXPECT_EQ(document["results"][0]["takes"], 8);
+    EXPECT_EQ(document["error"], nullptr);
+    EXPECT_EQ(made.errors, "");
+
+    const std::string configuration = folder.Path("config.xml");
+    EXPECT_EQ(RunVeloxKws({"capabilities", "--config", configuration}).exitCode, 0);
+    const ProgramRun armed = RunVeloxKws({"arm", "en-US", "--config", configuration, "--out", folder.Path("pattern.bin")});
+    EXPECT_EQ(armed.exitCode, 0) << armed.output << armed.errors;
+
+    const ProgramRun again = RunVeloxKws(Line({"--batches", "2"}));
+    EXPECT_EQ(again.exitCode, 4);
+    EXPECT_THAT(again.errors, HasSubstr("has the language 1033 (en-US) already"));
+}
+
+TEST_F(MakeLanguageCommand, RefusesWithACodeForEachCauseAndLeavesNothing)
+{
+    const struct
+    {
+        Arguments line;
+        int exitCode;
+        std::string message;
+    } cases[]{{{"make-language", "en-US"}, 2, "required"},
+              {Line({"--false-alarms-per-hour", "0"}), 2, "--false-alarms-per-hour"},
+              {Line({"--name", "a/b"}), 2, "use the letters"},
+              {{"make-language", "en-US", "--phrase", folder.Path("none"), "--background", folder.Path("other"), "--out",
+                folder.Path("models"), "--config", folder.Path("config.xml")},
+               3,
+               "There is no folder"},
+              {{"make-language", "en-US", "--phrase", folder.Path("takes"), "--background", folder.Path("other"), "--out",
+                folder.Path("other\\0.wav"), "--config", folder.Path("config.xml")},
+               6,
+               "Cannot write"}};
+    for (const auto& own : cases)
+    {
+        SCOPED_TRACE(own.message);
+        const ProgramRun run = RunVeloxKws(own.line);
+        EXPECT_EQ(run.exitCode, own.exitCode);
+        EXPECT_THAT(run.errors, HasSubstr(own.message));
+        EXPECT_TRUE(folder.HoldsOnlyMaterial());
+    }
+}
+
+TEST_F(MakeLanguageCommand, AMalformedConfigurationIsTold)
+{
+    WriteWholeFile(folder.Path("config.xml"), "<a>");
+    const ProgramRun run = RunVeloxKws(Line({"--json"}));
+    EXPECT_EQ(run.exitCode, 4);
+    const Json document = Json::parse(run.output);
+    EXPECT_THAT(document["error"]["message"].get<std::string>(), HasSubstr("not well-formed"));
+    EXPECT_EQ(ReadWholeFile(folder.Path("config.xml")), "<a>");
+}
+
+TEST_F(MakeLanguageCommand, KilledInTheMiddleItLeavesNothing)
+{
+    const RunningProgram program(Line({"--batches", "100000"}));
+    ASSERT_TRUE(program.RunsFor(5000));
+    program.Kill();
+    EXPECT_TRUE(folder.HoldsOnlyMaterial());
+}

@@ -1,0 +1,300 @@
+#include "console/listening/ListenCommand.h"
+
+#include "console/JsonDocument.h"
+#include "console/RunCommand.h"
+#include "console/hosting/Detector.h"
+#include "console/hosting/UserModelStream.h"
+#include "tests/console/support/ProgramRun.h"
+#include "tests/console/support/ToneProject.h"
+#include "tests/engine/support/TinyLanguage.h"
+
+#include <CLI/CLI.hpp>
+#include <gmock/gmock.h>
+
+#include <array>
+#include <filesystem>
+
+namespace
+{
+
+using namespace velox;
+using namespace velox::console;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::SizeIs;
+using Json = nlohmann::ordered_json;
+using Arguments = std::vector<std::string>;
+
+constexpr const char* ConsoleDetector = "{3B0E9B6C-5C1D-4A57-8E07-61C2A94D7F25}";
+const TinyLanguage::Voice User{0.15, 0.4, 3300.0};
+
+class ListenCommand : public testing::Test
+{
+protected:
+    /// Builds a pattern as arm does.
+    void Arm(const std::string& name, uint16_t language, const std::string& model = {})
+    {
+        Detector detector({project.Configuration(), ConsoleDetector}, {});
+        const auto stream = model.empty() ? EmptyStream() : OpenUserModel(model);
+        const ArmingAnswer answer = detector.Arm(stream.get(), language);
+        ASSERT_EQ(answer.result, S_OK);
+        project.Write(name, answer.pattern);
+    }
+
+    /// Enrolls the user. @return the model's file
+    std::string Enroll()
+    {
+        Detector detector({project.Configuration(), ConsoleDetector}, {});
+        const std::array said{TinyLanguage::SayPhrase(User, 1), TinyLanguage::SayPhrase(User, 2),
+                              TinyLanguage::SayPhrase(User, 3)};
+        const std::vector<std::span<const float>> takes(said.begin(), said.end());
+        const auto stream = EmptyStream();
+        EXPECT_EQ(detector.Train(stream.get(), ToneProject::English, takes).result, S_OK);
+        project.Write("user.vwov", Content(stream.get()));
+        return project.File("user.vwov");
+    }
+
+    Arguments Line(const Arguments& more) const
+    {
+        Arguments line{"listen", "--config", project.Configuration()};
+        line.insert(line.end(), more.begin(), more.end());
+        return line;
+    }
+
+    Outcome Listen(const Arguments& more) const
+    {
+        CLI::App app;
+        Commands commands;
+        AddListenCommand(app, commands);
+        Arguments reversed = Line(more);
+        std::ranges::reverse(reversed);
+        app.parse(reversed);
+        const Style style(false);
+        Progress progress(nullptr);
+        const LogOptions log;
+        Context context{style, progress, log};
+        return RunCommand(commands.at(app.get_subcommands().at(0)), context);
+    }
+
+    std::string Phrases(const std::string& name, int count) const
+    {
+        std::vector<float> audio;
+        for (int i = 0; i < count; ++i)
+        {
+            const auto said = TinyLanguage::SayPhrase(User, static_cast<uint64_t>(i) + 10);
+            audio.insert(audio.end(), said.begin(), said.end());
+        }
+        return project.Record(name, audio);
+    }
+
+    ToneProject project;
+};
+
+TEST_F(ListenCommand, HearsPhrasesAndParsesThemWithTheLibrary)
+{
+    Arm("pattern.bin", ToneProject::English);
+    const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), Phrases("two.wav", 2)});
+    EXPECT_EQ(outcome.exitCode, ExitCode::Success) << outcome.text;
+    EXPECT_EQ(outcome.verdict, "2 detections in 3.2 s.");
+    ASSERT_THAT(outcome.results, SizeIs(1));
+    const Json& detections = outcome.results[0]["detections"];
+    ASSERT_THAT(detections, SizeIs(2));
+    for (const Json& detection : detections)
+    {
+        EXPECT_EQ(detection["result"], "0x00000000 S_OK");
+        EXPECT_EQ(detection["keywordId"], 1);
+        EXPECT_EQ(detection["language"], 1033);
+        EXPECT_EQ(detection["userMatch"], false);
+        EXPECT_EQ(detection["threshold"], 70.0);
+        EXPECT_NEAR(detection["keywordStart"].get<double>(), detection["start"].get<double>() * 1e7, 1.0);
+        EXPECT_NEAR(detection["keywordEnd"].get<double>(), detection["end"].get<double>() * 1e7, 1.0);
+    }
+    EXPECT_NEAR(detections[0]["start"].get<double>(), 0.5, 0.05);
+    EXPECT_NEAR(detections[1]["start"].get<double>(), 2.1, 0.05);
+    EXPECT_EQ(outcome.text.find("Note:"), std::string::npos) << outcome.text;
+}
+
+TEST_F(ListenCommand, AUsersPatternIsAUserMatch)
+{
+    const std::string model = Enroll();
+    Arm("pattern.bin", ToneProject::English, model);
+    const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), "--model", model, Phrases("one.wav", 1)});
+    EXPECT_EQ(outcome.exitCode, ExitCode::Success) << outcome.text;
+    EXPECT_EQ(outcome.results[0]["userModel"], true);
+    EXPECT_EQ(outcome.results[0]["threshold"], 60.0);
+    EXPECT_EQ(outcome.results[0]["detections"][0]["userMatch"], true);
+    EXPECT_EQ(outcome.text.find("Note:"), std::string::npos) << outcome.text;
+}
+
+TEST_F(ListenCommand, AUsersPatternWithoutTheModelIsNoted)
+{
+    Arm("pattern.bin", ToneProject::English, Enroll());
+    const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), Phrases("one.wav", 1)});
+    EXPECT_THAT(outcome.text,
+                HasSubstr("The library builds another pattern for language 1033 (en-US) now, with a threshold of 70.0 "
+                          "instead of 60.0, with another model"));
+    EXPECT_EQ(outcome.results[0]["detections"][0]["userMatch"], false);
+}
+
+TEST_F(ListenCommand, TheLanguageIsTheOneWhosePatternItIs)
+{
+    project.AddItalian();
+    Arm("pattern.bin", ToneProject::Italian);
+    const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), Phrases("one.wav", 1)});
+    EXPECT_EQ(outcome.results[0]["detections"][0]["language"], 1040);
+    EXPECT_EQ(outcome.results[0]["threshold"], 80.0);
+}
+
+TEST_F(ListenCommand, APatternOfNoneOfTheLanguagesNeedsOneNamed)
+{
+    project.AddItalian();
+    Arm("pattern.bin", ToneProject::Italian);
+    project.Write("pre_1040.txt", std::string("81"));
+    const std::string one = Phrases("one.wav", 1);
+    const Outcome unnamed = Listen({"--pattern", project.File("pattern.bin"), one});
+    EXPECT_EQ(unnamed.exitCode, ExitCode::Usage);
+    ASSERT_TRUE(unnamed.error.has_value());
+    EXPECT_THAT(unnamed.error->fix, HasSubstr("--language"));
+
+    const Outcome named = Listen({"--pattern", project.File("pattern.bin"), "--language", "it-IT", one});
+    EXPECT_EQ(named.exitCode, ExitCode::Success);
+    EXPECT_EQ(named.results[0]["detections"][0]["language"], 1040);
+    EXPECT_THAT(named.text, HasSubstr("with a threshold of 81.0 instead of 80.0. "));
+}
+
+TEST_F(ListenCommand, CounterOffsetAndDriftReachTheHost)
+{
+    Arm("pattern.bin", ToneProject::English);
+    const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), "--offset", "1000000000000", "--drift", "-100",
+                                    "--block", "250", Phrases("one.wav", 1)});
+    const Json& detection = outcome.results[0]["detections"][0];
+    EXPECT_NEAR(detection["keywordStart"].get<double>() - 1e12, detection["start"].get<double>() * 1e7 * 0.9999, 1.0);
+}
+
+TEST_F(ListenCommand, SavesEachBlockUnderTheRecordingsName)
+{
+    Arm("pattern.bin", ToneProject::English);
+    const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), "--save-results", project.File("blocks"),
+                                    Phrases("two.wav", 2), Phrases("one.wav", 1)});
+    EXPECT_EQ(outcome.exitCode, ExitCode::Success);
+    for (const char* name : {"two-001.result", "two-002.result", "one-003.result"})
+    {
+        SCOPED_TRACE(name);
+        const auto block = project.Read(std::string("blocks\\") + name);
+        ASSERT_THAT(block, SizeIs(60));
+        EXPECT_EQ(block[0], 60);
+        EXPECT_EQ(block[48], 1);
+    }
+    EXPECT_THAT(outcome.results[1]["detections"][0]["block"].get<std::string>(), EndsWith("one-003.result"));
+}
+
+TEST_F(ListenCommand, AFolderThatCannotBeMadeIsAWriteFailure)
+{
+    Arm("pattern.bin", ToneProject::English);
+    const Outcome outcome =
+        Listen({"--pattern", project.File("pattern.bin"), "--save-results", project.File("pattern.bin"), Phrases("one.wav", 1)});
+    EXPECT_EQ(outcome.exitCode, ExitCode::WriteFailed);
+}
+
+TEST_F(ListenCommand, WritesAReport)
+{
+    Arm("pattern.bin", ToneProject::English);
+    Listen({"--pattern", project.File("pattern.bin"), "--report", project.File("page.html"), Phrases("one.wav", 1)});
+    const auto bytes = project.Read("page.html");
+    const std::string page(bytes.begin(), bytes.end());
+    EXPECT_THAT(page, HasSubstr("1 detection in 1.6 s."));
+    EXPECT_THAT(page, HasSubstr("user match: no"));
+}
+
+TEST_F(ListenCommand, FaultsHaveTheirOutcomes)
+{
+    Arm("pattern.bin", ToneProject::English);
+    const std::string two = Phrases("two.wav", 2);
+    struct Case
+    {
+        const char* fault;
+        ExitCode exitCode;
+        const char* verdict;
+    };
+    for (const Case& one : {Case{"reset", ExitCode::Refused, "The DSP reset itself in 1 file and was deaf from then on."},
+                            {"foreign-guid", ExitCode::LibraryFailure, "The library refused 2 of 2 result blocks in 3.2 s."},
+                            {"truncated", ExitCode::LibraryFailure, "The library refused 2 of 2 result blocks in 3.2 s."},
+                            {"unknown-keyword", ExitCode::Refused, "2 of 2 result blocks named a keyword that was not armed."},
+                            {"stale", ExitCode::Success, "2 detections in 3.2 s."}})
+    {
+        SCOPED_TRACE(one.fault);
+        const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), "--fail", one.fault, two});
+        EXPECT_EQ(outcome.exitCode, one.exitCode) << outcome.text;
+        EXPECT_EQ(outcome.verdict, one.verdict);
+        EXPECT_THAT(outcome.text, HasSubstr(std::string("Note:          Fault \"") + one.fault + "\""));
+    }
+}
+
+TEST_F(ListenCommand, AStalePatternShowsByItsThreshold)
+{
+    Arm("pattern.bin", ToneProject::English);
+    project.Write("pre_1033.txt", std::string("255"));
+    const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), "--fail", "stale", Phrases("one.wav", 1)});
+    EXPECT_EQ(outcome.verdict, "1 detection in 1.6 s.") << "the newer pattern would never fire";
+    EXPECT_THAT(outcome.text, HasSubstr("with a threshold of 255.0 instead of 70.0"));
+}
+
+TEST_F(ListenCommand, APatternThatIsDamagedIsRefusedWithItsOffset)
+{
+    Arm("pattern.bin", ToneProject::English);
+    auto pattern = project.Read("pattern.bin");
+    pattern[36] = 1;
+    project.Write("bad.bin", pattern);
+    const Outcome outcome = Listen({"--pattern", project.File("bad.bin"), Phrases("one.wav", 1)});
+    EXPECT_EQ(outcome.exitCode, ExitCode::BadInput);
+    ASSERT_TRUE(outcome.error.has_value());
+    EXPECT_EQ(outcome.error->message, "The DSP refuses the pattern at 0x24, Reserved2: The second reserved field is not 0.");
+}
+
+TEST_F(ListenCommand, APatternOfAnotherDetectorIsRefused)
+{
+    Arm("pattern.bin", ToneProject::English);
+    const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), "--detector-id",
+                                    "{00112233-4455-6677-8899-AABBCCDDEEFF}", Phrases("one.wav", 1)});
+    EXPECT_EQ(outcome.exitCode, ExitCode::BadInput);
+    ASSERT_TRUE(outcome.error.has_value());
+    EXPECT_THAT(outcome.error->fix, HasSubstr("--detector-id"));
+}
+
+TEST_F(ListenCommand, MissingFilesHaveTheirClass)
+{
+    Arm("pattern.bin", ToneProject::English);
+    const std::string one = Phrases("one.wav", 1);
+    EXPECT_EQ(Listen({"--pattern", project.File("none.bin"), one}).exitCode, ExitCode::BadInput);
+    EXPECT_EQ(Listen({"--pattern", project.File("pattern.bin"), project.File("none.wav")}).exitCode, ExitCode::BadInput);
+    EXPECT_EQ(Listen({"--pattern", project.File("pattern.bin"), project.File("pattern.bin")}).exitCode, ExitCode::BadInput);
+    std::filesystem::remove(project.Configuration());
+    EXPECT_EQ(Listen({"--pattern", project.File("pattern.bin"), one}).exitCode, ExitCode::BadConfiguration);
+}
+
+TEST_F(ListenCommand, TheProgramPrintsOneDocument)
+{
+    Arm("pattern.bin", ToneProject::English);
+    const Arguments more{"--pattern", project.File("pattern.bin"), Phrases("one.wav", 1)};
+    const Outcome outcome = Listen(more);
+    Arguments line = Line(more);
+    line.insert(line.begin(), "--json");
+    const ProgramRun run = RunVeloxKws(line);
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(Json::parse(run.output), Json::parse(JsonDocument("listen", outcome)));
+}
+
+TEST_F(ListenCommand, TheProgramPrintsItsVerdictLast)
+{
+    Arm("pattern.bin", ToneProject::English);
+    const ProgramRun run =
+        RunVeloxKws(Line({"--pattern", project.File("pattern.bin"), "--fail", "truncated", Phrases("one.wav", 1)}));
+    EXPECT_EQ(run.exitCode, static_cast<int>(ExitCode::LibraryFailure));
+    EXPECT_THAT(run.output, testing::ContainsRegex("The library refused 1 of 1 result block in 1.6 s.\r?\n$"));
+    EXPECT_EQ(run.output.find('\x1b'), std::string::npos) << "no colours in a file";
+
+    EXPECT_EQ(RunVeloxKws({"listen", "--pattern"}).exitCode, static_cast<int>(ExitCode::Usage));
+    EXPECT_EQ(RunVeloxKws(Line({"--pattern", "p", "--fail", "smoke", "a.wav"})).exitCode, static_cast<int>(ExitCode::Usage));
+}
+
+} // namespace

@@ -1,0 +1,184 @@
+#include "console/pages/RecordingFigure.h"
+
+#include <gmock/gmock.h>
+
+#include <tinyxml2.h>
+
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+namespace
+{
+
+using namespace velox::console;
+using testing::HasSubstr;
+using testing::Not;
+using Kind = ReportMark::Kind;
+
+ReportRecording TwoSeconds()
+{
+    ReportRecording recording;
+    recording.seconds = 2.0;
+    return recording;
+}
+
+class Drawn
+{
+public:
+    explicit Drawn(const ReportRecording& recording)
+    {
+        document.Parse(RecordingFigure(recording, 3).c_str());
+        EXPECT_FALSE(document.Error()) << document.ErrorStr();
+    }
+
+    /// The drawing of a class; null when there is none.
+    const tinyxml2::XMLElement* Drawing(const std::string& name) const
+    {
+        const auto* svg = document.RootElement()->FirstChildElement("svg");
+        while (svg != nullptr && svg->Attribute("class") != name)
+        {
+            svg = svg->NextSiblingElement("svg");
+        }
+        return svg;
+    }
+
+    /// The curve's path in a drawing.
+    std::string Path(const std::string& drawing) const
+    {
+        return Drawing(drawing)->FirstChildElement("path")->Attribute("d");
+    }
+
+    tinyxml2::XMLDocument document;
+};
+
+} // namespace
+
+TEST(RecordingFigure, MarksLieAtTheirPlaces)
+{
+    ReportRecording recording = TwoSeconds();
+    recording.marks = {
+        {Kind::Speech, 0.5, 1.5}, {Kind::Phrase, 0.6, 1.4, "score 112"}, {Kind::Clipped, 1.0, 1.0}, {Kind::Fault, 1.9, 9.0}};
+    const Drawn drawn(recording);
+    const struct
+    {
+        std::string lane;
+        double x;
+        double width;
+        std::string title;
+    } cases[]{{"lane-speech", 250.0, 500.0, "0.50 s to 1.50 s"},
+              {"lane-phrase", 300.0, 400.0, "0.60 s to 1.40 s: score 112"},
+              {"lane-clipped", 500.0, 0.05, "1.00 s"},
+              {"lane-fault", 950.0, 50.0, "1.90 s to 9.00 s"}};
+    for (const auto& own : cases)
+    {
+        SCOPED_TRACE(own.lane);
+        const tinyxml2::XMLElement* lane = drawn.Drawing(own.lane);
+        ASSERT_NE(lane, nullptr);
+        const tinyxml2::XMLElement* mark = lane->FirstChildElement("rect");
+        ASSERT_NE(mark, nullptr);
+        EXPECT_DOUBLE_EQ(mark->DoubleAttribute("x"), own.x);
+        EXPECT_DOUBLE_EQ(mark->DoubleAttribute("width"), own.width);
+        EXPECT_EQ(mark->FirstChildElement("title")->GetText(), own.title);
+    }
+    EXPECT_EQ(drawn.Drawing("lane-near"), nullptr);
+}
+
+TEST(RecordingFigure, EveryDrawingSaysWhatItIs)
+{
+    ReportRecording recording = TwoSeconds();
+    recording.marks = {{Kind::NearMiss, 0.5, 1.5}};
+    recording.wave = {{-0.5F, 0.5F}};
+    recording.quality.values = {12.0F};
+    recording.score.values = {90.0F};
+    recording.threshold = 100.0;
+    const Drawn drawn(recording);
+    for (const std::string name : {"lane-near", "sound", "quality", "score"})
+    {
+        SCOPED_TRACE(name);
+        const tinyxml2::XMLElement* svg = drawn.Drawing(name);
+        ASSERT_NE(svg, nullptr);
+        EXPECT_EQ(svg->Attribute("role"), std::string("img"));
+        const std::string id = "r3-" + name;
+        EXPECT_EQ(svg->Attribute("aria-labelledby"), id + "-title " + id + "-desc");
+        EXPECT_EQ(svg->FirstChildElement("title")->Attribute("id"), id + "-title");
+        EXPECT_EQ(svg->FirstChildElement("desc")->Attribute("id"), id + "-desc");
+        EXPECT_NE(svg->FirstChildElement("title")->GetText(), nullptr);
+    }
+    EXPECT_STREQ(drawn.Drawing("score")->FirstChildElement("desc")->GetText(), "highest 90 at 0.00 s; threshold 100, dashed");
+}
+
+TEST(RecordingFigure, TheThresholdLineAndTheScoreShareTheirScale)
+{
+    ReportRecording recording = TwoSeconds();
+    recording.threshold = 80.0;
+    recording.score = {0.5, 0.5, {0.0F, 80.0F, 100.0F}};
+    const Drawn drawn(recording);
+    EXPECT_EQ(drawn.Path("score"), "M250.0 100.0L500.0 20.0L750.0 0.0");
+    const tinyxml2::XMLElement* line = drawn.Drawing("score")->LastChildElement("line");
+    EXPECT_STREQ(line->Attribute("class"), "threshold");
+    EXPECT_DOUBLE_EQ(line->DoubleAttribute("y1"), 20.0);
+}
+
+TEST(RecordingFigure, ValuesThatAreMissingLeaveAGap)
+{
+    ReportRecording recording = TwoSeconds();
+    recording.quality = {0.0, 0.5, {0.0F, std::numeric_limits<float>::quiet_NaN(), 30.0F, 15.0F}};
+    EXPECT_EQ(Drawn(recording).Path("quality"), "M0.0 100.0M500.0 0.0L750.0 50.0");
+    recording.quality.values = {std::numeric_limits<float>::quiet_NaN()};
+    EXPECT_EQ(Drawn(recording).Drawing("quality"), nullptr);
+}
+
+TEST(RecordingFigure, AQuietRecordingIsEnlargedAndSaysSo)
+{
+    ReportRecording recording = TwoSeconds();
+    recording.wave = {{-0.1F, 0.05F}};
+    // Four times: full height is 0.25.
+    EXPECT_EQ(Drawn(recording).Path("sound"), "M500.0 40.0L500.0 70.0");
+    EXPECT_THAT(RecordingFigure(recording, 1), HasSubstr("drawn 4 times as high: highest sample -20 dB"));
+    recording.wave = {{0.0F, 0.0F}};
+    EXPECT_THAT(RecordingFigure(recording, 1), HasSubstr("silent"));
+    recording.wave = {{-1.0F, 1.0F}};
+    EXPECT_EQ(Drawn(recording).Path("sound"), "M500.0 0.0L500.0 100.0");
+    EXPECT_THAT(RecordingFigure(recording, 1), HasSubstr("full scale is 1: highest sample 0 dB"));
+}
+
+TEST(RecordingFigure, TheWaveKeepsEveryPeakOfALongRecording)
+{
+    std::vector<float> samples(1'000'000, 0.0F);
+    samples[0] = 0.5F;
+    samples[654'321] = -0.9F;
+    samples[999'999] = 0.7F;
+    const std::vector<SampleRange> wave = WaveOf(samples);
+    ASSERT_EQ(wave.size(), MostWaveStretches);
+    EXPECT_EQ(wave.front().most, 0.5F);
+    EXPECT_EQ(wave[654'321 * MostWaveStretches / 1'000'000].least, -0.9F);
+    EXPECT_EQ(wave.back().most, 0.7F);
+    EXPECT_EQ(WaveOf(std::vector{0.1F, 0.2F}).size(), 2U);
+    EXPECT_TRUE(WaveOf({}).empty());
+}
+
+TEST(RecordingFigure, TimesAreWrittenAsPeopleReadThem)
+{
+    EXPECT_EQ(PlaceText(0.5, 1.25), "0.50 s to 1.25 s");
+    EXPECT_EQ(PlaceText(1.0, 1.0), "1.00 s");
+    EXPECT_EQ(PlaceText(59.0, 61.5), "0:59.0 to 1:01.5");
+    EXPECT_EQ(PlaceText(119.97, 3725.0), "2:00.0 to 1:02:05.0");
+    const struct
+    {
+        double seconds;
+        std::string tick;
+    } cases[]{{0.9, ">0.8 s<"}, {5.0, ">3 s<"}, {90.0, ">1:20<"}, {3600.0, ">50:00<"}, {36000.0, ">2:00:00<"}};
+    for (const auto& own : cases)
+    {
+        SCOPED_TRACE(own.seconds);
+        ReportRecording recording;
+        recording.seconds = own.seconds;
+        EXPECT_THAT(RecordingFigure(recording, 1), HasSubstr(own.tick));
+    }
+}
+
+TEST(RecordingFigure, ARecordingWithoutLengthHasNone)
+{
+    EXPECT_EQ(RecordingFigure({}, 1), "");
+}

@@ -1,0 +1,70 @@
+#include "tests/console/support/ProgramRun.h"
+
+#include "console/text/Utf8Path.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <filesystem>
+
+namespace
+{
+
+using velox::console::PathFromUtf8;
+
+/// A file that a process writes to.
+class OutputFile
+{
+public:
+    explicit OutputFile(std::string file) : path(std::move(file))
+    {
+        SECURITY_ATTRIBUTES inherited{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+        handle = CreateFileW(PathFromUtf8(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited, CREATE_ALWAYS, 0, nullptr);
+        EXPECT_NE(handle, INVALID_HANDLE_VALUE);
+    }
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+    ~OutputFile()
+    {
+        CloseHandle(handle);
+    }
+
+    std::string path;
+    HANDLE handle;
+};
+
+std::wstring ProgramPath()
+{
+    std::wstring self(MAX_PATH, L'\0');
+    self.resize(GetModuleFileNameW(nullptr, self.data(), MAX_PATH));
+    return (std::filesystem::path(self).parent_path() / "velox-kws.exe").wstring();
+}
+
+} // namespace
+
+ProgramRun RunVeloxKws(const std::vector<std::string>& arguments)
+{
+    const TemporaryFolder folder;
+    const OutputFile output(folder.Path() + "\\output");
+    const OutputFile errors(folder.Path() + "\\errors");
+    std::wstring line = L"\"" + ProgramPath() + L"\"";
+    for (const std::string& argument : arguments)
+    {
+        line += L" \"" + PathFromUtf8(argument).wstring() + L"\"";
+    }
+    STARTUPINFOW start{};
+    start.cb = sizeof(start);
+    start.dwFlags = STARTF_USESTDHANDLES;
+    start.hStdOutput = output.handle;
+    start.hStdError = errors.handle;
+    PROCESS_INFORMATION process{};
+    EXPECT_NE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process), FALSE);
+    WaitForSingleObject(process.hProcess, INFINITE);
+    DWORD exitCode = 0;
+    GetExitCodeProcess(process.hProcess, &exitCode);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return {static_cast<int>(exitCode), ReadWholeFile(output.path), ReadWholeFile(errors.path)};
+}

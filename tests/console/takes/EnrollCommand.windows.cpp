@@ -1,0 +1,145 @@
+#include "console/takes/EnrollCommand.h"
+
+#include "console/text/Utf8Path.h"
+#include "console/text/WriteWhole.h"
+#include "tests/console/support/ProgramRun.h"
+#include "tests/console/support/ToneProject.h"
+#include "tests/engine/support/TinyLanguage.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include <windows.h>
+
+#include <filesystem>
+
+namespace
+{
+
+using Json = nlohmann::json;
+using testing::EndsWith;
+using testing::HasSubstr;
+
+constexpr std::size_t HalfSecond = 8000;
+
+/// The program as a process.
+class EnrollCommand : public testing::Test
+{
+protected:
+    ProgramRun Run(const std::vector<std::string>& more) const
+    {
+        std::vector<std::string> arguments{"enroll", "--config", project.Configuration(), "en-US"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return RunVeloxKws(arguments);
+    }
+
+    std::string Take(int number, const TinyLanguage::Voice& voice = {0.15, 0.4, 3300.0}) const
+    {
+        return project.Record("take " + std::to_string(number) + ".wav",
+                              TinyLanguage::SayPhrase(voice, static_cast<uint64_t>(number)));
+    }
+
+    std::string Reversed() const
+    {
+        return project.Record("wrong.wav", TinyLanguage::Say(std::vector<std::size_t>{3, 2, 1, 0}, HalfSecond, HalfSecond));
+    }
+
+    bool Exists(const std::string& name) const
+    {
+        return std::filesystem::exists(velox::console::PathFromUtf8(project.File(name)));
+    }
+
+    /// Files of the project's folder whose name holds this.
+    std::ptrdiff_t Count(const std::string& piece) const
+    {
+        std::ptrdiff_t count = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(project.File("x")).parent_path()))
+        {
+            count += velox::console::Utf8(entry.path().filename()).find(piece) != std::string::npos ? 1 : 0;
+        }
+        return count;
+    }
+
+    ToneProject project;
+};
+
+TEST_F(EnrollCommand, TakesBecomeAModelThatHearsThem)
+{
+    const ProgramRun run = Run({Take(1), Take(2), Take(3), "--model", project.File("Žofie Nováková.vwov")});
+    ASSERT_EQ(run.exitCode, 0) << run.output << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("3 of the 3 takes"));
+    EXPECT_THAT(run.output, EndsWith("Žofie Nováková.vwov of 1033 (en-US) from 3 takes.\n"));
+    const std::vector<uint8_t> model =
+        velox::console::ReadWhole(velox::console::PathFromUtf8(project.File("Žofie Nováková.vwov")));
+    EXPECT_EQ(std::string(model.begin(), model.begin() + 4), "VWOV");
+}
+
+TEST_F(EnrollCommand, TheSameTakesGiveTheSameBytes)
+{
+    ASSERT_EQ(Run({Take(1), Take(2), "--model", project.File("a.vwov")}).exitCode, 0);
+    ASSERT_EQ(Run({Take(1), Take(2), "--model", project.File("b.vwov")}).exitCode, 0);
+    EXPECT_EQ(project.Read("a.vwov"), project.Read("b.vwov"));
+}
+
+TEST_F(EnrollCommand, ARefusedTakeMakesNoModelAndIsNamed)
+{
+    const std::string wrong = Reversed();
+    const ProgramRun run = Run({Take(1), wrong, "--model", project.File("user.vwov")});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.output, EndsWith("Record again: " + wrong + ". No model was made.\n"));
+    EXPECT_FALSE(Exists("user.vwov"));
+}
+
+TEST_F(EnrollCommand, OnRequestRefusedTakesAreLeftOut)
+{
+    const ProgramRun run = Run({Take(1), Reversed(), Take(2), "--skip-refused", "--model", project.File("user.vwov"), "--json"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(Json::parse(run.output)["results"].at(3)["takes"], 2);
+    EXPECT_TRUE(Exists("user.vwov"));
+}
+
+TEST_F(EnrollCommand, ATakeThatIsNotLikeTheOthersIsNamed)
+{
+    const TinyLanguage::Voice loud{0.6, 0.4, 3300.0};
+    const TinyLanguage::Voice soft{0.12, 0.4, 3300.0};
+    const ProgramRun run = Run({Take(1, loud), Take(2, loud), Take(3, soft), "--model", project.File("user.vwov"), "--json"});
+    ASSERT_EQ(run.exitCode, 0) << run.output << run.errors;
+    const Json document = Json::parse(run.output);
+    EXPECT_TRUE(document["results"].at(0)["remarks"].empty());
+    EXPECT_EQ(document["results"].at(2)["remarks"].at(0)["code"], "UnlikeInLevel");
+    EXPECT_THAT(document["verdict"].get<std::string>(), EndsWith("Better to record again: " + project.File("take 3.wav") + "."));
+}
+
+TEST_F(EnrollCommand, ATakeThatTheEngineWillNotLearnFromIsNamed)
+{
+    const std::string faint = Take(3, {0.012, 0.4, 3300.0}); // loud enough for the verification only
+    const ProgramRun run = Run({Take(1), faint, "--model", project.File("user.vwov"), "--json"});
+    EXPECT_EQ(run.exitCode, 1) << run.output << run.errors;
+    const Json document = Json::parse(run.output);
+    EXPECT_EQ(document["results"].at(1)["remarks"].back()["code"], "LeftOut");
+    EXPECT_THAT(document["verdict"].get<std::string>(), HasSubstr("Record again: " + faint));
+    EXPECT_FALSE(Exists("user.vwov"));
+}
+
+TEST_F(EnrollCommand, AModelThatCannotBeWrittenLeavesTheFormerOne)
+{
+    project.Write("user.vwov", std::string("VWOV former"));
+    const std::wstring file = velox::console::PathFromUtf8(project.File("user.vwov")).wstring();
+    const HANDLE held = CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(held, INVALID_HANDLE_VALUE);
+    const ProgramRun run = Run({Take(1), "--model", project.File("user.vwov")});
+    CloseHandle(held);
+    EXPECT_EQ(run.exitCode, 6) << run.output << run.errors;
+    EXPECT_THAT(run.errors, HasSubstr("Cannot write"));
+    const std::vector<uint8_t> model = project.Read("user.vwov");
+    EXPECT_EQ(std::string(model.begin(), model.end()), "VWOV former");
+    EXPECT_EQ(Count("user.vwov"), 1) << "nothing is left beside it";
+}
+
+TEST_F(EnrollCommand, AFolderThatIsNotThereIsAWriteFailure)
+{
+    const ProgramRun run = Run({Take(1), "--model", project.File("missing\\user.vwov")});
+    EXPECT_EQ(run.exitCode, 6) << run.output << run.errors;
+}
+
+} // namespace

@@ -1,0 +1,41 @@
+#include "console/text/LanguageName.h"
+
+#include "console/text/Outcome.h"
+
+#include <gtest/gtest.h>
+
+using namespace velox::console;
+
+TEST(LanguageName, NumbersAndNamesMeanTheSame)
+{
+    for (const char* text : {"1033", "0x409", "0X0409", "en-US", "EN-us", "en_US"})
+    {
+        SCOPED_TRACE(text);
+        EXPECT_EQ(ParseLanguage(text), 1033);
+    }
+    EXPECT_EQ(ParseLanguage("de-AT"), 3079);
+    EXPECT_EQ(ParseLanguage("1234"), 1234) << "a number needs no name";
+}
+
+TEST(LanguageName, RefusesWhatIsNoLanguage)
+{
+    for (const char* text : {"", "0", "english", "en", "0x", "1033x", "65536", "-1", "0x10409", "en-USA"})
+    {
+        SCOPED_TRACE(text);
+        try
+        {
+            ParseLanguage(text);
+            ADD_FAILURE() << "it was taken";
+        }
+        catch (const CommandFailure& failure)
+        {
+            EXPECT_EQ(failure.exitCode, ExitCode::Usage);
+        }
+    }
+}
+
+TEST(LanguageName, TextsShowTheNameWhereThereIsOne)
+{
+    EXPECT_EQ(LanguageText(1033), "1033 (en-US)");
+    EXPECT_EQ(LanguageText(1234), "1234");
+}

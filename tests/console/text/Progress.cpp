@@ -1,0 +1,99 @@
+#include "console/text/Progress.h"
+
+#include "console/text/Interruption.h"
+#include "console/text/Outcome.h"
+
+#include <gmock/gmock.h>
+
+#include <sstream>
+
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+
+namespace
+{
+
+namespace console = velox::console;
+
+class Progress : public testing::Test
+{
+protected:
+    Progress() : progress(&terminal, [this] { return now; })
+    {
+        progress.Begin("Training");
+    }
+
+    ~Progress() override
+    {
+        console::ForgetInterruption();
+    }
+
+    std::string Drawn()
+    {
+        std::string drawn = terminal.str();
+        terminal.str("");
+        return drawn;
+    }
+
+    std::chrono::steady_clock::time_point now{};
+    std::ostringstream terminal;
+    console::Progress progress;
+};
+
+TEST_F(Progress, ShortWorkShowsNothing)
+{
+    now += 900ms;
+    progress.Update(0.9);
+    progress.Update(1.0);
+    EXPECT_EQ(Drawn(), "");
+}
+
+TEST_F(Progress, LongWorkShowsTheShareAndTheTimeLeft)
+{
+    now += 2s;
+    progress.Update(0.25);
+    EXPECT_EQ(Drawn(), "\rTraining [######                  ]  25 %, 6 s left\x1b[K");
+    now += 200s;
+    progress.Update(0.5);
+    EXPECT_THAT(Drawn(), HasSubstr(" 50 %, 3 min 22 s left"));
+}
+
+TEST_F(Progress, TheBarIsDrawnTenTimesASecondAtMost)
+{
+    now += 2s;
+    progress.Update(0.25);
+    Drawn();
+    now += 50ms;
+    progress.Update(0.26);
+    EXPECT_EQ(Drawn(), "");
+    now += 50ms;
+    progress.Update(0.27);
+    EXPECT_NE(Drawn(), "");
+}
+
+TEST_F(Progress, TheEndWipesTheBarAway)
+{
+    now += 2s;
+    progress.Update(0.5);
+    Drawn();
+    progress.Update(1.0);
+    EXPECT_EQ(Drawn(), "\r\x1b[K");
+}
+
+TEST_F(Progress, CtrlCStopsTheWork)
+{
+    EXPECT_TRUE(progress.Continue(0.1));
+    console::RequestInterruption();
+    EXPECT_FALSE(progress.Continue(0.2));
+    try
+    {
+        progress.Update(0.3);
+        ADD_FAILURE() << "it went on";
+    }
+    catch (const console::CommandFailure& failure)
+    {
+        EXPECT_EQ(failure.exitCode, console::ExitCode::Interrupted);
+    }
+}
+
+} // namespace

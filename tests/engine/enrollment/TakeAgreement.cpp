@@ -1,0 +1,75 @@
+#include "engine/enrollment/TakeAgreement.h"
+
+#include "engine/sound/Cepstrum.h"
+
+#include <gmock/gmock.h>
+
+namespace
+{
+
+using namespace velox::engine;
+
+/// A take of two states, two frames each, all of whose coefficients have one value.
+PhraseFrames Take(float value)
+{
+    return {Eigen::MatrixXf::Constant(CepstralFrameSize, 4, value), {2, 2}, 1.0F};
+}
+
+GaussianMixture Around(float mean)
+{
+    return {Eigen::VectorXf::Ones(1), Eigen::MatrixXf::Constant(CepstralFrameSize, 1, mean),
+            Eigen::MatrixXf::Ones(CepstralFrameSize, 1)};
+}
+
+/// Everybody lies around 0.
+class TakeAgreement : public testing::Test
+{
+protected:
+    bool Agree(const std::vector<float>& values) const
+    {
+        std::vector<PhraseFrames> takes;
+        for (const float value : values)
+        {
+            takes.push_back(Take(value));
+        }
+        return VoicesAgree(everybody, takes);
+    }
+
+    GenericSpeakers everybody{{Around(0.0F), Around(0.0F)}};
+};
+
+TEST_F(TakeAgreement, TakesOfOneVoiceAgree)
+{
+    EXPECT_TRUE(Agree({2.0F, 2.0F, 2.0F}));
+    EXPECT_TRUE(Agree({1.5F, 2.0F, 2.5F, 3.0F}));
+    EXPECT_TRUE(Agree({-1.0F, -2.0F}));
+}
+
+TEST_F(TakeAgreement, OneTakeUnlikeTheOthersIsFoundWhereverItStands)
+{
+    EXPECT_FALSE(Agree({-2.0F, 2.0F, 2.0F}));
+    EXPECT_FALSE(Agree({2.0F, -2.0F, 2.0F}));
+    EXPECT_FALSE(Agree({2.0F, 2.0F, -2.0F}));
+    EXPECT_FALSE(Agree({2.0F, -2.0F}));
+}
+
+TEST_F(TakeAgreement, ATakeThatIsOnlyLikeEverybodyIsUnlikeTheOthers)
+{
+    EXPECT_FALSE(Agree({3.0F, 3.0F, 0.0F}));
+}
+
+TEST_F(TakeAgreement, OneTakeAgreesWithItself)
+{
+    EXPECT_TRUE(Agree({}));
+    EXPECT_TRUE(Agree({2.0F}));
+}
+
+TEST_F(TakeAgreement, LevelsAgreeUpToTheMostDifference)
+{
+    EXPECT_TRUE(LevelsAgree({}));
+    EXPECT_TRUE(LevelsAgree(std::vector{-30.0}));
+    EXPECT_TRUE(LevelsAgree(std::vector{-30.0, -15.0, -40.0}));
+    EXPECT_FALSE(LevelsAgree(std::vector{-30.0, -15.0, -40.1}));
+}
+
+} // namespace

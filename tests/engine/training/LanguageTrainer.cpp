@@ -1,0 +1,142 @@
+#include "engine/training/LanguageTrainer.h"
+
+#include "engine/listening/PhraseDetector.h"
+#include "tests/engine/support/Signals.h"
+#include "tests/engine/support/TinyLanguage.h"
+
+#include <gmock/gmock.h>
+
+#include <stdexcept>
+
+namespace
+{
+
+using namespace velox::engine;
+using Tones = std::vector<std::size_t>;
+using testing::Contains;
+using testing::HasSubstr;
+
+const LanguageModels& Trained()
+{
+    static const std::optional<LanguageModels> models = TrainLanguage(TinyLanguage::Material(), TinyLanguage::QuickTraining());
+    return *models;
+}
+
+std::vector<Detection> Hear(const std::vector<uint8_t>& blob, std::span<const float> audio)
+{
+    PhraseModel model;
+    EXPECT_EQ(ReadPhraseModel(blob.data(), &model), Status::Success);
+    PhraseDetector detector(model);
+    std::vector<Detection> detections;
+    for (std::size_t start = 0; start + FrameSize <= audio.size(); start += FrameSize)
+    {
+        if (const auto detection = detector.Push(audio.data() + start);
+            detection && static_cast<double>(detection->score) > Trained().preDefinedThreshold)
+        {
+            detections.push_back(*detection);
+        }
+    }
+    return detections;
+}
+
+TEST(LanguageTrainer, LearnsThePhraseFromRecordings)
+{
+    constexpr std::size_t Before = 16000;
+    const TinyLanguage::Voice unseen{0.15, 0.2, 3900.0};
+    const auto whole = Hear(Trained().firmwareModel, TinyLanguage::Say(Tones{0, 1, 2, 3}, Before, Before, unseen, 77));
+    ASSERT_EQ(whole.size(), 1U);
+    EXPECT_NEAR(static_cast<double>(whole[0].startSample), Before, 0.1 * SampleRate);
+    EXPECT_NEAR(static_cast<double>(whole[0].endSample), Before + TinyLanguage::PhraseSamples, 0.1 * SampleRate);
+    for (const Tones& tones : {Tones{0, 1}, Tones{2, 3}, Tones{3, 2, 1, 0}})
+    {
+        SCOPED_TRACE(testing::PrintToString(tones));
+        EXPECT_TRUE(Hear(Trained().firmwareModel, TinyLanguage::Say(tones, Before, Before, unseen, 77)).empty());
+    }
+}
+
+TEST(LanguageTrainer, MakesEveryModelThatALanguageNeeds)
+{
+    const LanguageModels& models = Trained();
+    AcousticModel acoustic;
+    Population population;
+    PhraseModel keyphrase;
+    PhraseModel firmware;
+    ASSERT_EQ(ReadAcousticModel(models.acousticModel.data(), &acoustic), Status::Success);
+    ASSERT_EQ(ReadPopulation(models.znormPopulation.data(), &population), Status::Success);
+    ASSERT_EQ(ReadPhraseModel(models.keyphraseModel.data(), &keyphrase), Status::Success);
+    ASSERT_EQ(ReadPhraseModel(models.firmwareModel.data(), &firmware), Status::Success);
+    EXPECT_TRUE(population.Fits(acoustic));
+    EXPECT_FALSE(population.peaks.empty());
+    EXPECT_NEAR(firmware.tail.start - keyphrase.tail.start, TakeLeniency(), 1e-4F);
+    EXPECT_FALSE(firmware.speaker);
+    EXPECT_LE(models.firmwareModel.size(), 160U * 1024U);
+    EXPECT_FLOAT_EQ(static_cast<float>(models.preDefinedThreshold), 100.0F);
+    EXPECT_NEAR(models.backgroundHours, 70.0 / 3600.0, 0.01);
+}
+
+TEST(LanguageTrainer, LittleMaterialIsWarnedOf)
+{
+    EXPECT_THAT(Trained().warnings, Contains(HasSubstr("Only 4 voices")));
+    EXPECT_THAT(Trained().warnings, Contains(HasSubstr("Only 1 minutes")));
+}
+
+TEST(LanguageTrainer, TheResultDoesNotDependOnTheThreads)
+{
+    LanguageOptions options = TinyLanguage::QuickTraining();
+    options.batches = 4;
+    options.copies = 1;
+    const auto one = TrainLanguage(TinyLanguage::Material(), options);
+    options.threads = 3;
+    const auto three = TrainLanguage(TinyLanguage::Material(), options);
+    ASSERT_TRUE(one && three);
+    EXPECT_EQ(one->acousticModel, three->acousticModel);
+    EXPECT_EQ(one->znormPopulation, three->znormPopulation);
+    EXPECT_EQ(one->keyphraseModel, three->keyphraseModel);
+    EXPECT_EQ(one->firmwareModel, three->firmwareModel);
+}
+
+TEST(LanguageTrainer, CanBeCancelledAtAnyStep)
+{
+    LanguageOptions options = TinyLanguage::QuickTraining();
+    options.batches = 3;
+    options.copies = 1;
+    int steps = 0;
+    options.progress = [&](double) {
+        ++steps;
+        return true;
+    };
+    ASSERT_TRUE(TrainLanguage(TinyLanguage::Material(), options));
+    ASSERT_GT(steps, 3);
+    for (const int last : {1, 3, steps})
+    {
+        int left = last;
+        options.progress = [&](double) {
+            return --left > 0;
+        };
+        EXPECT_FALSE(TrainLanguage(TinyLanguage::Material(), options)) << last;
+    }
+}
+
+TEST(LanguageTrainer, UselessTakesAreLeftOutAndNamed)
+{
+    LanguageMaterial material = TinyLanguage::Material();
+    material.takes.push_back({Signals::Noise(0.001, 16000, 3), "silence.wav", "nobody", 1.0F});
+    LanguageOptions options = TinyLanguage::QuickTraining();
+    options.batches = 2;
+    options.copies = 1;
+    const auto models = TrainLanguage(material, options);
+    ASSERT_TRUE(models);
+    EXPECT_THAT(models->warnings, Contains("silence.wav is left out: it is too quiet."));
+}
+
+TEST(LanguageTrainer, TooLittleMaterialIsRefused)
+{
+    LanguageMaterial oneTake = TinyLanguage::Material();
+    oneTake.takes.resize(1);
+    EXPECT_THROW(TrainLanguage(oneTake, TinyLanguage::QuickTraining()), std::invalid_argument);
+    LanguageMaterial noBackground = TinyLanguage::Material();
+    noBackground.background.resize(5);
+    EXPECT_THROW(TrainLanguage(noBackground, TinyLanguage::QuickTraining()), std::invalid_argument);
+}
+
+} // namespace

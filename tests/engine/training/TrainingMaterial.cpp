@@ -1,0 +1,100 @@
+#include "engine/training/TrainingMaterial.h"
+
+#include "engine/training/FeatureMeasurement.h"
+#include "engine/training/TakeAlignment.h"
+#include "tests/engine/support/TinyLanguage.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+namespace
+{
+
+using namespace velox::engine;
+using testing::Each;
+using testing::Eq;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+struct Language
+{
+    LanguageMaterial material = TinyLanguage::Material();
+    LanguageOptions options = TinyLanguage::QuickTraining();
+    std::vector<PreparedTake> takes;
+    FeatureStatistics statistics;
+    PhraseAlignment alignment;
+
+    Language()
+    {
+        std::vector<std::string> warnings;
+        takes = PrepareTakes(material.takes, &warnings);
+        statistics = MeasureStatistics(material.background, takes);
+        alignment = AlignPreparedTakes(takes, 1);
+    }
+
+    TrainingMaterial Make(int threads = 1) const
+    {
+        WorkerPool pool(threads);
+        return MakeTrainingMaterial(takes, alignment, statistics, material.background, options, &pool);
+    }
+};
+
+TEST(TrainingMaterial, TakesAndBackgroundComeWithTheirCopies)
+{
+    const Language language;
+    const TrainingMaterial made = language.Make();
+    EXPECT_THAT(made.copies, SizeIs(language.takes.size() * 2));
+    const auto fromTakes =
+        std::count_if(made.sequences.begin(), made.sequences.end(), [](const auto& one) { return one.isTake; });
+    EXPECT_EQ(static_cast<std::size_t>(fromTakes), language.takes.size() * 3);
+    EXPECT_EQ(made.sequences.size() - static_cast<std::size_t>(fromTakes), language.material.background.size() * 2);
+}
+
+TEST(TrainingMaterial, LabelsNameThePhraseInTakesAndNothingInBackground)
+{
+    const Language language;
+    const auto background = static_cast<int>(language.alignment.states);
+    for (const TrainingSequence& sequence : language.Make().sequences)
+    {
+        ASSERT_EQ(sequence.labels.size(), static_cast<std::size_t>(sequence.Frames()));
+        if (!sequence.isTake)
+        {
+            EXPECT_THAT(sequence.labels, Each(Eq(background)));
+            continue;
+        }
+        EXPECT_EQ(sequence.labels.front(), background);
+        EXPECT_EQ(sequence.labels.back(), background);
+        for (int state = 0; state < background; ++state)
+        {
+            EXPECT_GE(std::count(sequence.labels.begin(), sequence.labels.end(), state), 1) << state;
+        }
+    }
+}
+
+TEST(TrainingMaterial, ATakeThatIsTooShortGivesNothing)
+{
+    Language language;
+    language.alignment.labels[0].clear();
+    const TrainingMaterial made = language.Make();
+    EXPECT_THAT(made.copies[0].samples, IsEmpty());
+    EXPECT_THAT(made.copies[2].samples, testing::Not(IsEmpty()));
+    const auto fromTakes =
+        std::count_if(made.sequences.begin(), made.sequences.end(), [](const auto& one) { return one.isTake; });
+    EXPECT_EQ(static_cast<std::size_t>(fromTakes), (language.takes.size() - 1) * 3);
+}
+
+TEST(TrainingMaterial, TheThreadsChangeNothing)
+{
+    const Language language;
+    const TrainingMaterial one = language.Make(1);
+    const TrainingMaterial three = language.Make(3);
+    ASSERT_EQ(one.sequences.size(), three.sequences.size());
+    for (std::size_t i = 0; i < one.sequences.size(); ++i)
+    {
+        EXPECT_EQ(one.sequences[i].labels, three.sequences[i].labels);
+        EXPECT_EQ(one.sequences[i].features, three.sequences[i].features);
+    }
+}
+
+} // namespace

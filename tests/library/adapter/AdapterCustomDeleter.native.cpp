@@ -1,0 +1,19 @@
+#include "AdapterCustomDeleter.h"
+
+#include "tests/support/AllocationCounter.h"
+
+#include <gtest/gtest.h>
+
+#include <new>
+
+namespace
+{
+
+TEST(AdapterCustomDeleterFaults, FreesStorageOfTheGlobalNew)
+{
+    const std::size_t before = AllocatedBytes();
+    KeywordDetectorAdapterImplementation::AdapterCustomDeleter()(::operator new(1000));
+    EXPECT_EQ(AllocatedBytes(), before);
+}
+
+} // namespace

@@ -1,0 +1,681 @@
+#include "DetectionResult.h"
+#include "tests/scripted-engine/ScriptedEngine.h"
+#include "tests/support/AdapterTest.h"
+#include "tests/support/AllocationCounter.h"
+#include "tests/support/CapabilitiesOutputs.h"
+#include "tests/support/FaultInjector.h"
+#include "tests/support/FileOpen.h"
+#include "tests/support/MediaFoundation.h"
+#include "tests/support/PrivateAccess.h"
+#include "tests/support/Registry.h"
+#include "tests/support/RegistryDouble.h"
+#include "tests/support/ScriptedRecording.h"
+#include "tests/support/ScriptedStream.h"
+#include "tests/support/TaskMemory.h"
+
+#include <mferror.h>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <iostream>
+#include <limits>
+#include <map>
+#include <new>
+#include <optional>
+
+// Every operation with every one of its fallible calls failing: allocation, file, registry, task memory, Media Foundation,
+// stream, recording, engine. First the n-th call alone, then the n-th and all that follow, for every n.
+
+namespace
+{
+
+using Adapter = VeloxKeywordDetectorAdapterImpl;
+
+/// Longer than what a string object holds itself: the wrapper, whose destructor is never run, loses it.
+constexpr std::string_view Constraints = "memory=160k;channels=1;latency=20ms;profile=low-power";
+constexpr std::string_view Model = "VWOV lpe data, of a length that no other block of a run has, so that its loss tells itself";
+constexpr std::string_view UserModel =
+    "VWOV user's model, of a length that no other block of a run has, either, for the same reason";
+constexpr std::string_view FormerContent =
+    "a former content that is longer than the model which replaces it, so that a stream that was only cut is seen as such";
+
+/// What a caller sees of one run.
+struct Outcome
+{
+    std::optional<HRESULT> result; ///< none: a std::bad_alloc reached the caller
+    std::string outputs;
+    std::vector<LogLine> lines;
+    std::vector<std::string> engineCalls;
+
+    bool Logged(const std::string& text) const
+    {
+        return std::any_of(lines.begin(), lines.end(), [&](const LogLine& line) { return line.text == text; });
+    }
+};
+
+/// A result of an operation's table and the line that it ends with.
+using Ending = std::pair<HRESULT, LogLine>;
+
+/// Amounts of heap one of which a run has lost.
+using Losses = std::array<std::size_t, 2>;
+
+/// Heap that a block of this size takes.
+std::size_t HeapCost(std::size_t size)
+{
+    const std::size_t before = AllocatedBytes();
+    const std::unique_ptr<uint8_t[]> block(new uint8_t[size]);
+    return AllocatedBytes() - before;
+}
+
+/// Whether so much was lost. The sanitizer's figure is exact; glibc adds to a block a rest that is too small for one of its own,
+/// and two blocks at most are lost.
+bool IsLoss(std::size_t lost, std::size_t permitted)
+{
+    constexpr std::size_t Rest = 16;
+    const std::size_t tolerance = permitted == 0 || HeapCost(1) == 1 ? 0 : 2 * Rest;
+    return permitted <= lost + tolerance && lost <= permitted + tolerance;
+}
+
+/// Everything that an operation could lose. The heap's figure comes first, so that taking it is not counted.
+struct Balance
+{
+    std::size_t heap = AllocatedBytes();
+    std::size_t taskMemoryBlocks = LiveTaskMemoryBlocks();
+    std::size_t mediaTypes = LiveMediaTypes();
+};
+
+// One run of each operation: fresh inputs and outputs. Run() is the call itself; Outputs() shows what it wrote; Check() compares
+// that with the operation's table; KeptLosses() lists what the run may have lost.
+
+/// The endings of an operation that needs the engine, up to the wrapper's.
+std::vector<Ending> RequestEndings(const std::string& operation, const std::string& parametersNotCreated)
+{
+    return {{E_FAIL, Log(1, 0, operation + "Failed to check if language is supported.")},
+            {E_FAIL, Log(1, 0, operation + parametersNotCreated)},
+            {E_FAIL, LogWithStatus(1, 0, operation + "Failed to get enrollment parameters.", E_FAIL)},
+            {E_FAIL, LogWithStatus(1, 0, operation + "Failed to get detection parameters.", E_FAIL)},
+            {E_FAIL, LogWithStatus(1, 0, operation + "Failed to get platform constraints.", E_FAIL)},
+            {E_FAIL, Log(1, 0, operation + "Failed to create key-phrase recognition instance.")}};
+}
+
+/// An engine session may stay open only when it never became open for the wrapper, whose guard begins there.
+bool OpeningWasCutShort(const Outcome& outcome)
+{
+    return !outcome.Logged("[InitializeSession] Exit. Status: 0");
+}
+
+/// The text that a wrapper loses. Before the engine was told the text, there may have been no wrapper yet; one that could not be
+/// read for want of memory is empty.
+Losses WrapperLosses(const Outcome& outcome)
+{
+    const std::size_t text = HeapCost(Constraints.size() + 1);
+    const std::string call = "VWoVSetAttribute(19, \"" + std::string(Constraints) + "\")";
+    return {std::count(outcome.engineCalls.begin(), outcome.engineCalls.end(), call) > 0 ? text : 0, text};
+}
+
+class Verification
+{
+public:
+    Verification()
+    {
+        ScriptedEngine& engine = GetScriptedEngine();
+        // The score vector grows at the second frame; the key phrase is found at the first flush step.
+        engine.steps = {EngineStep{}, EngineStep{{0.0F, 0.25F}}, EngineStep{{0.5F, 0.875F}}};
+        engine.flushSteps = 2;
+    }
+
+    HRESULT Run(Adapter& adapter)
+    {
+        return adapter.VerifyUserKeyword(nullptr, 1, 1033, 0, &recording);
+    }
+
+    static std::string Outputs()
+    {
+        return {};
+    }
+
+    static std::vector<Ending> Endings()
+    {
+        const std::string operation = "[VerifyUserKeyword] ";
+        std::vector<Ending> endings = RequestEndings(operation, "Failed to create enrollment parameters.");
+        endings.push_back({S_OK, LogFormat(4, 0, operation + "Exit. Key-phrase detected: TRUE.")});
+        endings.push_back({E_FAIL, LogFormat(4, 0, operation + "Exit. Key-phrase detected: FALSE.")});
+        endings.push_back({E_FAIL, LogWithStatus(1, 0, operation + "Failed to verify keyword.", E_FAIL)});
+        return endings;
+    }
+
+    void Check(const Outcome& outcome, const Adapter& /*adapter*/) const
+    {
+        EXPECT_EQ(recording.OpenLocks(), 0);
+        EXPECT_FALSE(recording.unlockedWithoutLock);
+        // A session whose opening failed is closed; one whose opening an exception ended is not.
+        const bool mayStayOpen = !outcome.result && OpeningWasCutShort(outcome);
+        EXPECT_LE(GetScriptedEngine().openSessions.size(), mayStayOpen ? 1U : 0U);
+    }
+
+    static Losses KeptLosses(const Outcome& outcome)
+    {
+        return WrapperLosses(outcome);
+    }
+
+private:
+    ScriptedRecording recording{std::vector<float>(200)};
+};
+
+class Computation
+{
+public:
+    Computation()
+    {
+        GetScriptedEngine().lpeData = Model;
+    }
+
+    HRESULT Run(Adapter& adapter)
+    {
+        IMFMediaBuffer* recordings[]{&first, &second};
+        const int32_t positions[]{0, 400};
+        return adapter.ComputeAndAddUserModelData(&stream, {1, 1033}, positions, recordings, 2);
+    }
+
+    std::string Outputs() const
+    {
+        return stream.Content();
+    }
+
+    static std::vector<Ending> Endings()
+    {
+        const std::string operation = "[ComputeAndAddUserModelData] ";
+        std::vector<Ending> endings = RequestEndings(operation, "Failed to create enrollment parameters instance.");
+        endings.push_back({S_OK, Log(4, 0, operation + "Exit.")});
+        for (const HRESULT status : {E_FAIL, E_OUTOFMEMORY})
+        {
+            endings.push_back({E_FAIL, LogWithStatus(1, 0, operation + "Failed to train model.", status)});
+        }
+        endings.push_back({E_FAIL, LogWithStatus(1, 0, operation + "Failed to write model to IStream.", STG_E_MEDIUMFULL)});
+        return endings;
+    }
+
+    void Check(const Outcome& outcome, const Adapter& /*adapter*/) const
+    {
+        for (const ScriptedRecording* recording : {&first, &second})
+        {
+            EXPECT_EQ(recording->OpenLocks(), 0);
+            EXPECT_FALSE(recording->unlockedWithoutLock);
+        }
+        // Kept: the training does not release a session that could not be opened.
+        EXPECT_LE(GetScriptedEngine().openSessions.size(), OpeningWasCutShort(outcome) ? 1U : 0U);
+        if (outcome.result == S_OK)
+        {
+            EXPECT_EQ(outcome.outputs, Model);
+        }
+        else
+        {
+            EXPECT_THAT(outcome.outputs, testing::AnyOf(FormerContent, FormerContent.substr(0, Model.size()), Model));
+        }
+    }
+
+    static Losses KeptLosses(const Outcome& outcome)
+    {
+        Losses losses = WrapperLosses(outcome);
+        if (outcome.result && outcome.Logged("[ComputeAndAddUserModelData] Failed to write model to IStream."))
+        {
+            for (std::size_t& loss : losses)
+            {
+                loss += HeapCost(Model.size());
+            }
+        }
+        return losses;
+    }
+
+private:
+    ScriptedStream stream{FormerContent};
+    ScriptedRecording first{std::vector<float>(200)};
+    ScriptedRecording second{std::vector<float>(300)};
+};
+
+/// Arming with the user model of the stream, or without one.
+template <bool WithUserModel>
+class Arming
+{
+public:
+    Arming() = default;
+    Arming(const Arming&) = delete;
+    Arming& operator=(const Arming&) = delete;
+    ~Arming()
+    {
+        CoTaskMemFree(block);
+    }
+
+    HRESULT Run(Adapter& adapter)
+    {
+        const KeywordSelector selector{1, 1033};
+        return adapter.BuildArmingPatternData(&stream, &selector, 1, &block);
+    }
+
+    std::string Outputs() const
+    {
+        uint32_t size = 0;
+        if (block != nullptr)
+        {
+            std::memcpy(&size, block, sizeof(size));
+        }
+        return {block, block + size};
+    }
+
+    static std::vector<Ending> Endings()
+    {
+        const std::string operation = "[BuildArmingPatternData] ";
+        return {{S_OK, Log(4, 0, operation + "Exit, success.")},
+                {E_FAIL, Log(1, 0, operation + "Failed to check if language is supported.")},
+                {E_FAIL, Log(1, 0, operation + "Failed to get predefined model.")},
+                {E_FAIL, Log(1, 0, operation + "Failed to get user model.")},
+                {STG_E_MEDIUMFULL, Log(1, 0, operation + "Failed to get user model.")},
+                {E_FAIL, LogWithStatus(1, 0, operation + "Failed to load configuration parameters.", E_FAIL)},
+                {E_OUTOFMEMORY, Log(1, 0, operation + "Failed to allocate memory for pattern data.")}};
+    }
+
+    void Check(const Outcome& outcome, const Adapter& adapter) const
+    {
+        if (outcome.result != S_OK)
+        {
+            // An exception of the last line comes when the pattern has been handed over.
+            EXPECT_TRUE(outcome.outputs.empty() || (!outcome.result && IsPattern(outcome.outputs, adapter)));
+            return;
+        }
+        EXPECT_TRUE(IsPattern(outcome.outputs, adapter));
+        EXPECT_EQ(PrivateAccess::ArmedLanguageId(adapter), 1033);
+    }
+
+    static Losses KeptLosses(const Outcome& outcome)
+    {
+        // The model's block of a failed read.
+        const bool readFailed = std::any_of(outcome.lines.begin(), outcome.lines.end(), [](const LogLine& line) {
+            return line.text.starts_with("[GetUserModelFromIStream] Reading user model data failed.");
+        });
+        const std::size_t loss = outcome.result && readFailed ? HeapCost(UserModel.size()) : 0;
+        return {loss, loss};
+    }
+
+private:
+    /// A whole pattern with the model that the adapter says it armed.
+    static bool IsPattern(const std::string& bytes, const Adapter& adapter)
+    {
+        const bool userModel = PrivateAccess::UserModelArmed(adapter);
+        const std::string_view model = userModel ? UserModel : std::string_view("firmware 1033");
+        std::array<uint32_t, 11> head{};
+        if (bytes.size() != sizeof(head) + model.size() || (userModel && !WithUserModel))
+        {
+            return false;
+        }
+        std::memcpy(head.data(), bytes.data(), sizeof(head));
+        // A number that cannot be extracted for want of memory reads as 0, like one that is not there.
+        const bool knownThreshold = head[6] == (userModel ? 128U : 192U) || head[6] == 0;
+        return head[0] == bytes.size() && std::memcmp(&head[1], &DetectorId, sizeof(GUID)) == 0 && head[5] == 0xAA550001 &&
+               knownThreshold && head[7] == 0x7FFFFFFF && head[8] == 0 && head[9] == 0 && head[10] == model.size() &&
+               bytes.substr(sizeof(head)) == model;
+    }
+
+    ScriptedStream stream{WithUserModel ? UserModel : std::string_view()};
+    uint8_t* block = nullptr;
+};
+
+class Parsing
+{
+public:
+    HRESULT Run(Adapter& adapter)
+    {
+        const DetectionResult block{.Size = DetectionResultMinSize,
+                                    .PatternType = DetectorId,
+                                    .KeywordStart = 1000,
+                                    .KeywordEnd = 2000,
+                                    .KeywordIdFw = 1,
+                                    .KpdScore = {1, 2}};
+        return adapter.ParseDetectionResultData(&stream, &block, &keywordId, &languageId, &isUserMatch, &keywordStart,
+                                                &keywordEnd);
+    }
+
+    std::string Outputs() const
+    {
+        std::string text;
+        for (const uint64_t value : Values())
+        {
+            text += std::to_string(value) + " ";
+        }
+        return text;
+    }
+
+    static std::vector<Ending> Endings()
+    {
+        const std::string operation = "[ParseDetectionResultData] ";
+        return {{S_OK, Log(4, 0, operation + "Exit, success.")},
+                {E_FAIL, LogWithStatus(1, 0, operation + "Failed to get detection parameters.", E_FAIL)}};
+    }
+
+    void Check(const Outcome& outcome, const Adapter& /*adapter*/) const
+    {
+        constexpr std::array<uint64_t, 5> Parsed{1, 1040, 1, 1000, 2000};
+        const std::array<uint64_t, 5> values = Values();
+        for (std::size_t i = 0; i < values.size(); ++i)
+        {
+            // Before an exception some may have been written.
+            EXPECT_TRUE((outcome.result != E_FAIL && values[i] == Parsed[i]) ||
+                        (outcome.result != S_OK && values[i] == Untouched))
+                << "output " << i << " is " << values[i];
+        }
+        EXPECT_TRUE(stream.calls.empty());
+    }
+
+    static Losses KeptLosses(const Outcome& /*outcome*/)
+    {
+        return {};
+    }
+
+private:
+    static constexpr uint16_t Untouched = 4711;
+
+    std::array<uint64_t, 5> Values() const
+    {
+        return {keywordId, languageId, static_cast<uint64_t>(isUserMatch), keywordStart, keywordEnd};
+    }
+
+    ScriptedStream stream{UserModel};
+    uint32_t keywordId = Untouched;
+    uint16_t languageId = Untouched;
+    BOOL isUserMatch = Untouched;
+    uint64_t keywordStart = Untouched;
+    uint64_t keywordEnd = Untouched;
+};
+
+class CapabilitiesQuery
+{
+public:
+    HRESULT Run(Adapter& adapter)
+    {
+        const HRESULT result = outputs.Get(adapter);
+        if (result == E_OUTOFMEMORY && outputs.KeywordIdsWritten() && outputs.LanguageIdsWritten() &&
+            outputs.languageIds == nullptr)
+        {
+            // Kept: the keyword buffer was freed and its address stays.
+            freedKeywordIds = std::exchange(outputs.keywordIds, nullptr);
+        }
+        return result;
+    }
+
+    std::string Outputs() const
+    {
+        std::string text = std::to_string(outputs.supportsUserModels) + ", " + std::to_string(outputs.keywordCount) + ":";
+        if (outputs.KeywordIdsWritten())
+        {
+            text += freedKeywordIds != nullptr      ? " freed"
+                    : outputs.keywordIds == nullptr ? " null"
+                                                    : " " + std::to_string(outputs.keywordIds[0]);
+        }
+        text += ", " + std::to_string(outputs.languageCount) + ":";
+        if (outputs.LanguageIdsWritten())
+        {
+            text += outputs.languageIds == nullptr ? " null" : "";
+            for (uint32_t i = 0; outputs.languageIds != nullptr && i < outputs.languageCount && i < MostLanguages; ++i)
+            {
+                // The buffer is filled only when the query went on to the format.
+                text += outputs.supportsUserModels == 1 ? " " + std::to_string(outputs.languageIds[i]) : " ?";
+            }
+        }
+        return text + (outputs.audioFormat != nullptr ? ", format" : "");
+    }
+
+    static std::vector<Ending> Endings()
+    {
+        const std::string operation = "[GetCapabilities] ";
+        return {{S_OK, Success()},
+                {E_OUTOFMEMORY, Success()},
+                {MF_E_INVALIDMEDIATYPE, Success()},
+                {E_OUTOFMEMORY, Log(1, 0, operation + "Failed to allocate buffer for keyword IDs.")},
+                {E_FAIL, Log(1, 0, operation + "Failed to get languages count from configuration file.")},
+                {E_OUTOFMEMORY, Log(1, 0, operation + "Failed to allocate buffer for language IDs.")},
+                {E_FAIL, Log(1, 0, operation + "Failed to get languages IDs from configuration file.")}};
+    }
+
+    void Check(const Outcome& outcome, const Adapter& /*adapter*/) const
+    {
+        if (!outcome.result)
+        {
+            return;
+        }
+        const std::map<std::string, std::string> outputsOfLine{
+            {"[GetCapabilities] Failed to allocate buffer for keyword IDs.", "4711, 4711: null, 4711:"},
+            {"[GetCapabilities] Failed to get languages count from configuration file.", "4711, 1: 1, 4711:"},
+            {"[GetCapabilities] Failed to allocate buffer for language IDs.", "4711, 1: freed, 4711: null"},
+            {"[GetCapabilities] Failed to get languages IDs from configuration file.", "4711, 1: 1, 2: ? ?"},
+            {"[GetCapabilities] Exit, success.", "1, 1: 1, 2: 1033 1040"}};
+        EXPECT_EQ(outcome.outputs, outputsOfLine.at(outcome.lines.back().text) + (outcome.result == S_OK ? ", format" : ""));
+    }
+
+    static Losses KeptLosses(const Outcome& /*outcome*/)
+    {
+        return {};
+    }
+
+private:
+    static constexpr uint32_t MostLanguages = 2;
+
+    static LogLine Success()
+    {
+        return Log(4, 0, "[GetCapabilities] Exit, success.");
+    }
+
+    CapabilitiesOutputs outputs;
+    const uint32_t* freedKeywordIds = nullptr;
+};
+
+class FaultSweep : public AdapterTest
+{
+protected:
+    FaultSweep()
+    {
+        WriteWholeFile(configuration.ConstraintsPath(), Constraints);
+        RemoveSettingsKey();
+        WriteSettingsDword(L"SDKLoggerLevel", 2);
+        GetScriptedEngine().Reset();
+    }
+
+    ~FaultSweep() override
+    {
+        RemoveSettingsKey();
+    }
+
+    /// Arms the user model of the stream's language 1040, which detections are then parsed for.
+    void Arm(Adapter& target)
+    {
+        ScriptedStream stream(UserModel);
+        const KeywordSelector selector{1, 1040};
+        uint8_t* block = nullptr;
+        ASSERT_EQ(target.BuildArmingPatternData(&stream, &selector, 1, &block), S_OK);
+        CoTaskMemFree(block);
+        logger.Take();
+    }
+
+    template <typename Operation>
+    void Sweep()
+    {
+        const Outcome expected = CleanRunOnAFreshAdapter<Operation>();
+        ASSERT_EQ(expected.result, S_OK);
+        Arm(adapter);
+        ASSERT_NO_FATAL_FAILURE(ExpectCleanRun<Operation>(expected));
+        const uint64_t calls = FallibleCalls<Operation>();
+        ASSERT_GT(calls, 0U);
+
+        uint64_t runs = 0;
+        uint64_t exceptions = 0;
+        uint64_t unnoticed = 0;
+        for (uint64_t n = 1; n <= calls && !HasFailure(); ++n)
+        {
+            for (const bool only : {true, false})
+            {
+                SCOPED_TRACE((only ? "only call " : "all calls from ") + std::to_string(n));
+                const std::optional<HRESULT> result = FaultyRun<Operation>(n, only);
+                ++runs;
+                exceptions += result ? 0U : 1U;
+                unnoticed += result == S_OK ? 1U : 0U;
+                ExpectCleanRun<Operation>(expected);
+            }
+        }
+        std::cout << "[  SWEEP   ] " << testing::UnitTest::GetInstance()->current_test_info()->name() << ": " << runs
+                  << " runs over " << calls << " fallible calls; " << exceptions << " ended with std::bad_alloc, " << unnoticed
+                  << " with S_OK\n";
+    }
+
+    /// Calls of a clean run that could fail, of all kinds or of one.
+    template <typename Operation>
+    uint64_t FallibleCalls(std::optional<FallibleCall> kind = std::nullopt)
+    {
+        Operation operation;
+        uint64_t calls = 0;
+        {
+            const FaultPlan plan = FaultPlan::Nth(std::numeric_limits<uint64_t>::max(), kind);
+            operation.Run(adapter);
+            calls = plan.Calls();
+        }
+        logger.Take();
+        GetScriptedEngine().Reset();
+        return calls;
+    }
+
+private:
+    /// Makes the call and keeps what came of it.
+    template <typename Operation>
+    static std::optional<HRESULT> Call(Operation& operation, Adapter& target)
+    {
+        try
+        {
+            return operation.Run(target);
+        }
+        catch (const std::bad_alloc&)
+        {
+            return std::nullopt;
+        }
+    }
+
+    template <typename Operation>
+    Outcome TakeOutcome(const Operation& operation, std::optional<HRESULT> result)
+    {
+        return {result, operation.Outputs(), logger.Take(), GetScriptedEngine().Take()};
+    }
+
+    template <typename Operation>
+    Outcome CleanRun(Adapter& target)
+    {
+        Operation operation;
+        const std::optional<HRESULT> result = Call(operation, target);
+        Outcome outcome = TakeOutcome(operation, result);
+        EXPECT_TRUE(GetScriptedEngine().openSessions.empty());
+        GetScriptedEngine().Reset();
+        return outcome;
+    }
+
+    template <typename Operation>
+    Outcome CleanRunOnAFreshAdapter()
+    {
+        Adapter fresh(&logger, configuration.Path(), "1.2.3", DetectorId);
+        Arm(fresh);
+        return CleanRun<Operation>(fresh);
+    }
+
+    template <typename Operation>
+    void ExpectCleanRun(const Outcome& expected)
+    {
+        const Outcome outcome = CleanRun<Operation>(adapter);
+        EXPECT_EQ(outcome.result, expected.result);
+        EXPECT_EQ(outcome.outputs, expected.outputs);
+        EXPECT_EQ(outcome.lines, expected.lines);
+        EXPECT_EQ(outcome.engineCalls, expected.engineCalls);
+    }
+
+    /// One run with faults, and all checks of it.
+    template <typename Operation>
+    std::optional<HRESULT> FaultyRun(uint64_t n, bool only)
+    {
+        const Balance before;
+        Losses keptLosses{};
+        std::optional<HRESULT> result;
+        {
+            Operation operation;
+            uint64_t calls = 0;
+            {
+                const FaultPlan plan = only ? FaultPlan::Nth(n) : FaultPlan::From(n);
+                result = Call(operation, adapter);
+                calls = plan.Calls();
+            }
+            const Outcome outcome = TakeOutcome(operation, result);
+            EXPECT_GE(calls, n) << "no call failed";
+            if (result)
+            {
+                EXPECT_THAT(Operation::Endings(), testing::Contains(Ending(*result, outcome.lines.back())));
+            }
+            operation.Check(outcome, adapter);
+            keptLosses = Operation::KeptLosses(outcome);
+            // Known: TinyXML-2 loses the file that it has open when it gets no memory.
+            EXPECT_LE(OpenFiles(), result ? 0U : 1U);
+        }
+        CloseOpenFiles();
+        GetScriptedEngine().Reset();
+
+        EXPECT_EQ(LiveTaskMemoryBlocks(), before.taskMemoryBlocks);
+        EXPECT_EQ(LiveMediaTypes(), before.mediaTypes);
+        EXPECT_EQ(OpenRegistryKeys(), 0U);
+        const std::size_t loss = AllocatedBytes() - before.heap;
+        EXPECT_TRUE(IsLoss(loss, keptLosses[0]) || IsLoss(loss, keptLosses[1]))
+            << loss << " bytes of heap are lost, not " << keptLosses[0] << " or " << keptLosses[1];
+        return result;
+    }
+};
+
+TEST_F(FaultSweep, ReachesEveryKindOfCall)
+{
+    using enum FallibleCall;
+    for (const FallibleCall kind :
+         {Allocation, NothrowAllocation, FileOpen, RegistryOpen, RegistryQuery, RegistryClose, Stream, Buffer, Engine})
+    {
+        SCOPED_TRACE(static_cast<int>(kind));
+        EXPECT_GT(FallibleCalls<Computation>(kind), 0U);
+    }
+    for (const FallibleCall kind : {Allocation, FileOpen, TaskMemory, CreateMediaType, InitMediaType})
+    {
+        SCOPED_TRACE(static_cast<int>(kind));
+        EXPECT_GT(FallibleCalls<CapabilitiesQuery>(kind), 0U);
+    }
+}
+
+TEST_F(FaultSweep, VerifyUserKeyword)
+{
+    Sweep<Verification>();
+}
+
+TEST_F(FaultSweep, ComputeAndAddUserModelData)
+{
+    Sweep<Computation>();
+}
+
+TEST_F(FaultSweep, BuildArmingPatternDataWithTheUserModel)
+{
+    Sweep<Arming<true>>();
+}
+
+TEST_F(FaultSweep, BuildArmingPatternDataWithThePredefinedModel)
+{
+    Sweep<Arming<false>>();
+}
+
+TEST_F(FaultSweep, ParseDetectionResultData)
+{
+    Sweep<Parsing>();
+}
+
+TEST_F(FaultSweep, GetCapabilities)
+{
+    Sweep<CapabilitiesQuery>();
+}
+
+} // namespace

@@ -1,0 +1,43 @@
+#include "tests/support/AllocationCounter.h"
+
+#include <malloc.h>
+
+// The address sanitizer's own figure; its allocator stands in place of malloc's.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
+
+namespace
+{
+
+AllocationCounter* innermost = nullptr;
+
+} // namespace
+
+AllocationCounter::AllocationCounter(std::optional<std::size_t> countedSize) : size(countedSize), outer(innermost)
+{
+    innermost = this;
+}
+
+AllocationCounter::~AllocationCounter()
+{
+    innermost = outer;
+}
+
+void AllocationCounter::Note(std::size_t size)
+{
+    for (AllocationCounter* counter = innermost; counter != nullptr; counter = counter->outer)
+    {
+        if (!counter->size || *counter->size == size)
+        {
+            ++counter->calls;
+        }
+    }
+}
+
+std::size_t AllocatedBytes()
+{
+    if (__sanitizer_get_current_allocated_bytes != nullptr)
+    {
+        return __sanitizer_get_current_allocated_bytes();
+    }
+    return mallinfo2().uordblks;
+}
