@@ -20,7 +20,7 @@ if(VELOX_SANITIZE)
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libclang_rt.asan-x86_64.so
         OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
     cmake_path(GET runtime PARENT_PATH runtime_dir)
-    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined $<$<NOT:$<BOOL:${VELOX_FUZZ}>>:-shared-libasan> -Wl,-rpath,${runtime_dir})
 endif()
 
