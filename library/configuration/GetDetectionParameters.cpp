@@ -30,20 +30,15 @@ tinyxml2::XMLError QueryQualityThreshold(const tinyxml2::XMLElement& language, i
 
 HRESULT ConfigurationReader::GetDetectionParameters(uint16_t languageId, VELOX_WOV_DETECTION_PARAMETERS* parameters)
 {
-    tinyxml2::XMLDocument document;
-    std::string directory;
-    const tinyxml2::XMLElement* language = nullptr;
-    if (FAILED(LookUpLanguage(&document, configurationFilePath, languageId, &directory, &language, logger, Lines)))
+    LanguageEntry language;
+    if (const HRESULT result = LookUpLanguage(configurationFilePath, languageId, Lines, logger, &language);
+        FAILED(result) || language.element == nullptr)
     {
-        return E_FAIL;
-    }
-    if (language == nullptr)
-    {
-        return S_OK;
+        return result;
     }
 
     int qualityThreshold = 0;
-    if (const auto status = QueryQualityThreshold(*language, &qualityThreshold); status != tinyxml2::XML_SUCCESS)
+    if (const auto status = QueryQualityThreshold(*language.element, &qualityThreshold); status != tinyxml2::XML_SUCCESS)
     {
         logger->LogFormat(Failure, Internals, QueryFailed, static_cast<int>(status));
         return E_FAIL;
@@ -52,19 +47,19 @@ HRESULT ConfigurationReader::GetDetectionParameters(uint16_t languageId, VELOX_W
 
     std::string fileName;
     const auto readThreshold = [&](int32_t* value) {
-        const HRESULT result = ReadThresholdFile(directory, fileName, value);
+        const HRESULT result = ReadThresholdFile(language.directory, fileName, value);
         if (FAILED(result))
         {
             logger->Log(Failure, Internals, "[GetDetectionParameters] Failed to read threshold file.");
         }
         return result;
     };
-    if (FAILED(GetFileName(*language, PredefinedSensitivity, &fileName, logger)) ||
+    if (FAILED(GetFileName(language, PredefinedSensitivity, logger, &fileName)) ||
         FAILED(readThreshold(&parameters->preDefinedKpdSensitivity)))
     {
         return E_FAIL;
     }
-    if (FAILED(GetFileName(*language, UserDefinedSensitivity, &fileName, logger)) ||
+    if (FAILED(GetFileName(language, UserDefinedSensitivity, logger, &fileName)) ||
         FAILED(readThreshold(&parameters->userDefinedKpdSensitivity)))
     {
         return E_FAIL;

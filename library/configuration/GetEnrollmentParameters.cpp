@@ -20,34 +20,29 @@ constexpr FileElement ZnormPopulation{"znormPopulation", "[GetEnrollmentParamete
 
 HRESULT ConfigurationReader::GetEnrollmentParameters(uint16_t languageId, EnrollmentParameters* parameters)
 {
-    tinyxml2::XMLDocument document;
-    std::string directory;
-    const tinyxml2::XMLElement* language = nullptr;
-    if (FAILED(LookUpLanguage(&document, configurationFilePath, languageId, &directory, &language, logger, Lines)))
+    LanguageEntry language;
+    if (const HRESULT result = LookUpLanguage(configurationFilePath, languageId, Lines, logger, &language);
+        FAILED(result) || language.element == nullptr)
     {
-        return E_FAIL;
-    }
-    if (language == nullptr)
-    {
-        return S_OK;
+        return result;
     }
 
     std::string fileName;
-    if (FAILED(GetFileName(*language, KeyphraseModel, &fileName, logger)))
+    if (FAILED(GetFileName(language, KeyphraseModel, logger, &fileName)))
     {
         return E_FAIL;
     }
-    LoadFile(directory, fileName, &parameters->keyphraseModel, nullptr);
+    LoadFile(language.directory, fileName, &parameters->keyphraseModel, nullptr);
 
-    if (FAILED(GetFileName(*language, AcousticModel, &fileName, logger)))
+    if (FAILED(GetFileName(language, AcousticModel, logger, &fileName)))
     {
         return E_FAIL;
     }
-    LoadFile(directory, fileName, &parameters->acousticModel, nullptr);
+    LoadFile(language.directory, fileName, &parameters->acousticModel, nullptr);
 
-    if (FAILED(GetFileName(*language, ZnormPopulation, &fileName, logger)))
+    if (FAILED(GetFileName(language, ZnormPopulation, logger, &fileName)))
     {
         return E_FAIL;
     }
-    return LoadFile(directory, fileName, &parameters->znormPopulation, nullptr);
+    return LoadFile(language.directory, fileName, &parameters->znormPopulation, nullptr);
 }

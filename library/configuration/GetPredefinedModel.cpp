@@ -16,22 +16,17 @@ constexpr FileElement FirmwareModel{"fwBlob", "[GetPredefinedModel] Failed to ge
 
 HRESULT ConfigurationReader::GetPredefinedModel(uint16_t languageId, uint8_t** data, uint32_t* size)
 {
-    tinyxml2::XMLDocument document;
-    std::string directory;
-    const tinyxml2::XMLElement* language = nullptr;
-    if (FAILED(LookUpLanguage(&document, configurationFilePath, languageId, &directory, &language, logger, Lines)))
+    LanguageEntry language;
+    if (const HRESULT result = LookUpLanguage(configurationFilePath, languageId, Lines, logger, &language);
+        FAILED(result) || language.element == nullptr)
     {
-        return E_FAIL;
-    }
-    if (language == nullptr)
-    {
-        return S_OK;
+        return result;
     }
 
     std::string fileName;
-    if (FAILED(GetFileName(*language, FirmwareModel, &fileName, logger)))
+    if (FAILED(GetFileName(language, FirmwareModel, logger, &fileName)))
     {
         return E_FAIL;
     }
-    return LoadFile(directory, fileName, data, size);
+    return LoadFile(language.directory, fileName, data, size);
 }

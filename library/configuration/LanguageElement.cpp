@@ -11,19 +11,18 @@ tinyxml2::XMLError QueryLanguageId(const tinyxml2::XMLElement& element, unsigned
     return attribute == nullptr ? tinyxml2::XML_NO_ATTRIBUTE : attribute->QueryUnsignedValue(id);
 }
 
-HRESULT LookUpLanguage(tinyxml2::XMLDocument* document, const std::string& configurationFilePath, uint16_t languageId,
-                       std::string* directory, const tinyxml2::XMLElement** language, IVeloxKeywordDetectorLogger* logger,
-                       const LookupLines& lines)
+HRESULT LookUpLanguage(const std::string& configurationFilePath, uint16_t languageId, const LookupLines& lines,
+                       IVeloxKeywordDetectorLogger* logger, LanguageEntry* language)
 {
     const tinyxml2::XMLElement* root = nullptr;
-    if (FAILED(LoadDocument(document, configurationFilePath, logger, lines.loadFailedFormat)) ||
-        FAILED(GetRoot(*document, &root, logger, lines.missingRootLine)) ||
-        FAILED(GetRootAttribute(*root, "directory", directory, logger, lines.missingDirectoryLine)))
+    if (FAILED(LoadDocument(&language->document, configurationFilePath, logger, lines.loadFailedFormat)) ||
+        FAILED(GetRoot(language->document, &root, logger, lines.missingRootLine)) ||
+        FAILED(GetRootAttribute(*root, "directory", &language->directory, logger, lines.missingDirectoryLine)))
     {
         return E_FAIL;
     }
 
-    *language = nullptr;
+    language->element = nullptr;
     for (const auto* element = root->FirstChildElement(); element != nullptr; element = element->NextSiblingElement())
     {
         unsigned int id = 0;
@@ -34,26 +33,26 @@ HRESULT LookUpLanguage(tinyxml2::XMLDocument* document, const std::string& confi
         }
         if (id == languageId)
         {
-            *language = element;
+            language->element = element;
             break;
         }
     }
     return S_OK;
 }
 
-HRESULT GetFileName(const tinyxml2::XMLElement& language, const FileElement& element, std::string* fileName,
-                    IVeloxKeywordDetectorLogger* logger)
+HRESULT GetFileName(const LanguageEntry& language, const FileElement& child, IVeloxKeywordDetectorLogger* logger,
+                    std::string* fileName)
 {
-    const tinyxml2::XMLElement* child = language.FirstChildElement(element.name);
-    if (child == nullptr)
+    const tinyxml2::XMLElement* element = language.element->FirstChildElement(child.name);
+    if (element == nullptr)
     {
-        logger->Log(Failure, Internals, element.missingElementLine);
+        logger->Log(Failure, Internals, child.missingElementLine);
         return E_FAIL;
     }
-    const char* text = child->GetText();
+    const char* text = element->GetText();
     if (text == nullptr)
     {
-        logger->Log(Failure, Internals, element.missingFileNameLine);
+        logger->Log(Failure, Internals, child.missingFileNameLine);
         return E_FAIL;
     }
     *fileName = text;

@@ -22,14 +22,19 @@ struct LookupLines
     const char* invalidIdFormat; ///< "%d" for the parser's status
 };
 
+/// A language's element in the loaded configuration file.
+struct LanguageEntry
+{
+    tinyxml2::XMLDocument document;                ///< owns the element
+    std::string directory;                         ///< the root's
+    const tinyxml2::XMLElement* element = nullptr; ///< null when no element carries the id
+};
+
 /// Loads the configuration file and finds the first language element with this id. An element without a valid id ahead of it is
 /// E_FAIL, so every later language is out of reach.
-/// @param document   receives the file; owns what `language` points to
-/// @param directory  receives the root's "directory"
-/// @param language   receives the element, or null with S_OK when no element carries the id
-HRESULT LookUpLanguage(tinyxml2::XMLDocument* document, const std::string& configurationFilePath, uint16_t languageId,
-                       std::string* directory, const tinyxml2::XMLElement** language, IVeloxKeywordDetectorLogger* logger,
-                       const LookupLines& lines);
+/// @return S_OK, also when no element carries the id; E_FAIL, logged with the operation's line
+HRESULT LookUpLanguage(const std::string& configurationFilePath, uint16_t languageId, const LookupLines& lines,
+                       IVeloxKeywordDetectorLogger* logger, LanguageEntry* language);
 
 /// A child of a language element whose text is a file name, with the lines for its absence.
 struct FileElement
@@ -40,5 +45,5 @@ struct FileElement
 };
 
 /// Reads the file name from the language's first child of that name; a missing child or text is E_FAIL.
-HRESULT GetFileName(const tinyxml2::XMLElement& language, const FileElement& element, std::string* fileName,
-                    IVeloxKeywordDetectorLogger* logger);
+HRESULT GetFileName(const LanguageEntry& language, const FileElement& child, IVeloxKeywordDetectorLogger* logger,
+                    std::string* fileName);

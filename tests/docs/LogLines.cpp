@@ -93,7 +93,7 @@ std::set<std::string> LogTextsOfTheProduct()
     std::set<std::string> texts;
     for (const char* folder : {"adapter", "configuration", "modelstream", "wovwrapper"})
     {
-        for (const auto& entry : std::filesystem::directory_iterator(SourceFolder + "/" + folder))
+        for (const auto& entry : std::filesystem::directory_iterator(SourceFolder + "/library/" + folder))
         {
             if (entry.path().extension() == ".cpp" || entry.path().extension() == ".h")
             {

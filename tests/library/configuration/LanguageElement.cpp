@@ -19,20 +19,19 @@ class LanguageElement : public testing::Test
 protected:
     HRESULT LookUp(uint16_t languageId)
     {
-        return LookUpLanguage(&document, configuration.Path(), languageId, &directory, &language, &logger, Lines);
+        return LookUpLanguage(configuration.Path(), languageId, Lines, &logger, &found);
     }
     HRESULT GetModelName(const std::string& content)
     {
-        document.Parse(("<language>" + content + "</language>").c_str());
-        return GetFileName(*document.FirstChildElement(), Model, &fileName, &logger);
+        found.document.Parse(("<language>" + content + "</language>").c_str());
+        found.element = found.document.FirstChildElement();
+        return GetFileName(found, Model, &logger, &fileName);
     }
 
     TestConfiguration configuration;
     RecordingLogger logger;
-    tinyxml2::XMLDocument document;
-    std::string directory;
+    LanguageEntry found;
     std::string fileName = "old";
-    const tinyxml2::XMLElement* language = nullptr;
 };
 
 struct IdCase
@@ -71,27 +70,27 @@ TEST_F(LanguageElement, IdIsAnUnsignedNumber)
     for (const IdCase& variant : cases)
     {
         SCOPED_TRACE(variant.description);
-        ASSERT_EQ(document.Parse(("<language " + std::string(variant.attribute) + "/>").c_str()), XML_SUCCESS);
+        ASSERT_EQ(found.document.Parse(("<language " + std::string(variant.attribute) + "/>").c_str()), XML_SUCCESS);
         unsigned int id = 4711;
-        EXPECT_EQ(QueryLanguageId(*document.FirstChildElement(), &id), variant.status);
+        EXPECT_EQ(QueryLanguageId(*found.document.FirstChildElement(), &id), variant.status);
         EXPECT_EQ(id, variant.id);
     }
 }
 
 TEST_F(LanguageElement, IdOutside32BitsIsAcceptedAndWhatItBecomesIsTheRuntimesChoice)
 {
-    document.Parse("<language id='4294967296'/>");
+    found.document.Parse("<language id='4294967296'/>");
     unsigned int id = 4711;
-    EXPECT_EQ(QueryLanguageId(*document.FirstChildElement(), &id), tinyxml2::XML_SUCCESS);
+    EXPECT_EQ(QueryLanguageId(*found.document.FirstChildElement(), &id), tinyxml2::XML_SUCCESS);
     EXPECT_THAT(id, testing::AnyOf(0U, 4294967295U)); // wraps or saturates
 }
 
 TEST_F(LanguageElement, LookupGivesDirectoryAndElement)
 {
     EXPECT_EQ(LookUp(1040), S_OK);
-    EXPECT_EQ(directory, configuration.Directory());
-    ASSERT_NE(language, nullptr);
-    EXPECT_STREQ(language->Attribute("qualityThreshold"), "20");
+    EXPECT_EQ(found.directory, configuration.Directory());
+    ASSERT_NE(found.element, nullptr);
+    EXPECT_STREQ(found.element->Attribute("qualityThreshold"), "20");
     EXPECT_THAT(logger.lines, IsEmpty());
 }
 
@@ -99,24 +98,24 @@ TEST_F(LanguageElement, FirstElementOfAnIdCounts)
 {
     configuration.WriteLanguages("<first id='1033'/><second id='1033'/>");
     EXPECT_EQ(LookUp(1033), S_OK);
-    ASSERT_NE(language, nullptr);
-    EXPECT_STREQ(language->Name(), "first");
+    ASSERT_NE(found.element, nullptr);
+    EXPECT_STREQ(found.element->Name(), "first");
 }
 
 TEST_F(LanguageElement, InvalidIdBehindTheLanguageIsNotLookedAt)
 {
     configuration.WriteLanguages("<a id='1033'/><b id='abc'/>");
     EXPECT_EQ(LookUp(1033), S_OK);
-    EXPECT_NE(language, nullptr);
+    EXPECT_NE(found.element, nullptr);
     EXPECT_THAT(logger.lines, IsEmpty());
 }
 
 TEST_F(LanguageElement, UnknownLanguageIsNoFailure)
 {
     tinyxml2::XMLDocument other;
-    language = other.NewElement("mark");
+    found.element = other.NewElement("mark");
     EXPECT_EQ(LookUp(1031), S_OK);
-    EXPECT_EQ(language, nullptr);
+    EXPECT_EQ(found.element, nullptr);
     EXPECT_THAT(logger.lines, IsEmpty());
 }
 
@@ -124,7 +123,7 @@ TEST_F(LanguageElement, WholeIdCounts)
 {
     configuration.WriteLanguages("<a id='66569'/><a id='-64503'/>"); // both end in 0x0409
     EXPECT_EQ(LookUp(1033), S_OK);
-    EXPECT_EQ(language, nullptr);
+    EXPECT_EQ(found.element, nullptr);
     EXPECT_THAT(logger.lines, IsEmpty());
 }
 
@@ -132,7 +131,7 @@ TEST_F(LanguageElement, LanguagesFurtherDownAreNotFound)
 {
     configuration.WriteLanguages("<group id='1'><a id='1033'/></group>");
     EXPECT_EQ(LookUp(1033), S_OK);
-    EXPECT_EQ(language, nullptr);
+    EXPECT_EQ(found.element, nullptr);
 }
 
 struct LookupFailure
