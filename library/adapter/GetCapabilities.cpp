@@ -3,6 +3,8 @@
 
 #include <mfapi.h>
 
+#include <algorithm>
+
 using namespace VeloxLogLevel;
 using namespace VeloxLogSource;
 
@@ -95,7 +97,9 @@ HRESULT VeloxKeywordDetectorAdapterImpl::GetCapabilities(int32_t* supportsUserMo
     }
     *languageCount = count;
 
-    if (const HRESULT result = configurationReader->GetLanguagesIds(languageIds); FAILED(result))
+    // The file is read anew: languages that it lost since they were counted read as zeros, those that it gained are left out.
+    std::fill_n(*languageIds, count, uint16_t{0});
+    if (const HRESULT result = configurationReader->GetLanguagesIds(languageIds, count); FAILED(result))
     {
         logger->Log(Error, Adapter, "[GetCapabilities] Failed to get languages IDs from configuration file.");
         return result;

@@ -12,8 +12,9 @@
 /// Reads the XML configuration file, the files that it names, and the registry settings.
 ///
 /// Nothing is cached: every operation loads the file anew, so a change to it takes effect at the next call. Every failure is
-/// logged where it is found, at level 2 with source 1, and reported as E_FAIL. An operation that fails part way leaves what it
-/// already wrote.
+/// logged where it is found, with source 1, and reported as E_FAIL: those of the files at level 2, those of the registry at level
+/// 4 (key or value cannot be read) and 3 (value out of range, key that cannot be closed). An operation that fails part way leaves
+/// what it already wrote.
 class ConfigurationReader
 {
 public:
@@ -27,9 +28,9 @@ public:
     /// Number of language elements, valid or not.
     HRESULT GetLanguagesCount(uint32_t* count);
 
-    /// Low 16 bits of every language element's id, in the file's order. Writes without a bound: the buffer must have room for as
-    /// many entries as GetLanguagesCount reported.
-    HRESULT GetLanguagesIds(uint16_t** languageIds);
+    /// Low 16 bits of every language element's id, in the file's order.
+    /// @param room  entries that the buffer has: no more are written, should the file have grown since they were counted
+    HRESULT GetLanguagesIds(uint16_t** languageIds, uint32_t room = UINT32_MAX);
 
     /// Whether some language element has this id; elements without a valid id are passed over. S_OK once the file loaded.
     HRESULT IsLanguageSupported(uint16_t languageId, bool* supported);

@@ -5,7 +5,7 @@
 using namespace VeloxLogLevel;
 using namespace VeloxLogSource;
 
-HRESULT ConfigurationReader::GetLanguagesIds(uint16_t** languageIds)
+HRESULT ConfigurationReader::GetLanguagesIds(uint16_t** languageIds, uint32_t room)
 {
     tinyxml2::XMLDocument document;
     const tinyxml2::XMLElement* root = nullptr;
@@ -17,7 +17,8 @@ HRESULT ConfigurationReader::GetLanguagesIds(uint16_t** languageIds)
     }
 
     uint32_t position = 0;
-    for (const auto* element = root->FirstChildElement(); element != nullptr; element = element->NextSiblingElement())
+    for (const auto* element = root->FirstChildElement(); element != nullptr && position < room;
+         element = element->NextSiblingElement())
     {
         unsigned int id = 0;
         if (const tinyxml2::XMLError status = QueryLanguageId(*element, &id); status != tinyxml2::XML_SUCCESS)

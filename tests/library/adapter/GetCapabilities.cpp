@@ -50,6 +50,34 @@ TEST_F(GetCapabilities, AnnouncesUserModelsTheKeywordAndTheLanguages)
     EXPECT_THAT(logger.lines, ElementsAre(Entry, Supported(2), Success));
 }
 
+TEST_F(GetCapabilities, FileThatGrowsBetweenCountAndListGivesAsManyAsWereCounted)
+{
+    logger.onLine = [this](const LogLine& line) {
+        if (line == Supported(2))
+        {
+            configuration.WriteLanguages("<a id='1'/><a id='2'/><a id='3'/><a id='4'/>");
+        }
+    };
+    EXPECT_EQ(outputs.Get(adapter), S_OK);
+    ASSERT_EQ(outputs.languageCount, 2U);
+    EXPECT_EQ(outputs.languageIds[0], 1);
+    EXPECT_EQ(outputs.languageIds[1], 2);
+}
+
+TEST_F(GetCapabilities, FileThatShrinksBetweenCountAndListGivesZerosForWhatIsMissing)
+{
+    logger.onLine = [this](const LogLine& line) {
+        if (line == Supported(2))
+        {
+            configuration.WriteLanguages("<a id='1'/>");
+        }
+    };
+    EXPECT_EQ(outputs.Get(adapter), S_OK);
+    ASSERT_EQ(outputs.languageCount, 2U);
+    EXPECT_EQ(outputs.languageIds[0], 1);
+    EXPECT_EQ(outputs.languageIds[1], 0);
+}
+
 TEST_F(GetCapabilities, AnnouncesSixteenKilohertzMonoSixteenBit)
 {
     ASSERT_EQ(outputs.Get(adapter), S_OK);

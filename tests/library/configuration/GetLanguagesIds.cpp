@@ -53,6 +53,15 @@ TEST_F(GetLanguagesIds, DuplicatesAreReportedTwice)
     EXPECT_THAT(ids, ElementsAre(1033, 1033, 3, 4));
 }
 
+TEST_F(GetLanguagesIds, NoMoreAreWrittenThanThereIsRoomFor)
+{
+    configuration.WriteLanguages("<a id='1033'/><a id='1040'/><a id='not a number'/>");
+    uint16_t* buffer = ids.data();
+    EXPECT_EQ(reader.GetLanguagesIds(&buffer, 2), S_OK);
+    EXPECT_THAT(ids, ElementsAre(1033, 1040, 3, 4));
+    EXPECT_THAT(logger.lines, IsEmpty());
+}
+
 struct InvalidIdCase
 {
     const char* description;
