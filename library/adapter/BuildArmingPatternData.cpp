@@ -2,6 +2,7 @@
 #include "library/adapter/ModelBuffer.h"
 #include "library/adapter/SupportedKeyword.h"
 #include "library/adapter/VeloxKeywordDetectorAdapterImpl.h"
+#include "library/modelstream/UserModelStream.h"
 
 #include <cstring>
 #include <limits>
@@ -13,6 +14,12 @@ namespace
 {
 
 constexpr uint32_t SupportedSelectors = 1;
+
+constexpr SelectorLines KeywordLines{
+    .languageCheckFailed = "[BuildArmingPatternData] Failed to check if language is supported.",
+    .notSupportedFormat = "[BuildArmingPatternData] Validation error, expected keyword ID: %d, actual keyword ID: %d. "
+                          "Language ID: %d.",
+};
 
 struct TaskMemoryFree
 {
@@ -49,13 +56,10 @@ bool CopyModel(void* target, const uint8_t* model, uint32_t modelSize)
     return true;
 }
 
-} // namespace
-
-HRESULT VeloxKeywordDetectorAdapterImpl::BuildArmingPatternData(IStream* userModelData, const KeywordSelector* keywordSelectors,
-                                                                uint32_t numKeywordSelectors, uint8_t** patternData)
+/// @return S_OK; E_POINTER; E_INVALIDARG
+HRESULT CheckArguments(const IStream* userModelData, const KeywordSelector* keywordSelectors, uint32_t numKeywordSelectors,
+                       uint8_t* const* patternData, IVeloxKeywordDetectorLogger* logger)
 {
-    logger->Log(Information, Adapter, "[BuildArmingPatternData] Entry.");
-
     if (userModelData == nullptr)
     {
         logger->Log(Error, Adapter, "[BuildArmingPatternData] Validation error, user model data is null.");
@@ -79,30 +83,31 @@ HRESULT VeloxKeywordDetectorAdapterImpl::BuildArmingPatternData(IStream* userMod
         logger->Log(Error, Adapter, "[BuildArmingPatternData] Validation error, pattern data is null.");
         return E_POINTER;
     }
+    return S_OK;
+}
 
+} // namespace
+
+HRESULT VeloxKeywordDetectorAdapterImpl::BuildArmingPatternData(IStream* userModelData, const KeywordSelector* keywordSelectors,
+                                                                uint32_t numKeywordSelectors, uint8_t** patternData)
+{
+    logger->Log(Information, Adapter, "[BuildArmingPatternData] Entry.");
+
+    if (const HRESULT result = CheckArguments(userModelData, keywordSelectors, numKeywordSelectors, patternData, logger);
+        FAILED(result))
+    {
+        return result;
+    }
     const KeywordSelector selector = keywordSelectors[0];
     logger->LogFormat(Information, Adapter, "[BuildArmingPatternData] Building package for language: %d.",
                       static_cast<int>(selector.languageId));
-
-    bool supported = false;
-    if (FAILED(configurationReader->IsLanguageSupported(selector.languageId, &supported)))
+    if (const HRESULT result = CheckSelector(selector, configurationReader.get(), KeywordLines, logger); FAILED(result))
     {
-        logger->Log(Error, Adapter, "[BuildArmingPatternData] Failed to check if language is supported.");
-        return E_FAIL;
-    }
-    if (selector.keywordId != SupportedKeywordId || !supported)
-    {
-        // Kept: a language that is not configured is reported with this line too, the two keyword ids then being equal.
-        logger->LogFormat(Error, Adapter,
-                          "[BuildArmingPatternData] Validation error, expected keyword ID: %d, actual keyword ID: %d. "
-                          "Language ID: %d.",
-                          static_cast<int>(SupportedKeywordId), static_cast<int>(selector.keywordId),
-                          static_cast<int>(selector.languageId));
-        return E_INVALIDARG;
+        return result;
     }
 
     ModelBuffer model;
-    if (const HRESULT result = GetModelToArm(userModelData, selector.languageId, &model.data, &model.size); result != S_OK)
+    if (const HRESULT result = GetModelToArm(userModelData, selector.languageId, &model); result != S_OK)
     {
         model.data = nullptr; // Kept: a block that the getter produced all the same is dropped, not released.
         return result;
@@ -114,8 +119,47 @@ HRESULT VeloxKeywordDetectorAdapterImpl::BuildArmingPatternData(IStream* userMod
         logger->LogWithStatus(Error, Adapter, "[BuildArmingPatternData] Failed to load configuration parameters.", result);
         return E_FAIL;
     }
-    const uint32_t threshold = ArmedThreshold(parameters);
 
+    if (const HRESULT result = WritePattern(model, parameters, patternData); FAILED(result))
+    {
+        return result;
+    }
+    armedLanguageId = selector.languageId;
+    logger->Log(Information, Adapter, "[BuildArmingPatternData] Exit, success.");
+    return S_OK;
+}
+
+HRESULT VeloxKeywordDetectorAdapterImpl::GetModelToArm(IStream* userModelData, uint16_t languageId, ModelBuffer* model)
+{
+    if (FAILED(CheckIStreamForUserModel(userModelData, logger)))
+    {
+        logger->Log(Information, Adapter, "[BuildArmingPatternData] Using predefined model.");
+        if (const HRESULT result = configurationReader->GetPredefinedModel(languageId, &model->data, &model->size);
+            result != S_OK)
+        {
+            logger->Log(Error, Adapter, "[BuildArmingPatternData] Failed to get predefined model.");
+            return result;
+        }
+        userModelArmed = false;
+        return S_OK;
+    }
+
+    logger->Log(Information, Adapter, "[BuildArmingPatternData] Using user model.");
+    if (const HRESULT result = GetUserModelFromIStream(userModelData, model->data, model->size, logger); result != S_OK)
+    {
+        logger->Log(Error, Adapter, "[BuildArmingPatternData] Failed to get user model.");
+        return result;
+    }
+    logger->LogFormat(Detail, Adapter, "[BuildArmingPatternData] Dynamic model data size: %lu.",
+                      static_cast<unsigned long>(model->size));
+    userModelArmed = true;
+    return S_OK;
+}
+
+HRESULT VeloxKeywordDetectorAdapterImpl::WritePattern(const ModelBuffer& model, const VELOX_WOV_DETECTION_PARAMETERS& parameters,
+                                                      uint8_t** patternData)
+{
+    const uint32_t threshold = ArmedThreshold(parameters);
     TaskMemory block = AllocatePattern(model.size);
     if (block == nullptr)
     {
@@ -141,37 +185,6 @@ HRESULT VeloxKeywordDetectorAdapterImpl::BuildArmingPatternData(IStream* userMod
         logger->Log(Error, Adapter, "[BuildArmingPatternData] Failed to copy model data to pattern structure.");
         return E_FAIL;
     }
-
     *patternData = static_cast<uint8_t*>(block.release());
-    armedLanguageId = selector.languageId;
-    logger->Log(Information, Adapter, "[BuildArmingPatternData] Exit, success.");
-    return S_OK;
-}
-
-/// Takes the user's model from the stream, or else the language's predefined one, and records which of them it was.
-HRESULT VeloxKeywordDetectorAdapterImpl::GetModelToArm(IStream* userModelData, uint16_t languageId, uint8_t** data,
-                                                       uint32_t* size)
-{
-    if (FAILED(CheckIStreamForUserModel(userModelData)))
-    {
-        logger->Log(Information, Adapter, "[BuildArmingPatternData] Using predefined model.");
-        if (const HRESULT result = configurationReader->GetPredefinedModel(languageId, data, size); result != S_OK)
-        {
-            logger->Log(Error, Adapter, "[BuildArmingPatternData] Failed to get predefined model.");
-            return result;
-        }
-        userModelArmed = false;
-        return S_OK;
-    }
-
-    logger->Log(Information, Adapter, "[BuildArmingPatternData] Using user model.");
-    if (const HRESULT result = GetUserModelFromIStream(userModelData, *data, *size); result != S_OK)
-    {
-        logger->Log(Error, Adapter, "[BuildArmingPatternData] Failed to get user model.");
-        return result;
-    }
-    logger->LogFormat(Detail, Adapter, "[BuildArmingPatternData] Dynamic model data size: %lu.",
-                      static_cast<unsigned long>(*size));
-    userModelArmed = true;
     return S_OK;
 }

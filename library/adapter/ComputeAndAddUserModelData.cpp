@@ -2,6 +2,7 @@
 #include "library/adapter/ModelBuffer.h"
 #include "library/adapter/SupportedKeyword.h"
 #include "library/adapter/VeloxKeywordDetectorAdapterImpl.h"
+#include "library/modelstream/UserModelStream.h"
 
 using namespace VeloxLogLevel;
 using namespace VeloxLogSource;
@@ -9,7 +10,13 @@ using namespace VeloxLogSource;
 namespace
 {
 
-constexpr EngineRequestLines Lines{
+constexpr SelectorLines KeywordLines{
+    .languageCheckFailed = "[ComputeAndAddUserModelData] Failed to check if language is supported.",
+    .notSupportedFormat = "[ComputeAndAddUserModelData] Validation error, expected keyword ID: %d, actual keyword ID: %d. "
+                          "Language ID: %d.",
+};
+
+constexpr EngineRequestLines RequestLines{
     .parametersNotCreated = "[ComputeAndAddUserModelData] Failed to create enrollment parameters instance.",
     .enrollmentParametersFailed = "[ComputeAndAddUserModelData] Failed to get enrollment parameters.",
     .detectionParametersFailed = "[ComputeAndAddUserModelData] Failed to get detection parameters.",
@@ -18,6 +25,17 @@ constexpr EngineRequestLines Lines{
         "[ComputeAndAddUserModelData] Failed to get SDK logger severity level. Continuing with log level: %d",
     .wrapperNotCreated = "[ComputeAndAddUserModelData] Failed to create key-phrase recognition instance.",
 };
+
+void LogRecordings(const int32_t* keywordEndBytePositions, uint32_t recordingCount, IVeloxKeywordDetectorLogger* logger)
+{
+    logger->Log(Detail, Adapter, "[ComputeAndAddUserModelData] Recordings: " + std::to_string(recordingCount));
+    for (uint32_t i = 0; i < recordingCount; ++i)
+    {
+        logger->Log(Detail, Internals,
+                    "[Recording " + std::to_string(uint64_t{i} + 1) +
+                        "] KeywordBytePos: " + std::to_string(keywordEndBytePositions[i]));
+    }
+}
 
 } // namespace
 
@@ -32,21 +50,9 @@ HRESULT VeloxKeywordDetectorAdapterImpl::ComputeAndAddUserModelData(IStream* mod
         logger->Log(Error, Adapter, "[ComputeAndAddUserModelData] No recordings provided for model computation.");
         return E_INVALIDARG;
     }
-    bool supported = false;
-    if (FAILED(configurationReader->IsLanguageSupported(selector.languageId, &supported)))
+    if (const HRESULT result = CheckSelector(selector, configurationReader.get(), KeywordLines, logger); FAILED(result))
     {
-        logger->Log(Error, Adapter, "[ComputeAndAddUserModelData] Failed to check if language is supported.");
-        return E_FAIL;
-    }
-    if (selector.keywordId != SupportedKeywordId || !supported)
-    {
-        // Kept: a language that is not configured is reported with this line too, the two keyword ids then being equal.
-        logger->LogFormat(Error, Adapter,
-                          "[ComputeAndAddUserModelData] Validation error, expected keyword ID: %d, actual keyword ID: %d. "
-                          "Language ID: %d.",
-                          static_cast<int>(SupportedKeywordId), static_cast<int>(selector.keywordId),
-                          static_cast<int>(selector.languageId));
-        return E_INVALIDARG;
+        return result;
     }
     if (modelData == nullptr)
     {
@@ -58,17 +64,10 @@ HRESULT VeloxKeywordDetectorAdapterImpl::ComputeAndAddUserModelData(IStream* mod
         logger->Log(Error, Adapter, "[ComputeAndAddUserModelData] Pointer to keyword end positions is null.");
         return E_INVALIDARG;
     }
-
-    logger->Log(Detail, Adapter, "[ComputeAndAddUserModelData] Recordings: " + std::to_string(recordingCount));
-    for (uint32_t i = 0; i < recordingCount; ++i)
-    {
-        logger->Log(Detail, Internals,
-                    "[Recording " + std::to_string(uint64_t{i} + 1) +
-                        "] KeywordBytePos: " + std::to_string(keywordEndBytePositions[i]));
-    }
+    LogRecordings(keywordEndBytePositions, recordingCount, logger);
 
     EngineRequest request;
-    if (FAILED(OpenEngineRequest(configurationReader.get(), logger, selector.languageId, Lines, &request)))
+    if (FAILED(OpenEngineRequest(configurationReader.get(), logger, selector.languageId, RequestLines, &request)))
     {
         return E_FAIL;
     }
@@ -81,7 +80,7 @@ HRESULT VeloxKeywordDetectorAdapterImpl::ComputeAndAddUserModelData(IStream* mod
         logger->LogWithStatus(Error, Adapter, "[ComputeAndAddUserModelData] Failed to train model.", result);
         return E_FAIL;
     }
-    if (const HRESULT result = WriteModelToIStream(model.data, model.size, modelData); FAILED(result))
+    if (const HRESULT result = WriteModelToIStream(modelData, model.data, model.size, logger); FAILED(result))
     {
         logger->LogWithStatus(Error, Adapter, "[ComputeAndAddUserModelData] Failed to write model to IStream.", result);
         model.data = nullptr; // Kept: the model buffer is not released on this path.

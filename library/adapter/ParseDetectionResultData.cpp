@@ -6,6 +6,36 @@
 using namespace VeloxLogLevel;
 using namespace VeloxLogSource;
 
+namespace
+{
+
+/// Whether the block is a whole one of this detector. The size comes first: a block that says that it is shorter is not read
+/// beyond its size. Kept: a foreign GUID is reported with the size line too.
+HRESULT CheckBlock(const DetectionResult& block, const GUID& detectorId, IVeloxKeywordDetectorLogger* logger)
+{
+    if (block.Size < DetectionResultMinSize || std::memcmp(&block.PatternType, &detectorId, sizeof(GUID)) != 0)
+    {
+        logger->LogFormat(Error, Adapter,
+                          "[ParseDetectionResultData] Validation error, expected result data size: %d, actual size : %lu.",
+                          static_cast<int>(DetectionResultMinSize), static_cast<unsigned long>(block.Size));
+        return E_INVALIDARG;
+    }
+    return S_OK;
+}
+
+/// @return the supported keyword's id, or 0 when the firmware reported another one
+uint32_t KeywordIdOf(unsigned int keywordIdFw, IVeloxKeywordDetectorLogger* logger)
+{
+    if (keywordIdFw == SupportedKeywordId)
+    {
+        return SupportedKeywordId;
+    }
+    logger->LogFormat(Warning, Adapter, "[ParseDetectionResultData] Invalid KeywordId: %u.", keywordIdFw);
+    return 0;
+}
+
+} // namespace
+
 HRESULT VeloxKeywordDetectorAdapterImpl::ParseDetectionResultData(IStream* userModelData, const DetectionResult* result,
                                                                   uint32_t* keywordId, uint16_t* languageId, BOOL* isUserMatch,
                                                                   uint64_t* keywordStart, uint64_t* keywordEnd)
@@ -24,15 +54,9 @@ HRESULT VeloxKeywordDetectorAdapterImpl::ParseDetectionResultData(IStream* userM
         logger->Log(Error, Adapter, "[ParseDetectionResultData] Validation error, one or more of the input parameters is null.");
         return E_POINTER;
     }
-
-    // The size comes first: a block that says that it is shorter is not read beyond its size. Kept: a foreign GUID is reported
-    // with the size line too.
-    if (result->Size < DetectionResultMinSize || std::memcmp(&result->PatternType, &detectorId, sizeof(GUID)) != 0)
+    if (const HRESULT status = CheckBlock(*result, detectorId, logger); FAILED(status))
     {
-        logger->LogFormat(Error, Adapter,
-                          "[ParseDetectionResultData] Validation error, expected result data size: %d, actual size : %lu.",
-                          static_cast<int>(DetectionResultMinSize), static_cast<unsigned long>(result->Size));
-        return E_INVALIDARG;
+        return status;
     }
 
     const unsigned int keywordIdFw = result->KeywordIdFw;
@@ -49,16 +73,7 @@ HRESULT VeloxKeywordDetectorAdapterImpl::ParseDetectionResultData(IStream* userM
                       keywordIdFw, score, static_cast<unsigned int>(ArmedThreshold(parameters)));
 
     *languageId = armedLanguageId;
-    if (keywordIdFw == SupportedKeywordId)
-    {
-        *keywordId = SupportedKeywordId;
-    }
-    else
-    {
-        *keywordId = 0;
-        logger->LogFormat(Warning, Adapter, "[ParseDetectionResultData] Invalid KeywordId: %u.", keywordIdFw);
-    }
-
+    *keywordId = KeywordIdOf(keywordIdFw, logger);
     *isUserMatch = userModelArmed ? TRUE : FALSE;
     logger->Log(Information, Adapter,
                 userModelArmed ? "[ParseDetectionResultData] User matched for the user model."
@@ -68,7 +83,6 @@ HRESULT VeloxKeywordDetectorAdapterImpl::ParseDetectionResultData(IStream* userM
     *keywordEnd = result->KeywordEnd;
     logger->LogFormat(Detail, Adapter, "[ParseDetectionResultData] Keyword start (%llu), keyword end (%llu).",
                       static_cast<unsigned long long>(*keywordStart), static_cast<unsigned long long>(*keywordEnd));
-
     logger->Log(Information, Adapter, "[ParseDetectionResultData] Exit, success.");
     return S_OK;
 }

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "IVeloxKeywordDetectorAdapterImpl.h"
+#include "library/adapter/ModelBuffer.h"
 #include "library/configuration/ConfigurationReader.h"
 
 #include <memory>
 
-/// The adapter object behind the factory. Each operation stands in a file of its name, here or in modelstream/.
+/// The adapter object behind the factory. Each operation stands in a file of its name.
 ///
 /// Between operations it keeps only what it armed last; callers rely on the members' order.
 class VeloxKeywordDetectorAdapterImpl : public KeywordDetectorAdapterImplementation::IVeloxKeywordDetectorAdapterImpl
@@ -30,21 +31,14 @@ public:
                                      uint64_t* keywordEnd) override;
 
 private:
-    HRESULT GetModelToArm(IStream* userModelData, uint16_t languageId, uint8_t** data, uint32_t* size);
+    /// Takes the user's model from the stream, or else the language's predefined one, and records which of them it was.
+    HRESULT GetModelToArm(IStream* userModelData, uint16_t languageId, ModelBuffer* model);
+
+    /// Makes the block for the DSP in task memory; `*patternData` is written only on success.
+    HRESULT WritePattern(const ModelBuffer& model, const VELOX_WOV_DETECTION_PARAMETERS& parameters, uint8_t** patternData);
+
+    /// The threshold that counts for the model that was armed last.
     uint32_t ArmedThreshold(const VELOX_WOV_DETECTION_PARAMETERS& parameters) const;
-
-    // The user's model in the caller's stream. These log with source 1.
-
-    /// Zero or positive when the stream begins with "VWOV"; E_FAIL when it does not; E_OUTOFMEMORY; the stream's failure code.
-    HRESULT CheckIStreamForUserModel(IStream* stream);
-
-    /// The whole stream in a new block, which the caller releases with delete[], also on failure. Returns the read's own result,
-    /// E_FAIL without memory, or the failing seek's code; the caller takes any non-zero result as a failure.
-    HRESULT GetUserModelFromIStream(IStream* stream, uint8_t*& data, uint32_t& size);
-
-    /// Makes `data` the stream's whole content and commits it. Returns the code of the failing call; a commit that fails but is
-    /// reverted is a success, and so is a write that claims success for fewer bytes. Kept: callers rely on both.
-    HRESULT WriteModelToIStream(const uint8_t* data, uint32_t size, IStream* stream);
 
     IVeloxKeywordDetectorLogger* logger;
     std::unique_ptr<ConfigurationReader> configurationReader;

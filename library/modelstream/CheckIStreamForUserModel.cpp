@@ -1,6 +1,7 @@
-#include "library/adapter/VeloxKeywordDetectorAdapterImpl.h"
+#include "library/modelstream/UserModelStream.h"
 
 #include <cstring>
+#include <memory>
 #include <new>
 
 using namespace VeloxLogLevel;
@@ -15,7 +16,7 @@ constexpr std::size_t MagicLength = sizeof(Magic) - 1;
 
 } // namespace
 
-HRESULT VeloxKeywordDetectorAdapterImpl::CheckIStreamForUserModel(IStream* stream)
+HRESULT CheckIStreamForUserModel(IStream* stream, IVeloxKeywordDetectorLogger* logger)
 {
     logger->Log(Information, Internals, "[CheckIStreamForUserModel] Entry.");
 

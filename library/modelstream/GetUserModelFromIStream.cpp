@@ -1,4 +1,4 @@
-#include "library/adapter/VeloxKeywordDetectorAdapterImpl.h"
+#include "library/modelstream/UserModelStream.h"
 
 #include <algorithm>
 #include <new>
@@ -6,7 +6,7 @@
 using namespace VeloxLogLevel;
 using namespace VeloxLogSource;
 
-HRESULT VeloxKeywordDetectorAdapterImpl::GetUserModelFromIStream(IStream* stream, uint8_t*& data, uint32_t& size)
+HRESULT GetUserModelFromIStream(IStream* stream, uint8_t*& data, uint32_t& size, IVeloxKeywordDetectorLogger* logger)
 {
     logger->Log(Information, Internals, "[GetUserModelFromIStream] Entry.");
 

@@ -1,4 +1,4 @@
-#include "library/adapter/VeloxKeywordDetectorAdapterImpl.h"
+#include "library/modelstream/UserModelStream.h"
 
 using namespace VeloxLogLevel;
 using namespace VeloxLogSource;
@@ -25,7 +25,7 @@ HRESULT CommitOrRevert(IStream* stream, IVeloxKeywordDetectorLogger* logger)
 }
 
 /// Replaces the stream's content. A write that claims success for fewer bytes is a success, not committed. Kept, too.
-HRESULT ReplaceContent(const uint8_t* data, uint32_t size, IStream* stream, ULONG* written, IVeloxKeywordDetectorLogger* logger)
+HRESULT ReplaceContent(IStream* stream, const uint8_t* data, uint32_t size, ULONG* written, IVeloxKeywordDetectorLogger* logger)
 {
     ULARGE_INTEGER newSize{};
     newSize.QuadPart = size;
@@ -53,12 +53,12 @@ HRESULT ReplaceContent(const uint8_t* data, uint32_t size, IStream* stream, ULON
 
 } // namespace
 
-HRESULT VeloxKeywordDetectorAdapterImpl::WriteModelToIStream(const uint8_t* data, uint32_t size, IStream* stream)
+HRESULT WriteModelToIStream(IStream* stream, const uint8_t* data, uint32_t size, IVeloxKeywordDetectorLogger* logger)
 {
     logger->Log(Information, Internals, "[WriteModelToIStream] Entry.");
 
     ULONG written = 0;
-    const HRESULT result = ReplaceContent(data, size, stream, &written, logger);
+    const HRESULT result = ReplaceContent(stream, data, size, &written, logger);
     if (SUCCEEDED(result) && written == size)
     {
         logger->LogFormat(Detail, Internals, "[WriteModelToIStream] Bytes written: %lu.", static_cast<unsigned long>(written));

@@ -9,10 +9,13 @@
 using namespace VeloxLogLevel;
 using namespace VeloxLogSource;
 
-/// What the scoring of one recording gathers.
-struct VeloxWovWrapper::ScoringState
+/// One recording on its way through an engine session, with what its scoring gathers.
+struct VeloxWovWrapper::Feeding
 {
-    std::vector<float> scores;
+    uint32_t session;
+    bool scoring;
+    bool* keywordDetected;
+    std::vector<float> scores{};
     uint64_t frameCounter = 0; ///< calls of GetScores
     float bestScore = std::numeric_limits<float>::lowest();
     int64_t vadQualitySum = 0;
@@ -24,17 +27,13 @@ uint32_t VeloxWovWrapper::FeedRecording(uint32_t session, IMFMediaBuffer* record
 {
     logger->Log(Information, Internals, "[FeedRecording] Entry.");
 
-    ScoringState state;
+    Feeding feeding{.session = session, .scoring = scoring, .keywordDetected = keywordDetected};
     if (scoring)
     {
-        logger->Log(Detail, Internals, "[FeedRecording] Getting Scores size");
-        uint32_t count = 0;
-        if (const uint32_t status = VWoVGetScores(session, nullptr, &count); status != EngineStatus::Success)
+        if (const uint32_t status = MakeRoomForScores(&feeding); status != EngineStatus::Success)
         {
-            logger->LogWithCode(Failure, Adapter, "[FeedRecording] Failed to get the scores array size.", status);
             return status;
         }
-        state.scores.resize(count);
     }
 
     RecordingLock lock;
@@ -44,11 +43,11 @@ uint32_t VeloxWovWrapper::FeedRecording(uint32_t session, IMFMediaBuffer* record
         return UnexpectedBehaviour;
     }
 
-    FeedFrames(session, lock.Samples(), lock.SampleCount(), keywordEndBytePos, scoring, &state, keywordDetected);
-    FlushEngine(session, scoring, &state, keywordDetected);
+    FeedFrames(&feeding, lock.Samples(), lock.SampleCount(), keywordEndBytePos);
+    FlushEngine(&feeding);
     if (scoring && *keywordDetected)
     {
-        JudgeQuality(state, keywordDetected);
+        JudgeQuality(feeding);
     }
 
     if (const HRESULT result = lock.Unlock(); FAILED(result))
@@ -59,9 +58,21 @@ uint32_t VeloxWovWrapper::FeedRecording(uint32_t session, IMFMediaBuffer* record
     return EngineStatus::Success;
 }
 
-/// Feeds the samples until they or the key phrase end, the engine refuses a frame, or the key phrase was found.
-void VeloxWovWrapper::FeedFrames(uint32_t session, const uint8_t* samples, uint32_t totalSamples, int32_t keywordEndBytePos,
-                                 bool scoring, ScoringState* state, bool* keywordDetected)
+uint32_t VeloxWovWrapper::MakeRoomForScores(Feeding* feeding)
+{
+    logger->Log(Detail, Internals, "[FeedRecording] Getting Scores size");
+    uint32_t count = 0;
+    const uint32_t status = VWoVGetScores(feeding->session, nullptr, &count);
+    if (status != EngineStatus::Success)
+    {
+        logger->LogWithCode(Failure, Adapter, "[FeedRecording] Failed to get the scores array size.", status);
+        return status;
+    }
+    feeding->scores.resize(count);
+    return status;
+}
+
+void VeloxWovWrapper::FeedFrames(Feeding* feeding, const uint8_t* samples, uint32_t totalSamples, int32_t keywordEndBytePos)
 {
     logger->Log(Detail, Internals, "[FeedRecording] Starting feeding frames. Samples to feed: " + std::to_string(totalSamples));
     const auto frameSize = static_cast<uint32_t>(audioFrameSize);
@@ -74,13 +85,14 @@ void VeloxWovWrapper::FeedFrames(uint32_t session, const uint8_t* samples, uint3
         ConvertSamples(samples + std::size_t{start} * sizeof(float), filled, frame.data());
         std::fill(frame.begin() + filled, frame.end(), int16_t{0});
 
-        if (const uint32_t status = VWoVFeedAudioFrame(session, frame.data(), frameSize); status != EngineStatus::Success)
+        if (const uint32_t status = VWoVFeedAudioFrame(feeding->session, frame.data(), frameSize);
+            status != EngineStatus::Success)
         {
             logger->LogWithCode(Failure, Internals, "[FeedRecording] Failed to feed frames.", status);
             break;
         }
-        if (scoring && ScoreFrame(session, state, keywordDetected, EngineStatus::NothingLeft) == EngineStatus::Success &&
-            *keywordDetected)
+        if (feeding->scoring && ScoreFrame(feeding, EngineStatus::NothingLeft) == EngineStatus::Success &&
+            *feeding->keywordDetected)
         {
             break;
         }
@@ -98,17 +110,15 @@ void VeloxWovWrapper::FeedFrames(uint32_t session, const uint8_t* samples, uint3
     logger->Log(Detail, Internals, "[FeedRecording] Ended feeding frames");
 }
 
-/// Takes scores and quality of the frame that the engine has just processed.
-/// @param harmlessStatus  status of GetScores, besides success, that is not logged
-/// @return the status of GetVadQuality
-uint32_t VeloxWovWrapper::ScoreFrame(uint32_t session, ScoringState* state, bool* keywordDetected, uint32_t harmlessStatus)
+uint32_t VeloxWovWrapper::ScoreFrame(Feeding* feeding, uint32_t harmlessStatus)
 {
-    const uint32_t scoresStatus = GetScores(session, state->scores, keywordDetected, &state->frameCounter, &state->bestScore);
+    const uint32_t scoresStatus =
+        GetScores(feeding->session, feeding->scores, feeding->keywordDetected, &feeding->frameCounter, &feeding->bestScore);
     if (scoresStatus != EngineStatus::Success && scoresStatus != harmlessStatus)
     {
         logger->LogWithCode(Warning, Internals, "[FeedRecording] Failed to get scores.", scoresStatus);
     }
-    const uint32_t vadStatus = GetVadQuality(session, &state->vadQualitySum, &state->vadQualityCount);
+    const uint32_t vadStatus = GetVadQuality(feeding->session, &feeding->vadQualitySum, &feeding->vadQualityCount);
     if (vadStatus != EngineStatus::Success)
     {
         logger->LogWithCode(Warning, Internals, "[FeedRecording] Failed to get VAD quality.", vadStatus);
@@ -116,18 +126,17 @@ uint32_t VeloxWovWrapper::ScoreFrame(uint32_t session, ScoringState* state, bool
     return vadStatus;
 }
 
-/// Lets the engine process what it still holds, until nothing is left or the key phrase was found.
-void VeloxWovWrapper::FlushEngine(uint32_t session, bool scoring, ScoringState* state, bool* keywordDetected)
+void VeloxWovWrapper::FlushEngine(Feeding* feeding)
 {
     uint32_t status = EngineStatus::Success;
     do
     {
-        status = VWoVFlush(session);
-        if (scoring && status == EngineStatus::Success)
+        status = VWoVFlush(feeding->session);
+        if (feeding->scoring && status == EngineStatus::Success)
         {
-            status = ScoreFrame(session, state, keywordDetected, EngineStatus::Success);
+            status = ScoreFrame(feeding, EngineStatus::Success);
         }
-    } while (status == EngineStatus::Success && !*keywordDetected);
+    } while (status == EngineStatus::Success && !*feeding->keywordDetected);
 
     if (status != EngineStatus::Success && status != EngineStatus::NothingLeft)
     {
@@ -135,12 +144,11 @@ void VeloxWovWrapper::FlushEngine(uint32_t session, bool scoring, ScoringState* 
     }
 }
 
-/// Takes a detection back when the recording's mean quality is below the language's threshold.
-void VeloxWovWrapper::JudgeQuality(const ScoringState& state, bool* keywordDetected)
+void VeloxWovWrapper::JudgeQuality(const Feeding& feeding)
 {
     logger->LogFormat(Detail, Internals, "[FeedRecording] Best score(%f), predefined KPD float threshold (%f).",
-                      static_cast<double>(state.bestScore), static_cast<double>(KpdThreshold()));
-    const int64_t quality = state.vadQualityCount > 0 ? state.vadQualitySum / state.vadQualityCount : 0;
+                      static_cast<double>(feeding.bestScore), static_cast<double>(KpdThreshold()));
+    const int64_t quality = feeding.vadQualityCount > 0 ? feeding.vadQualitySum / feeding.vadQualityCount : 0;
     logger->LogFormat(Detail, Internals, "[FeedRecording] Recording quality: %lu.", static_cast<unsigned long>(quality));
 
     // Both unsigned, kept: a negative threshold makes every recording too poor, a negative quality passes any threshold.
@@ -148,6 +156,6 @@ void VeloxWovWrapper::JudgeQuality(const ScoringState& state, bool* keywordDetec
     {
         logger->Log(Information, Internals,
                     "[FeedRecording] Recording quality is too low. Returning false as a detection result.");
-        *keywordDetected = false;
+        *feeding.keywordDetected = false;
     }
 }

@@ -9,5 +9,5 @@
 /// @param frame    receives `count` samples; must not overlap the input
 void ConvertSamples(const uint8_t* samples, std::size_t count, int16_t* frame);
 
-/// The same, sample by sample: for processors without SSE2, and the reference of ConvertSamples.
+/// The same, sample by sample: the rest of a frame, processors without SSE2, and the reference of ConvertSamples.
 void ConvertSamplesPlain(const uint8_t* samples, std::size_t count, int16_t* frame);

@@ -1,8 +1,51 @@
-#include "library/wovwrapper/VeloxWovSDK.h"
+#include "library/wovwrapper/SessionGuard.h"
 #include "library/wovwrapper/VeloxWovWrapper.h"
 
 using namespace VeloxLogLevel;
 using namespace VeloxLogSource;
+
+uint32_t VeloxWovWrapper::GetAudioFrameSize(int32_t* frameSize)
+{
+    uint32_t probe = 0;
+    if (const uint32_t status = VWoVInitSession(&probe); status != EngineStatus::Success)
+    {
+        // The other operation's name is kept: field logs rely on this wording.
+        logger->LogWithCode(Error, Internals, "[InitializeSession] Failed to initialize session.", status);
+        return status;
+    }
+    SessionGuard guard(probe);
+
+    uint32_t count = 0;
+    int32_t value = 0;
+    uint32_t status = VWoVGetIntOutput(probe, EngineOutput::FrameSize, nullptr, &count);
+    const bool oneValue = count == 1;
+    if (status == EngineStatus::Success && oneValue)
+    {
+        status = VWoVGetIntOutput(probe, EngineOutput::FrameSize, &value, &count);
+    }
+
+    if (status != EngineStatus::Success)
+    {
+        logger->LogWithCode(Failure, Internals, "[GetAudioFrameSize] Failed to get size of audio frame.", status);
+    }
+    else if (!oneValue)
+    {
+        logger->Log(Failure, Internals, "[GetAudioFrameSize] Unexpected behavior of SDK API.");
+        status = UnexpectedBehaviour;
+    }
+    else if (value < 0)
+    {
+        logger->Log(Failure, Internals, "[GetAudioFrameSize] Audio frame size is negative value.");
+        status = UnexpectedBehaviour;
+    }
+    else
+    {
+        *frameSize = value;
+    }
+
+    guard.Destroy();
+    return status;
+}
 
 uint32_t VeloxWovWrapper::InitializeSession(uint32_t* session)
 {

@@ -2,8 +2,8 @@
 
 #include "library/wovwrapper/VeloxWovSDK.h"
 
-/// Destroys an engine session when an exception leaves an operation while the session is open. On every other path the operation
-/// destroys it itself and dismisses the guard.
+/// Owns an open engine session while an operation uses it: an exception that leaves the operation destroys it. On every other
+/// path the operation says when.
 class SessionGuard
 {
 public:
@@ -14,7 +14,7 @@ public:
     SessionGuard& operator=(const SessionGuard&) = delete;
     ~SessionGuard()
     {
-        if (session == 0)
+        if (!owns || session == 0)
         {
             return;
         }
@@ -28,11 +28,20 @@ public:
         }
     }
 
+    /// The operation's last destroy. The handle goes to the engine as it is, 0 included.
+    void Destroy()
+    {
+        Dismiss();
+        VWoVDestroySession(session);
+    }
+
+    /// The session has been destroyed otherwise.
     void Dismiss()
     {
-        session = 0;
+        owns = false;
     }
 
 private:
     uint32_t session;
+    bool owns = true;
 };

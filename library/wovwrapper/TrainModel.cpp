@@ -27,8 +27,7 @@ HRESULT VeloxWovWrapper::TrainModel(IMFMediaBuffer** recordings, uint32_t record
                                     uint8_t** modelData, uint32_t* modelDataSize)
 {
     uint32_t session = 0;
-    uint32_t status = InitializeSession(&session);
-    if (status != EngineStatus::Success)
+    if (const uint32_t status = InitializeSession(&session); status != EngineStatus::Success)
     {
         // Kept: a session that was created before the failure is not released.
         logger->LogWithCode(Error, Internals, "[TrainModel] Failed to initialize session.", status);
@@ -36,59 +35,66 @@ HRESULT VeloxWovWrapper::TrainModel(IMFMediaBuffer** recordings, uint32_t record
     }
     SessionGuard guard(session);
 
-    // Kept: closing destroys the session and a second destroy follows; engines rely on the order.
-    const auto close = [&](HRESULT result) {
-        CloseSession(&session);
-        logger->LogWithCode(Information, Internals, "[TrainModel] Exit.", status);
-        guard.Dismiss();
-        VWoVDestroySession(session);
-        return result;
-    };
-    const auto destroy = [&](HRESULT result) {
-        guard.Dismiss();
-        VWoVDestroySession(session);
-        return result;
-    };
+    uint8_t* phraseModel = nullptr;
+    const uint32_t enrolled = EnrollPhrase(session, recordings, recordingsCount, keywordEndBytePositions, &phraseModel);
+    if (enrolled == EngineStatus::Success)
+    {
+        if (const HRESULT result = PrepareModelData(session, phraseModel, modelData, modelDataSize); FAILED(result))
+        {
+            guard.Destroy();
+            return result;
+        }
+    }
 
-    status = VWoVStartEnrollment(session);
-    if (status != EngineStatus::Success)
+    // Observable, kept: closing destroys the session, and a second destroy follows.
+    CloseSession(&session);
+    logger->LogWithCode(Information, Internals, "[TrainModel] Exit.", enrolled);
+    guard.Destroy();
+    return enrolled == EngineStatus::Success ? S_OK : E_FAIL;
+}
+
+uint32_t VeloxWovWrapper::EnrollPhrase(uint32_t session, IMFMediaBuffer** recordings, uint32_t recordingsCount,
+                                       const int32_t* keywordEndBytePositions, uint8_t** phraseModel)
+{
+    if (const uint32_t status = VWoVStartEnrollment(session); status != EngineStatus::Success)
     {
         logger->LogWithCode(Error, Internals, "[TrainModel] Failed to start enrollment.", status);
-        return close(E_FAIL);
+        return status;
     }
 
     logger->Log(Information, Internals, "[TrainModel] Starting feeding data to WovSDK");
-    status = FeedRecordingsForEnrollment(&session, recordings, recordingsCount, keywordEndBytePositions);
-    if (status != EngineStatus::Success)
+    if (const uint32_t status = FeedRecordingsForEnrollment(&session, recordings, recordingsCount, keywordEndBytePositions);
+        status != EngineStatus::Success)
     {
         logger->LogWithCode(Error, Internals, "[TrainModel] Failed to feed recordings.", status);
-        return close(E_FAIL);
+        return status;
     }
 
-    uint8_t* phraseModel = nullptr;
-    status = VWoVFinalizeEnrollment(session, &phraseModel);
-    if (status != EngineStatus::Success)
+    if (const uint32_t status = VWoVFinalizeEnrollment(session, phraseModel); status != EngineStatus::Success)
     {
         logger->LogWithCode(Error, Internals, "[TrainModel] Failed to finalize enrollment.", status);
-        return close(E_FAIL);
+        return status;
     }
-    logger->LogWithCode(Detail, Internals, "[TrainModel] Enrollment finalized.", status);
+    logger->LogWithCode(Detail, Internals, "[TrainModel] Enrollment finalized.", EngineStatus::Success);
     logger->LogFormat(Detail, Internals, "[TrainModel] Phrase model size: %u.",
-                      static_cast<unsigned int>(PhraseModelSize(phraseModel)));
+                      static_cast<unsigned int>(PhraseModelSize(*phraseModel)));
+    return EngineStatus::Success;
+}
 
-    status = VWoVSetModel(session, phraseModel);
-    if (status != EngineStatus::Success)
+HRESULT VeloxWovWrapper::PrepareModelData(uint32_t session, const uint8_t* phraseModel, uint8_t** modelData,
+                                          uint32_t* modelDataSize)
+{
+    if (const uint32_t status = VWoVSetModel(session, phraseModel); status != EngineStatus::Success)
     {
         logger->LogWithCode(Error, Internals, "[TrainModel] Failed to set keyphrase model.", status);
-        return destroy(E_FAIL);
+        return E_FAIL;
     }
 
     uint32_t size = 0;
-    status = VWoVPrepareLpeData(session, nullptr, &size);
-    if (status != EngineStatus::Success)
+    if (const uint32_t status = VWoVPrepareLpeData(session, nullptr, &size); status != EngineStatus::Success)
     {
         logger->LogWithCode(Error, Internals, "[TrainModel] Failed to prepare LPE data.", status);
-        return destroy(E_FAIL);
+        return E_FAIL;
     }
     logger->LogFormat(Detail, Internals, "[TrainModel] Created LPE data size: %u.", static_cast<unsigned int>(size));
 
@@ -97,15 +103,14 @@ HRESULT VeloxWovWrapper::TrainModel(IMFMediaBuffer** recordings, uint32_t record
     if (*modelData == nullptr)
     {
         logger->Log(Failure, Internals, "[TrainModel] Failed to allocate memory for model data.");
-        return destroy(E_OUTOFMEMORY);
+        return E_OUTOFMEMORY;
     }
     *modelDataSize = size;
-    status = VWoVPrepareLpeData(session, *modelData, &size);
-    if (status != EngineStatus::Success)
+    if (const uint32_t status = VWoVPrepareLpeData(session, *modelData, &size); status != EngineStatus::Success)
     {
         // Kept: the buffer stays with the caller.
         logger->LogWithCode(Error, Internals, "VWoVPrepareLpeData failed!", status);
-        return destroy(E_FAIL);
+        return E_FAIL;
     }
-    return close(S_OK);
+    return S_OK;
 }

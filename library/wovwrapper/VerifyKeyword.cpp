@@ -16,20 +16,18 @@ HRESULT VeloxWovWrapper::VerifyKeyword(IMFMediaBuffer* recording, int32_t keywor
         if (const uint32_t status = VWoVSetModel(session, enrollmentParameters->keyphraseModel); status != EngineStatus::Success)
         {
             logger->LogWithCode(Error, Internals, "[VerifyKeyword] Failed to set keyphrase model.", status);
-            guard.Dismiss();
-            VWoVDestroySession(session);
+            guard.Destroy();
             return E_FAIL;
         }
         if (const uint32_t status = FeedRecording(session, recording, keywordEndBytePos, true, keywordDetected);
             status != EngineStatus::Success)
         {
             logger->LogWithCode(Error, Internals, "[VerifyKeyword] Failed to set feed recording to WoV SDK.", status);
-            guard.Dismiss();
-            VWoVDestroySession(session);
+            guard.Destroy();
             return E_FAIL;
         }
+        // Observable, kept: destroyed, and closed with the unchanged handle, which destroys it once more.
         VWoVDestroySession(session);
-        // Kept: the handle is unchanged, so closing destroys the session once more; engines rely on the order.
         CloseSession(&session);
         guard.Dismiss();
     }

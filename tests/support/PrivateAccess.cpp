@@ -20,14 +20,18 @@ struct Expose
 
 EXPOSE(ConfigurationReader, LoadFile);
 EXPOSE(ConfigurationReader, ReadThresholdFile);
-EXPOSE(VeloxKeywordDetectorAdapterImpl, CheckIStreamForUserModel);
-EXPOSE(VeloxKeywordDetectorAdapterImpl, GetUserModelFromIStream);
-EXPOSE(VeloxKeywordDetectorAdapterImpl, WriteModelToIStream);
 EXPOSE(VeloxKeywordDetectorAdapterImpl, logger);
 EXPOSE(VeloxKeywordDetectorAdapterImpl, configurationReader);
 EXPOSE(VeloxKeywordDetectorAdapterImpl, userModelArmed);
 EXPOSE(VeloxKeywordDetectorAdapterImpl, armedLanguageId);
 EXPOSE(VeloxKeywordDetectorAdapterImpl, detectorId);
+EXPOSE(VeloxWovWrapper, GetAudioFrameSize);
+EXPOSE(VeloxWovWrapper, InitializeSession);
+EXPOSE(VeloxWovWrapper, CloseSession);
+EXPOSE(VeloxWovWrapper, FeedRecording);
+EXPOSE(VeloxWovWrapper, GetScores);
+EXPOSE(VeloxWovWrapper, GetVadQuality);
+EXPOSE(VeloxWovWrapper, FeedRecordingsForEnrollment);
 EXPOSE(VeloxWovWrapper, enrollmentParameters);
 EXPOSE(VeloxWovWrapper, detectionParameters);
 EXPOSE(VeloxWovWrapper, logger);
@@ -58,21 +62,6 @@ HRESULT LoadFile(ConfigurationReader& reader, const std::string& directory, cons
 HRESULT ReadThresholdFile(ConfigurationReader& reader, const std::string& directory, const std::string& fileName, int32_t* value)
 {
     return (reader.*MemberOf(ConfigurationReaderReadThresholdFile{}))(directory, fileName, value);
-}
-
-HRESULT CheckIStreamForUserModel(VeloxKeywordDetectorAdapterImpl& adapter, IStream* stream)
-{
-    return (adapter.*MemberOf(VeloxKeywordDetectorAdapterImplCheckIStreamForUserModel{}))(stream);
-}
-
-HRESULT GetUserModelFromIStream(VeloxKeywordDetectorAdapterImpl& adapter, IStream* stream, uint8_t*& data, uint32_t& size)
-{
-    return (adapter.*MemberOf(VeloxKeywordDetectorAdapterImplGetUserModelFromIStream{}))(stream, data, size);
-}
-
-HRESULT WriteModelToIStream(VeloxKeywordDetectorAdapterImpl& adapter, const uint8_t* data, uint32_t size, IStream* stream)
-{
-    return (adapter.*MemberOf(VeloxKeywordDetectorAdapterImplWriteModelToIStream{}))(data, size, stream);
 }
 
 bool UserModelArmed(const VeloxKeywordDetectorAdapterImpl& adapter)
@@ -110,3 +99,42 @@ std::array<std::size_t, 6> WrapperFieldOffsets(const VeloxWovWrapper& wrapper)
 }
 
 } // namespace PrivateAccess
+
+uint32_t OpenWovWrapper::GetAudioFrameSize(int32_t* frameSize)
+{
+    return (this->*MemberOf(VeloxWovWrapperGetAudioFrameSize{}))(frameSize);
+}
+
+uint32_t OpenWovWrapper::InitializeSession(uint32_t* session)
+{
+    return (this->*MemberOf(VeloxWovWrapperInitializeSession{}))(session);
+}
+
+void OpenWovWrapper::CloseSession(const uint32_t* session)
+{
+    (this->*MemberOf(VeloxWovWrapperCloseSession{}))(session);
+}
+
+uint32_t OpenWovWrapper::FeedRecording(uint32_t session, IMFMediaBuffer* recording, int32_t keywordEndBytePos, bool scoring,
+                                       bool* keywordDetected)
+{
+    return (this->*MemberOf(VeloxWovWrapperFeedRecording{}))(session, recording, keywordEndBytePos, scoring, keywordDetected);
+}
+
+uint32_t OpenWovWrapper::GetScores(uint32_t session, std::vector<float>& scores, bool* keywordDetected, uint64_t* frameCounter,
+                                   float* bestScore)
+{
+    return (this->*MemberOf(VeloxWovWrapperGetScores{}))(session, scores, keywordDetected, frameCounter, bestScore);
+}
+
+uint32_t OpenWovWrapper::GetVadQuality(uint32_t session, int64_t* vadQualitySum, int32_t* vadQualityCount)
+{
+    return (this->*MemberOf(VeloxWovWrapperGetVadQuality{}))(session, vadQualitySum, vadQualityCount);
+}
+
+uint32_t OpenWovWrapper::FeedRecordingsForEnrollment(const uint32_t* session, IMFMediaBuffer** recordings,
+                                                     uint32_t recordingsCount, const int32_t* keywordEndBytePositions)
+{
+    return (this->*MemberOf(VeloxWovWrapperFeedRecordingsForEnrollment{}))(session, recordings, recordingsCount,
+                                                                           keywordEndBytePositions);
+}

@@ -15,10 +15,6 @@ HRESULT LoadFile(ConfigurationReader& reader, const std::string& directory, cons
                  uint32_t* size);
 HRESULT ReadThresholdFile(ConfigurationReader& reader, const std::string& directory, const std::string& fileName, int32_t* value);
 
-HRESULT CheckIStreamForUserModel(VeloxKeywordDetectorAdapterImpl& adapter, IStream* stream);
-HRESULT GetUserModelFromIStream(VeloxKeywordDetectorAdapterImpl& adapter, IStream* stream, uint8_t*& data, uint32_t& size);
-HRESULT WriteModelToIStream(VeloxKeywordDetectorAdapterImpl& adapter, const uint8_t* data, uint32_t size, IStream* stream);
-
 bool UserModelArmed(const VeloxKeywordDetectorAdapterImpl& adapter);
 uint16_t ArmedLanguageId(const VeloxKeywordDetectorAdapterImpl& adapter);
 
@@ -31,3 +27,21 @@ int32_t AudioFrameSize(const VeloxWovWrapper& wrapper);
 std::array<std::size_t, 6> WrapperFieldOffsets(const VeloxWovWrapper& wrapper);
 
 } // namespace PrivateAccess
+
+/// A wrapper whose private operations tests may call.
+class OpenWovWrapper : public VeloxWovWrapper
+{
+public:
+    using VeloxWovWrapper::VeloxWovWrapper;
+
+    uint32_t GetAudioFrameSize(int32_t* frameSize);
+    uint32_t InitializeSession(uint32_t* session);
+    void CloseSession(const uint32_t* session);
+    uint32_t FeedRecording(uint32_t session, IMFMediaBuffer* recording, int32_t keywordEndBytePos, bool scoring,
+                           bool* keywordDetected);
+    uint32_t GetScores(uint32_t session, std::vector<float>& scores, bool* keywordDetected, uint64_t* frameCounter,
+                       float* bestScore);
+    uint32_t GetVadQuality(uint32_t session, int64_t* vadQualitySum, int32_t* vadQualityCount);
+    uint32_t FeedRecordingsForEnrollment(const uint32_t* session, IMFMediaBuffer** recordings, uint32_t recordingsCount,
+                                         const int32_t* keywordEndBytePositions);
+};

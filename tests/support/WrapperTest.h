@@ -1,14 +1,17 @@
 #pragma once
 
-#include "library/wovwrapper/VeloxWovWrapper.h"
 #include "tests/scripted-engine/ScriptedEngine.h"
 #include "tests/support/EventSequence.h"
+#include "tests/support/PrivateAccess.h"
 #include "tests/support/RecordingLogger.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <string_view>
+
+/// The wrapper's own status, beside the engine's.
+inline constexpr uint32_t UnexpectedBehaviour = 11;
 
 /// A wrapper and the engine's script, both fresh. The wrapper has not asked for the frame size: it is 150, and the first session
 /// has the handle 1. A score above 10 is a detection, a mean quality below 50 too low.
@@ -54,7 +57,7 @@ protected:
     ScriptedEngine& engine = GetScriptedEngine();
     EnrollmentParameters parameters;
     VELOX_WOV_DETECTION_PARAMETERS detection{2560, 1, 50};
-    VeloxWovWrapper wrapper{&parameters, detection, &logger, 3, "memory=160k"};
+    OpenWovWrapper wrapper{&parameters, detection, &logger, 3, "memory=160k"};
 
 private:
     static void Fill(uint8_t*& block, std::string_view text)

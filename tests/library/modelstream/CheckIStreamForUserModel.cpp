@@ -1,5 +1,5 @@
+#include "library/modelstream/UserModelStream.h"
 #include "tests/support/AdapterTest.h"
-#include "tests/support/PrivateAccess.h"
 #include "tests/support/ScriptedStream.h"
 
 #include <gmock/gmock.h>
@@ -18,7 +18,7 @@ class CheckIStreamForUserModel : public AdapterTest
 protected:
     HRESULT Check(IStream* stream)
     {
-        return PrivateAccess::CheckIStreamForUserModel(adapter, stream);
+        return ::CheckIStreamForUserModel(stream, &logger);
     }
 };
 

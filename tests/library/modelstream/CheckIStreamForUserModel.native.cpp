@@ -1,6 +1,6 @@
+#include "library/modelstream/UserModelStream.h"
 #include "tests/support/AdapterTest.h"
 #include "tests/support/FaultInjector.h"
-#include "tests/support/PrivateAccess.h"
 #include "tests/support/ScriptedStream.h"
 
 #include <gmock/gmock.h>
@@ -21,7 +21,7 @@ TEST_F(CheckIStreamForUserModelFaults, WithoutMemoryForTheBufferTheStreamIsNotTo
     HRESULT result = S_OK;
     {
         const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::NothrowAllocation);
-        result = PrivateAccess::CheckIStreamForUserModel(adapter, &stream);
+        result = ::CheckIStreamForUserModel(&stream, &logger);
     }
     EXPECT_EQ(result, E_OUTOFMEMORY);
     EXPECT_THAT(stream.calls, IsEmpty());

@@ -1,5 +1,5 @@
+#include "library/modelstream/UserModelStream.h"
 #include "tests/support/AdapterTest.h"
-#include "tests/support/PrivateAccess.h"
 #include "tests/support/RealStream.h"
 
 namespace
@@ -11,7 +11,7 @@ protected:
     HRESULT Check(std::string_view content)
     {
         const RealStream stream = GetParam().Create(content);
-        return PrivateAccess::CheckIStreamForUserModel(adapter, stream.get());
+        return ::CheckIStreamForUserModel(stream.get(), &logger);
     }
 };
 

@@ -1,5 +1,5 @@
+#include "library/modelstream/UserModelStream.h"
 #include "tests/support/AdapterTest.h"
-#include "tests/support/PrivateAccess.h"
 #include "tests/support/ScriptedStream.h"
 
 #include <gmock/gmock.h>
@@ -37,7 +37,7 @@ protected:
     HRESULT Get(IStream* stream)
     {
         uint8_t* data = &before;
-        const HRESULT result = PrivateAccess::GetUserModelFromIStream(adapter, stream, data, size);
+        const HRESULT result = ::GetUserModelFromIStream(stream, data, size, &logger);
         if (data != &before)
         {
             model.reset(data);

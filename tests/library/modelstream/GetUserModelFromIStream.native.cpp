@@ -1,6 +1,6 @@
+#include "library/modelstream/UserModelStream.h"
 #include "tests/support/AdapterTest.h"
 #include "tests/support/FaultInjector.h"
-#include "tests/support/PrivateAccess.h"
 #include "tests/support/ScriptedStream.h"
 
 #include <gmock/gmock.h>
@@ -23,7 +23,7 @@ TEST_F(GetUserModelFromIStreamFaults, WithoutMemoryForTheModelTheResultIsAPlainF
     HRESULT result = S_OK;
     {
         const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::NothrowAllocation);
-        result = PrivateAccess::GetUserModelFromIStream(adapter, &stream, data, size);
+        result = ::GetUserModelFromIStream(&stream, data, size, &logger);
     }
     EXPECT_EQ(result, E_FAIL);
     EXPECT_EQ(data, nullptr);

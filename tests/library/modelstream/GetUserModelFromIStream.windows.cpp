@@ -1,5 +1,5 @@
+#include "library/modelstream/UserModelStream.h"
 #include "tests/support/AdapterTest.h"
-#include "tests/support/PrivateAccess.h"
 #include "tests/support/RealStream.h"
 
 namespace
@@ -19,7 +19,7 @@ TEST_P(GetUserModelFromIStreamOnRealStreams, GivesTheWholeContent)
         const RealStream stream = GetParam().Create(content);
         uint8_t* data = nullptr;
         uint32_t size = 0;
-        EXPECT_EQ(PrivateAccess::GetUserModelFromIStream(adapter, stream.get(), data, size), S_OK);
+        EXPECT_EQ(::GetUserModelFromIStream(stream.get(), data, size, &logger), S_OK);
         const std::unique_ptr<const uint8_t[]> model(data);
         EXPECT_TRUE(std::string(model.get(), model.get() + size) == content);
     }
@@ -31,7 +31,7 @@ TEST_P(GetUserModelFromIStreamOnRealStreams, EmptyStreamGivesAnEmptyBlock)
     uint8_t* data = nullptr;
     uint32_t size = 4711;
     // S_OK or S_FALSE, as the stream reports a read at its end.
-    EXPECT_TRUE(SUCCEEDED(PrivateAccess::GetUserModelFromIStream(adapter, stream.get(), data, size)));
+    EXPECT_TRUE(SUCCEEDED(::GetUserModelFromIStream(stream.get(), data, size, &logger)));
     const std::unique_ptr<const uint8_t[]> model(data);
     EXPECT_NE(model, nullptr);
     EXPECT_EQ(size, 0U);

@@ -1,5 +1,5 @@
+#include "library/modelstream/UserModelStream.h"
 #include "tests/support/AdapterTest.h"
-#include "tests/support/PrivateAccess.h"
 #include "tests/support/ScriptedStream.h"
 
 #include <gmock/gmock.h>
@@ -41,7 +41,7 @@ protected:
     {
         // A block of exactly the model's length, so that a read beyond it does not pass unseen.
         const std::vector<uint8_t> data(model.begin(), model.end());
-        return PrivateAccess::WriteModelToIStream(adapter, data.data(), static_cast<uint32_t>(data.size()), stream);
+        return ::WriteModelToIStream(stream, data.data(), static_cast<uint32_t>(data.size()), &logger);
     }
 };
 
@@ -75,7 +75,7 @@ TEST_F(WriteModelToIStream, TheHighHalfOfTheSizeIsZero)
     const uint8_t byte = 0;
     ScriptedStream stream;
     stream.Answer("SetSize", 1, STG_E_MEDIUMFULL);
-    EXPECT_EQ(PrivateAccess::WriteModelToIStream(adapter, &byte, 0xFFFFFFFF, &stream), STG_E_MEDIUMFULL);
+    EXPECT_EQ(::WriteModelToIStream(&stream, &byte, 0xFFFFFFFF, &logger), STG_E_MEDIUMFULL);
     EXPECT_THAT(stream.calls, ElementsAre("SetSize(4294967295)"));
 }
 
@@ -83,11 +83,11 @@ TEST_F(WriteModelToIStream, WrittenModelIsFoundAndReadBack)
 {
     ScriptedStream stream("a former content that is longer than the model");
     ASSERT_EQ(Write("VWOV model", &stream), S_OK);
-    EXPECT_EQ(PrivateAccess::CheckIStreamForUserModel(adapter, &stream), S_OK);
+    EXPECT_EQ(::CheckIStreamForUserModel(&stream, &logger), S_OK);
 
     uint8_t* data = nullptr;
     uint32_t size = 0;
-    EXPECT_EQ(PrivateAccess::GetUserModelFromIStream(adapter, &stream, data, size), S_OK);
+    EXPECT_EQ(::GetUserModelFromIStream(&stream, data, size, &logger), S_OK);
     const std::unique_ptr<const uint8_t[]> model(data);
     EXPECT_EQ(std::string(model.get(), model.get() + size), "VWOV model");
 }
@@ -97,7 +97,7 @@ TEST_F(WriteModelToIStream, ModelWithoutTheMagicIsWrittenButNotFound)
     ScriptedStream stream("VWOV former");
     EXPECT_EQ(Write("model", &stream), S_OK);
     EXPECT_EQ(stream.Content(), "model");
-    EXPECT_EQ(PrivateAccess::CheckIStreamForUserModel(adapter, &stream), E_FAIL);
+    EXPECT_EQ(::CheckIStreamForUserModel(&stream, &logger), E_FAIL);
 }
 
 TEST_F(WriteModelToIStream, FailedSizeChangeLeavesTheContent)

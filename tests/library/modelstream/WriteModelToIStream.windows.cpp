@@ -1,5 +1,5 @@
+#include "library/modelstream/UserModelStream.h"
 #include "tests/support/AdapterTest.h"
-#include "tests/support/PrivateAccess.h"
 #include "tests/support/RealStream.h"
 
 namespace
@@ -11,7 +11,7 @@ protected:
     HRESULT Write(const std::string& model, IStream* stream)
     {
         const std::vector<uint8_t> data(model.begin(), model.end());
-        return PrivateAccess::WriteModelToIStream(adapter, data.data(), static_cast<uint32_t>(data.size()), stream);
+        return ::WriteModelToIStream(stream, data.data(), static_cast<uint32_t>(data.size()), &logger);
     }
 };
 
@@ -43,11 +43,11 @@ TEST_P(WriteModelToIStreamOnRealStreams, WrittenModelIsFoundAndReadBack)
         SCOPED_TRACE(written.size());
         const RealStream stream = GetParam().Create("a former content");
         EXPECT_EQ(Write(written, stream.get()), CommitOrRevert(GetParam()));
-        EXPECT_TRUE(SUCCEEDED(PrivateAccess::CheckIStreamForUserModel(adapter, stream.get())));
+        EXPECT_TRUE(SUCCEEDED(::CheckIStreamForUserModel(stream.get(), &logger)));
 
         uint8_t* data = nullptr;
         uint32_t size = 0;
-        EXPECT_EQ(PrivateAccess::GetUserModelFromIStream(adapter, stream.get(), data, size), S_OK);
+        EXPECT_EQ(::GetUserModelFromIStream(stream.get(), data, size, &logger), S_OK);
         const std::unique_ptr<const uint8_t[]> model(data);
         EXPECT_TRUE(std::string(model.get(), model.get() + size) == written);
     }

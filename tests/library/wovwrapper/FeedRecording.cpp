@@ -690,7 +690,7 @@ TEST_F(FeedRecording, MeanQualityIsComparedWithTheThresholdUnsigned)
     {
         SCOPED_TRACE(row.description);
         detection.qualityThreshold = row.threshold;
-        VeloxWovWrapper judging(&parameters, detection, &logger, 3, "");
+        OpenWovWrapper judging(&parameters, detection, &logger, 3, "");
         Restart();
         Open();
         for (const int32_t quality : row.qualities)

@@ -26,8 +26,7 @@ const LogLine Entry = Log(4, 1, "[FeedRecordingsForEnrollment] Entry.");
 const LogLine Exit = Log(4, 1, "[FeedRecordingsForEnrollment] Exit.");
 
 /// Statuses with a meaning elsewhere have none here.
-constexpr uint32_t Statuses[] = {7, EngineStatus::BufferTooSmall, VeloxWovWrapper::UnexpectedBehaviour,
-                                 EngineStatus::NothingLeft};
+constexpr uint32_t Statuses[] = {7, EngineStatus::BufferTooSmall, UnexpectedBehaviour, EngineStatus::NothingLeft};
 
 /// Lines that the operation itself writes about a recording.
 LogLine Begun(int number)
@@ -204,7 +203,7 @@ TEST_F(FeedRecordingsForEnrollment, RecordingThatCannotBeLockedEndsTheLoopAndIsN
     {
         SCOPED_TRACE(one.result);
         OpenSession();
-        EXPECT_EQ(Feed({&first, one.recording, &third}), VeloxWovWrapper::UnexpectedBehaviour);
+        EXPECT_EQ(Feed({&first, one.recording, &third}), UnexpectedBehaviour);
         const std::vector<LogLine> lines = logger.Take();
         EXPECT_THAT(std::vector<LogLine>(lines.end() - 5, lines.end()),
                     ElementsAre(Begun(2), Log(4, 1, "[FeedRecording] Entry."),

@@ -69,7 +69,7 @@ TEST_F(FeedRecordingsForEnrollmentFaults, LockAndUnlockMayFail)
         ScriptedRecording recording(std::vector<float>(200));
         const FaultPlan plan = FaultPlan::Nth(n, FallibleCall::Buffer);
         const bool lock = n % 2 == 1;
-        EXPECT_EQ(Feed(recording), lock ? VeloxWovWrapper::UnexpectedBehaviour : EngineStatus::Success);
+        EXPECT_EQ(Feed(recording), lock ? UnexpectedBehaviour : EngineStatus::Success);
         EXPECT_EQ(recording.OpenLocks(), 0);
     }
 }

@@ -48,7 +48,7 @@ protected:
         TakeEvents();
     }
 
-    uint32_t Get(VeloxWovWrapper& scoring)
+    uint32_t Get(OpenWovWrapper& scoring)
     {
         return scoring.GetScores(session, buffer, &state.detected, &state.frameCounter, &state.best);
     }
@@ -113,7 +113,7 @@ TEST_F(GetScores, ThresholdIsThePredefinedSensitivityInQ8)
     {
         SCOPED_TRACE(sensitivity);
         detection = {sensitivity, 1, 0};
-        VeloxWovWrapper other(&parameters, detection, &logger, 3, "");
+        OpenWovWrapper other(&parameters, detection, &logger, 3, "");
         for (const bool above : {false, true})
         {
             Open();
@@ -128,7 +128,7 @@ TEST_F(GetScores, ThresholdIsThePredefinedSensitivityInQ8)
 TEST_F(GetScores, UserDefinedSensitivityIsNotRead)
 {
     detection.userDefinedKpdSensitivity = 1000000;
-    VeloxWovWrapper other(&parameters, detection, &logger, 3, "");
+    OpenWovWrapper other(&parameters, detection, &logger, 3, "");
     engine.laterStep.scores = {10.5F};
     EXPECT_EQ(Get(other), EngineStatus::Success);
     EXPECT_TRUE(state.detected);

@@ -51,7 +51,7 @@ TEST_F(Session, HandsTheModelBlocksOverUncopied)
 TEST_F(Session, MissingModelBlocksReachTheEngineAsNull)
 {
     EnrollmentParameters none;
-    VeloxWovWrapper bare(&none, detection, &logger, 3, "");
+    OpenWovWrapper bare(&none, detection, &logger, 3, "");
     EXPECT_EQ(bare.InitializeSession(&session), EngineStatus::Success);
     EXPECT_THAT(engine.Take(), Contains("VWoVSetBinAttribute(1, null)"));
     EXPECT_THAT(events, Contains("VWoVSetBinAttribute(2, null)"));
@@ -65,7 +65,7 @@ TEST_F(Session, LogLevelReachesTheEngineAsDecimalText)
          {std::pair{0, "0"}, {6, "6"}, {-1, "-1"}, {10, "10"}, {Least, "-2147483648"}, {Most, "2147483647"}})
     {
         SCOPED_TRACE(text);
-        VeloxWovWrapper other(&parameters, detection, &logger, level, "");
+        OpenWovWrapper other(&parameters, detection, &logger, level, "");
         EXPECT_EQ(other.InitializeSession(&session), EngineStatus::Success);
         EXPECT_EQ(engine.Take().at(1), "VWoVSetAttribute(13, \"" + std::string(text) + "\")");
     }
@@ -76,7 +76,7 @@ TEST_F(Session, ConstraintsReachTheEngineUnchanged)
     for (const std::string& constraints : {std::string(), std::string(" a=1;b=\xC3\xA4 "), std::string(70000, 'x')})
     {
         SCOPED_TRACE(constraints.size());
-        VeloxWovWrapper other(&parameters, detection, &logger, 3, constraints);
+        OpenWovWrapper other(&parameters, detection, &logger, 3, constraints);
         EXPECT_EQ(other.InitializeSession(&session), EngineStatus::Success);
         EXPECT_EQ(engine.Take().at(0), "VWoVSetAttribute(19, \"" + constraints + "\")");
     }
@@ -109,8 +109,7 @@ TEST_P(Session, FailureEndsTheSequenceWithTheEnginesStatus)
                                                "VWoVInit(1, 4)"};
     const OpeningFailure& failure = GetParam();
     // None of the statuses that mean something elsewhere means it here.
-    for (const uint32_t status :
-         {7U, EngineStatus::BufferTooSmall, VeloxWovWrapper::UnexpectedBehaviour, EngineStatus::NothingLeft})
+    for (const uint32_t status : {7U, EngineStatus::BufferTooSmall, UnexpectedBehaviour, EngineStatus::NothingLeft})
     {
         SCOPED_TRACE(status);
         Restart();
