@@ -79,7 +79,8 @@ void VeloxWovWrapper::FeedFrames(Feeding* feeding, const uint8_t* samples, uint3
     const int32_t keywordEndHalf = keywordEndBytePos / 2;
     std::vector<int16_t> frame(frameSize);
 
-    for (uint32_t start = 0;;)
+    uint32_t start = 0;
+    for (uint64_t fed = 1;; ++fed)
     {
         const uint32_t filled = std::min(frameSize, totalSamples - start);
         ConvertSamples(samples + std::size_t{start} * sizeof(float), filled, frame.data());
@@ -100,8 +101,8 @@ void VeloxWovWrapper::FeedFrames(Feeding* feeding, const uint8_t* samples, uint3
         // Strictly greater, kept: after an exact multiple of the frame size the engine is fed one more frame, of zeros.
         const uint32_t next = start + frameSize;
         const bool keywordEnded = keywordEndHalf > 0 && 2 * uint64_t{start} >= static_cast<uint64_t>(keywordEndHalf);
-        const bool noProgress = frameSize == 0;
-        if (next > totalSamples || keywordEnded || noProgress)
+        // Frames of one sample need one frame more than there are samples; only frames of none would go on for ever.
+        if (next > totalSamples || keywordEnded || fed > totalSamples)
         {
             break;
         }

@@ -104,8 +104,10 @@ private:
     void FeedFrames()
     {
         const int64_t keywordEnd = script.keywordEndBytePos / 2;
+        int64_t fed = 0;
         for (int64_t start = 0;; start += script.frameSize)
         {
+            ++fed;
             if (const uint32_t status = Call("VWoVFeedAudioFrame", "1, " + std::to_string(script.frameSize)); status != 0)
             {
                 Add(LogWithCode(2, 1, "[FeedRecording] Failed to feed frames.", status));
@@ -126,7 +128,8 @@ private:
             {
                 return;
             }
-            if (start + script.frameSize > script.samples || (keywordEnd > 0 && 2 * start >= keywordEnd) || script.frameSize == 0)
+            const bool oneEmptyFrameTooMany = script.frameSize == 0 && fed > script.samples;
+            if (start + script.frameSize > script.samples || (keywordEnd > 0 && 2 * start >= keywordEnd) || oneEmptyFrameTooMany)
             {
                 return;
             }

@@ -73,7 +73,8 @@ std::vector<Frame> ExpectedFrames(const std::vector<float>& samples, int64_t fra
         frames.push_back(frame);
         const bool recordingEnded = start + frameSize > static_cast<int64_t>(samples.size());
         const bool keywordEnded = keywordEndBytePos >= 2 && 2 * start >= keywordEndBytePos / 2;
-        if (recordingEnded || keywordEnded || frameSize == 0)
+        const bool oneEmptyFrameTooMany = frameSize == 0 && frames.size() > samples.size();
+        if (recordingEnded || keywordEnded || oneEmptyFrameTooMany)
         {
             return frames;
         }
@@ -229,7 +230,7 @@ TEST_F(FeedRecording, BytesOfAnUnfinishedSampleAreLeftOut)
     }
 }
 
-TEST_F(FeedRecording, FrameSizeZeroFeedsExactlyOneEmptyFrame)
+TEST_F(FeedRecording, FrameSizeZeroFeedsOneEmptyFrameMoreThanThereAreSamples)
 {
     UseFrameSize(0);
     for (const std::size_t count : {0U, 1U, 1000U})
@@ -238,9 +239,32 @@ TEST_F(FeedRecording, FrameSizeZeroFeedsExactlyOneEmptyFrame)
         Restart();
         Open();
         EXPECT_EQ(Feed(Ramp(count)), EngineStatus::Success);
-        EXPECT_THAT(FramesFed(), ElementsAre(Frame()));
+        EXPECT_EQ(FramesFed(), std::vector<Frame>(count + 1));
         EXPECT_EQ(events.back(), "[FeedRecording] Exit.");
     }
+}
+
+TEST_F(FeedRecording, FrameSizeZeroIgnoresTheKeywordsEnd)
+{
+    UseFrameSize(0);
+    EXPECT_EQ(Feed(Ramp(20), 2), EngineStatus::Success);
+    EXPECT_THAT(FramesFed(), SizeIs(21));
+}
+
+TEST_F(FeedRecording, FrameSizeZeroEndsAtTheFrameThatIsRefused)
+{
+    UseFrameSize(0);
+    engine.Answer("VWoVFeedAudioFrame", 3, 7);
+    EXPECT_EQ(Feed(Ramp(20)), EngineStatus::Success);
+    EXPECT_THAT(FramesFed(), SizeIs(3));
+}
+
+TEST_F(FeedRecording, FrameSizeZeroEndsAtTheFrameThatIsDetected)
+{
+    UseFrameSize(0);
+    engine.steps = {{}, {}, {.scores = {11}}};
+    EXPECT_EQ(Feed(Ramp(20)), EngineStatus::Success);
+    EXPECT_THAT(FramesFed(), SizeIs(3));
 }
 
 TEST_F(FeedRecording, StopsAfterTheFrameThatBeginsAtTheKeywordsEnd)
