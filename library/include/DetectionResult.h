@@ -18,7 +18,7 @@ struct DetectionResult
     uint8_t NotRead44[4];
     uint16_t KeywordIdFw; ///< the firmware's keyword id; 1 is the supported keyword
     uint8_t NotRead50[2];
-    uint8_t KpdScore[2]; ///< key-phrase score, Q8, big-endian
+    uint8_t KpdScore[2]; ///< key-phrase score in the firmware's own scale, 16 bits, big-endian
     uint8_t NotRead54[6];
 };
 #pragma pack(pop)

@@ -29,8 +29,10 @@ namespace KeywordDetectorAdapterImplementation
 ///   E_POINTER      0x80004003  a required pointer is null
 ///   E_OUTOFMEMORY  0x8007000E  a buffer could not be allocated
 ///   E_INVALIDARG   0x80070057  an input argument is not valid
-/// or, where said, the code of a platform call that failed. Every failure writes a level-1 log line. Exceptions leave only when
-/// memory for a log text runs out, or when the logger itself throws.
+/// or, where said, the code of a platform call that failed. A failure writes a level-1 log line, with two exceptions that the
+/// code alone tells: a key phrase that was not found, and a media type that cannot be made. Exceptions leave when memory for a
+/// text or a buffer runs out, when the logger throws, and when the keyword engine does; only a std::exception while the engine is
+/// being made ready for a request is turned into E_FAIL.
 class IVeloxKeywordDetectorAdapterImpl
 {
 public:
@@ -86,8 +88,11 @@ public:
     /// @param numKeywordSelectors  1
     /// @param patternData          not null; receives the block, whose first 32-bit field is its length in bytes; the caller
     ///     frees it with CoTaskMemFree; written only on success
-    /// @return S_OK; E_POINTER when the stream or the selectors are missing; E_INVALIDARG for more than one selector, another
-    ///     keyword id or a language that is not configured; E_OUTOFMEMORY; E_FAIL; the code of the stream's failing call
+    /// @return S_OK; E_POINTER when the stream, the selectors or `patternData` is null, or the number of selectors 0;
+    /// E_INVALIDARG
+    ///     for more than one selector, another keyword id or a language that is not configured; E_OUTOFMEMORY when the block
+    ///     cannot be allocated, or would be longer than 32 bits can say; E_FAIL; the code of the failing or not plainly
+    ///     successful read of the user model
     virtual HRESULT BuildArmingPatternData(IStream* userModelData, const KeywordSelector* keywordSelectors,
                                            uint32_t numKeywordSelectors, uint8_t** patternData) = 0;
 

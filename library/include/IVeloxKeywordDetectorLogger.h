@@ -7,8 +7,8 @@
 /// library never deletes it and calls it only from the thread that called the library.
 ///
 /// `level` is one of VeloxLogLevel, `source` one of VeloxLogSource. Formatting, filtering by level and where the lines go are
-/// the logger's business. Every line begins with the name of the operation in square brackets, with two exceptions that name
-/// an engine function.
+/// the logger's business. Every line begins with a name in square brackets, as a rule the operation's; only two begin with the
+/// name of an engine function instead.
 ///
 /// The order of the operations is the order of their virtual slots and never changes.
 class IVeloxKeywordDetectorLogger
@@ -41,7 +41,7 @@ namespace VeloxLogLevel
 {
 inline constexpr uint32_t NoLogs = 0;      ///< a threshold only: nothing is shown
 inline constexpr uint32_t Error = 1;       ///< validation failures, failed steps, failed allocations
-inline constexpr uint32_t Failure = 2;     ///< failures inside the configuration and model stream functions
+inline constexpr uint32_t Failure = 2;     ///< failures inside the configuration, model stream and wrapper functions
 inline constexpr uint32_t Warning = 3;     ///< a fallback was taken
 inline constexpr uint32_t Information = 4; ///< entry and exit lines, constructor and destructor, counts
 inline constexpr uint32_t Detail = 5;      ///< parameters, sizes, per-recording lines
@@ -50,6 +50,6 @@ inline constexpr uint32_t Detail = 5;      ///< parameters, sizes, per-recording
 /// Which part of the library wrote a line.
 namespace VeloxLogSource
 {
-inline constexpr uint32_t Adapter = 0;   ///< the adapter's operations
-inline constexpr uint32_t Internals = 1; ///< configuration reader, registry, model stream, engine wrapper
+inline constexpr uint32_t Adapter = 0;   ///< the adapter's operations, and three failures of the engine wrapper
+inline constexpr uint32_t Internals = 1; ///< configuration reader, registry, model stream, engine wrapper, recordings by number
 } // namespace VeloxLogSource

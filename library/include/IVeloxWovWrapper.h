@@ -19,7 +19,11 @@ class EnrollmentParameters;
 namespace KeywordDetectorAdapterImplementation
 {
 
-/// Drives the keyword engine for one request. A wrapper is used by one thread.
+/// Drives the keyword engine for one request. A wrapper is used by one thread. The engine's attributes are those of the process:
+/// two wrappers that are used at once may mix their models.
+///
+/// Exceptions leave every operation when memory for a text or a buffer runs out, and when the logger or the engine throws; the
+/// engine session is destroyed and the recording unlocked then.
 ///
 /// The order of the operations is the order of their virtual slots and never changes.
 class IVeloxWovWrapper
@@ -61,7 +65,7 @@ public:
 /// @param logger               borrowed, must outlive the wrapper
 /// @param sdkLogLevel          log level of the engine, 0 to 6
 /// @param platformConstraints  text for the engine; copied
-/// @throws std::bad_alloc, or what the logger throws
+/// @throws std::bad_alloc, or what the logger or the engine throws
 VELOX_EXPORT std::unique_ptr<IVeloxWovWrapper, AdapterCustomDeleter> CreateWovWrapper(
     EnrollmentParameters* parameters, VELOX_WOV_DETECTION_PARAMETERS detectionParameters, IVeloxKeywordDetectorLogger* logger,
     int sdkLogLevel, std::string& platformConstraints);

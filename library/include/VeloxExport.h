@@ -7,3 +7,6 @@
 #else
 #define VELOX_EXPORT
 #endif
+
+// The records and vtables that cross the boundary, and the registry view, are those of 64-bit Windows.
+static_assert(sizeof(void*) == 8, "VeloxHwKwsImpl.dll is a 64-bit library");
