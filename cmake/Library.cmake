@@ -10,6 +10,12 @@ target_include_directories(VeloxHwKwsImpl INTERFACE
 target_compile_features(VeloxHwKwsImpl INTERFACE cxx_std_20)
 add_library(Velox::HwKwsImpl ALIAS VeloxHwKwsImpl)
 
+if(MSVC)
+    # The engine's DLL lies beside the library, wherever the host's program is: the library's own folder is searched first
+    # (LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR), then the default folders, PATH and the current folder never.
+    target_link_options(VeloxHwKwsImpl PRIVATE /DEPENDENTLOADFLAG:0x1100)
+endif()
+
 # The C++ runtime is shared with the caller, so that an exception may pass to it: its DLLs go beside the library.
 set(VELOX_RUNTIME_DLLS)
 if(MINGW)
@@ -27,7 +33,13 @@ endif()
 include(CMakePackageConfigHelpers)
 install(TARGETS VeloxHwKwsImpl EXPORT VeloxHwKwsImplTargets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(FILES ${VELOX_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR})
+if(MSVC)
+    install(FILES $<TARGET_RUNTIME_DLLS:VeloxHwKwsImpl> DESTINATION ${CMAKE_INSTALL_BINDIR})
+    set(CMAKE_INSTALL_SYSTEM_RUNTIME_DESTINATION ${CMAKE_INSTALL_BINDIR})
+    include(InstallRequiredSystemLibraries)
+else()
+    install(FILES ${VELOX_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/library/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/VeloxHwKwsImpl)
 install(EXPORT VeloxHwKwsImplTargets NAMESPACE Velox:: FILE VeloxHwKwsImplConfig.cmake DESTINATION ${package_dir})
