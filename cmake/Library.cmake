@@ -45,3 +45,13 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/VeloxHwKwsImpl)
 install(EXPORT VeloxHwKwsImplTargets NAMESPACE Velox:: FILE VeloxHwKwsImplConfig.cmake DESTINATION ${package_dir})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/VeloxHwKwsImplConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/VeloxHwKwsImplConfigVersion.cmake DESTINATION ${package_dir})
+
+# The licences of the library, and of what is linked into it or lies beside it (THIRD-PARTY.md), as Debian's packages carry them.
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/THIRD-PARTY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+if(MINGW AND CMAKE_CROSSCOMPILING)
+    set(licences ${CMAKE_INSTALL_DOCDIR}/licences)
+    install(FILES /usr/share/doc/libtinyxml2-dev/copyright DESTINATION ${licences} RENAME tinyxml2.txt)
+    install(FILES /usr/share/doc/gcc-mingw-w64-x86-64-posix-runtime/copyright DESTINATION ${licences} RENAME gcc-runtime.txt)
+    install(FILES /usr/share/doc/mingw-w64-x86-64-dev/copyright DESTINATION ${licences} RENAME mingw-w64.txt)
+    install(FILES /usr/share/common-licenses/GPL-3 DESTINATION ${licences} RENAME GPL-3.txt)
+endif()

@@ -153,11 +153,15 @@ TEST_F(Samples, ArmingHandsOutTheBlockThatTheFirmwareBlocksPageShows)
     EXPECT_THAT(ReadWholeFile(SourceFolder + "/docs/firmware-blocks.md"), HasSubstr("```\n" + HexDump(pattern) + "```"));
 }
 
-TEST_F(Samples, ReadmeShowsTheSamplesAsTheyAre)
+TEST_F(Samples, ConfigurationPageShowsTheConfigurationAsItIs)
 {
-    const std::string readme = ReadWholeFile(SourceFolder + "/README.md");
-    EXPECT_THAT(readme, HasSubstr("```xml\n" + sample + "```"));
-    EXPECT_THAT(readme, HasSubstr("```cpp\n" + ReadWholeFile(SourceFolder + "/docs/samples/Arming.h") + "```"));
+    EXPECT_THAT(ReadWholeFile(SourceFolder + "/docs/configuration.md"), HasSubstr("```xml\n" + sample + "```"));
+}
+
+TEST_F(Samples, ReadmeShowsTheHostAsItIs)
+{
+    EXPECT_THAT(ReadWholeFile(SourceFolder + "/README.md"),
+                HasSubstr("```cpp\n" + ReadWholeFile(SourceFolder + "/docs/samples/Arming.h") + "```"));
 }
 
 } // namespace
