@@ -1,5 +1,6 @@
 #include "engine/listening/PhraseSearch.h"
 
+#include "engine/listening/StreamingNetwork.h"
 #include "engine/sound/FeatureStream.h"
 
 #include <algorithm>
