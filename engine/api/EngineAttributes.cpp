@@ -80,7 +80,8 @@ void EngineAttributes::Log(LogLevel level, const std::string& line) const
 {
     if (static_cast<int>(level) <= logLevel)
     {
-        std::fprintf(stderr, "VeloxWovSDK: %s\n", line.c_str());
+        // There is nowhere to tell of a line that cannot be written.
+        static_cast<void>(std::fprintf(stderr, "VeloxWovSDK: %s\n", line.c_str()));
     }
 }
 

@@ -18,9 +18,9 @@ namespace
 
 using Samples = std::vector<float>;
 
-double Between(double least, double most, RandomStream* random)
+double Draw(const Range& range, RandomStream* random)
 {
-    return least + (most - least) * random->Uniform();
+    return range.least + (range.most - range.least) * random->Uniform();
 }
 
 bool Chance(double probability, RandomStream* random)
@@ -70,14 +70,14 @@ std::vector<BackgroundPiece> DrawBabble(const AugmentationRanges& ranges, std::s
 NoisePlan DrawNoise(const AugmentationRanges& ranges, std::span<const Samples> background, RandomStream* random)
 {
     NoisePlan noise;
-    noise.signalToNoise = Between(ranges.leastSignalToNoise, ranges.mostSignalToNoise, random);
+    noise.signalToNoise = Draw(ranges.signalToNoise, random);
     if (Chance(ranges.babbleChance, random) && !background.empty())
     {
         noise.babble = DrawBabble(ranges, background, random);
     }
     else
     {
-        noise.colour = Between(0.0, ranges.mostColour, random);
+        noise.colour = Draw(ranges.colour, random);
         noise.seed = random->Bits();
     }
     return noise;
@@ -173,34 +173,34 @@ AugmentationPlan DrawPlan(const AugmentationRanges& ranges, std::span<const std:
     AugmentationPlan plan;
     if (Chance(ranges.speedChance, random))
     {
-        plan.speed = Between(ranges.leastSpeed, ranges.mostSpeed, random);
+        plan.speed = Draw(ranges.speed, random);
     }
-    plan.warp = Between(ranges.leastWarp, ranges.mostWarp, random);
+    plan.warp = Draw(ranges.warp, random);
     if (Chance(ranges.tiltChance, random))
     {
-        plan.tilt = Between(-ranges.mostTilt, ranges.mostTilt, random);
+        plan.tilt = Draw(ranges.tilt, random);
     }
     if (Chance(ranges.bandChance, random))
     {
         Band& band = plan.band.emplace();
-        band.high = Between(ranges.leastUpperEdge, ranges.mostUpperEdge, random);
+        band.high = Draw(ranges.upperEdge, random);
         if (Chance(ranges.lowerEdgeChance, random))
         {
-            band.low = Between(ranges.leastLowerEdge, ranges.mostLowerEdge, random);
+            band.low = Draw(ranges.lowerEdge, random);
         }
     }
     if (Chance(ranges.roomChance, random))
     {
         Room& room = plan.room.emplace();
-        room.reverberationTime = Between(ranges.leastReverberationTime, ranges.mostReverberationTime, random);
-        room.directToReverberant = Between(ranges.leastDirectToReverberant, ranges.mostDirectToReverberant, random);
+        room.reverberationTime = Draw(ranges.reverberationTime, random);
+        room.directToReverberant = Draw(ranges.directToReverberant, random);
         room.seed = random->Bits();
     }
     if (Chance(ranges.noiseChance, random))
     {
         plan.noise = DrawNoise(ranges, background, random);
     }
-    plan.level = Between(ranges.leastLevel, ranges.mostLevel, random);
+    plan.level = Draw(ranges.level, random);
     return plan;
 }
 

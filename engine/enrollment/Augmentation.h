@@ -48,47 +48,41 @@ struct AugmentationPlan
     double level = -26.0; ///< root mean square of the copy, dB relative to full scale
 };
 
+struct Range
+{
+    double least;
+    double most;
+};
+
 /// What plans are drawn from. Chances are shares of the copies; the rest is without.
 struct AugmentationRanges
 {
     double speedChance = 0.7;
-    double leastSpeed = 0.82;
-    double mostSpeed = 1.22;
-    double leastWarp = 0.82;
-    double mostWarp = 1.18;
+    Range speed{0.82, 1.22};
+    Range warp{0.82, 1.18};
     double tiltChance = 0.75;
-    double mostTilt = 0.5;
+    Range tilt{-0.5, 0.5};
     double bandChance = 0.12;
     double lowerEdgeChance = 0.6; ///< of the copies with a band
-    double leastLowerEdge = 150.0;
-    double mostLowerEdge = 400.0;
-    double leastUpperEdge = 3300.0;
-    double mostUpperEdge = 3900.0;
+    Range lowerEdge{150.0, 400.0};
+    Range upperEdge{3300.0, 3900.0};
     double roomChance = 0.4;
-    double leastReverberationTime = 0.15;
-    double mostReverberationTime = 0.8;
-    double leastDirectToReverberant = -2.0;
-    double mostDirectToReverberant = 10.0;
+    Range reverberationTime{0.15, 0.8};
+    Range directToReverberant{-2.0, 10.0};
     double noiseChance = 0.9;
-    double leastSignalToNoise = 0.0;
-    double mostSignalToNoise = 35.0;
+    Range signalToNoise{0.0, 35.0};
     double babbleChance = 0.65; ///< of the copies with noise
     int64_t fewestPieces = 4;
     int64_t mostPieces = 9;
-    double mostColour = 0.97;
-    double leastLevel = -38.0;
-    double mostLevel = -16.0;
+    Range colour{0.0, 0.97};
+    Range level{-38.0, -16.0};
 };
 
 /// For the training of a phrase.
 inline constexpr AugmentationRanges TrainingRanges{};
 /// For the takes of one user: the voice stays as it is, but may come through a telephone.
-inline constexpr AugmentationRanges EnrollmentRanges{.speedChance = 0.0,
-                                                     .leastWarp = 1.0,
-                                                     .mostWarp = 1.0,
-                                                     .bandChance = 0.25,
-                                                     .leastSignalToNoise = 5.0,
-                                                     .mostSignalToNoise = 25.0};
+inline constexpr AugmentationRanges EnrollmentRanges{
+    .speedChance = 0.0, .warp = {1.0, 1.0}, .bandChance = 0.25, .signalToNoise = {5.0, 25.0}};
 
 /// @param background  recordings to make babble of; where there are none, noise is coloured noise
 AugmentationPlan DrawPlan(const AugmentationRanges& ranges, std::span<const std::vector<float>> background, RandomStream* random);

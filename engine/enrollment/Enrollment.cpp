@@ -5,6 +5,7 @@
 #include "engine/enrollment/TakeAgreement.h"
 #include "engine/enrollment/TakeReview.h"
 #include "engine/listening/PhraseSearch.h"
+#include "engine/listening/SpeakerRatio.h"
 
 #include <algorithm>
 #include <array>
@@ -40,7 +41,7 @@ float BackgroundThreshold(const SpeakerModel& speaker, const Population& populat
     std::vector<float> sums;
     for (const Population::Peak& peak : population.peaks)
     {
-        sums.push_back(peak.score + SpeakerModel::Weight * speaker.LogRatio(SpeakerFrames(peak.features), peak.counts));
+        sums.push_back(peak.score + SpeakerModel::Weight * SpeakerRatio(speaker, SpeakerFrames(peak.features), peak.counts));
     }
     const std::size_t rank = std::min(TailRank, sums.size() - 1);
     std::nth_element(sums.begin(), sums.begin() + static_cast<std::ptrdiff_t>(rank), sums.end(), std::greater<>());
@@ -132,7 +133,7 @@ Status Enrollment::Finish(PhraseModel* model) const
             const std::vector<float> copy = MakeCopy(plan, take.samples, talkers);
             if (const auto place = FindPhrase(acousticModel.phrase, copy))
             {
-                frames.push_back({SpeakerFrames(place->features), place->path.counts, SpeakerModel::CopyShare});
+                frames.push_back({SpeakerFrames(place->features), place->path.counts, CopyShare});
                 scores.push_back(place->score);
             }
         }
@@ -142,7 +143,7 @@ Status Enrollment::Finish(PhraseModel* model) const
     std::vector<float> sums;
     for (std::size_t i = 0; i < frames.size(); ++i)
     {
-        sums.push_back(scores[i] + SpeakerModel::Weight * speaker.LogRatio(frames[i].frames, frames[i].counts));
+        sums.push_back(scores[i] + SpeakerModel::Weight * SpeakerRatio(speaker, frames[i].frames, frames[i].counts));
     }
     const float background = BackgroundThreshold(speaker, population);
     speaker.threshold = background + ThresholdShare * (Median(sums) - background);

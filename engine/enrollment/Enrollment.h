@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/base/EngineErrors.h"
+#include "engine/enrollment/SpeakerAdaptation.h"
 #include "engine/models/AcousticModel.h"
 
 namespace velox::engine

@@ -11,7 +11,7 @@ bool VoicesAgree(const GenericSpeakers& generic, std::span<const PhraseFrames> t
     {
         std::vector<PhraseFrames> others(takes.begin(), takes.end());
         others.erase(others.begin() + static_cast<std::ptrdiff_t>(i));
-        if (TrainSpeaker(generic, others).LogRatio(takes[i].frames, takes[i].counts) < 0.0F)
+        if (SpeakerRatio(TrainSpeaker(generic, others), takes[i].frames, takes[i].counts) < 0.0F)
         {
             return false;
         }

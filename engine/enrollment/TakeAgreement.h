@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/models/SpeakerModel.h"
+#include "engine/enrollment/SpeakerAdaptation.h"
 
 namespace velox::engine
 {

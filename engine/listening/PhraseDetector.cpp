@@ -1,5 +1,7 @@
 #include "engine/listening/PhraseDetector.h"
 
+#include "engine/listening/PathDescription.h"
+#include "engine/listening/SpeakerRatio.h"
 #include "engine/sound/Cepstrum.h"
 #include "engine/sound/Endpointing.h"
 
@@ -17,13 +19,6 @@ constexpr float NearPenalty = 8.0F;
 constexpr float MostNearPenalty = 100.0F;
 
 } // namespace
-
-Eigen::MatrixXf SpeakerFrames(std::span<const MelFrame> features)
-{
-    Eigen::MatrixXf frames(CepstralFrameSize, static_cast<Eigen::Index>(features.size()));
-    StretchCepstra(features, frames);
-    return frames;
-}
 
 PhraseDetector::PhraseDetector(const PhraseModel& phrase)
     : model(phrase), stream(phrase.statistics), network(phrase.network), decoder(phrase.states), history(HistoryFrames),
@@ -76,7 +71,7 @@ std::optional<Detection> PhraseDetector::Push(const float* samples)
 }
 
 /// The decoder's frame n is the analysed frame n + look-ahead: the network needs as many before its first output.
-float PhraseDetector::SpeakerRatio(const Peak& found)
+float PhraseDetector::JudgeSpeaker(const Peak& found)
 {
     phraseFeatures.clear();
     for (int64_t n = found.path.startFrame; n <= found.endFrame; ++n)
@@ -85,7 +80,7 @@ float PhraseDetector::SpeakerRatio(const Peak& found)
     }
     const auto count = static_cast<Eigen::Index>(phraseFeatures.size());
     StretchCepstra(phraseFeatures, speakerFrames.leftCols(count));
-    return model.speaker->LogRatio(speakerFrames.leftCols(count), found.path.counts);
+    return SpeakerRatio(*model.speaker, speakerFrames.leftCols(count), found.path.counts);
 }
 
 Detection PhraseDetector::Judge(const Peak& found)
@@ -99,13 +94,13 @@ Detection PhraseDetector::Judge(const Peak& found)
     detection.startSample = FeatureStream::MiddleSample(found.path.startFrame + lookAhead) - halfFrame + Padding;
     detection.endSample = FeatureStream::MiddleSample(found.endFrame + lookAhead) + halfFrame;
     detection.phraseScore = ScoreScale::FromScore(found.score, model.tail);
-    detection.nearMargin = model.nearCheck.Margin(found.path, model.states);
+    detection.nearMargin = NearPhraseMargin(model.nearCheck, found.path, model.states);
 
     float score = detection.phraseScore;
     const bool kept = frames - (found.path.startFrame + lookAhead) <= HistoryFrames;
     if (model.speaker && kept)
     {
-        detection.speakerRatio = SpeakerRatio(found);
+        detection.speakerRatio = JudgeSpeaker(found);
         const float sum = found.score + SpeakerModel::Weight * detection.speakerRatio;
         score =
             ScoreScale::HalfAlarmPerHour + ScoreScale::StepsPerFactorE * (sum - model.speaker->threshold) / BackgroundTail::Slope;

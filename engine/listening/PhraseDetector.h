@@ -1,5 +1,7 @@
 #pragma once
 
+#include "engine/listening/Decoder.h"
+#include "engine/listening/StreamingNetwork.h"
 #include "engine/models/PhraseModel.h"
 #include "engine/sound/FeatureStream.h"
 
@@ -68,7 +70,7 @@ private:
     };
 
     Detection Judge(const Peak& peak);
-    float SpeakerRatio(const Peak& peak);
+    float JudgeSpeaker(const Peak& peak);
 
     const PhraseModel& model;
     FeatureStream stream;
@@ -84,8 +86,5 @@ private:
     bool peakPending = false;
     Peak peak; ///< the last one, pending or judged
 };
-
-/// Cepstra of a stretch of features, for the speaker part.
-Eigen::MatrixXf SpeakerFrames(std::span<const MelFrame> features);
 
 } // namespace velox::engine

@@ -1,5 +1,6 @@
 #include "engine/listening/PhraseSearch.h"
 
+#include "engine/listening/StreamingNetwork.h"
 #include "engine/sound/FeatureStream.h"
 
 #include <algorithm>
@@ -75,8 +76,9 @@ std::vector<MelFrame> AnalyseRecording(const FeatureStatistics& statistics, std:
 
 std::optional<PhrasePlace> FindPhrase(const PhraseModel& model, std::span<const float> recording, double warp)
 {
-    std::vector<float> padded(recording.begin(), recording.end());
-    padded.resize(padded.size() + static_cast<std::size_t>(model.network.LookAhead()) * FrameSize);
+    const std::size_t silence = static_cast<std::size_t>(model.network.LookAhead()) * FrameSize;
+    std::vector<float> padded(recording.size() + silence, 0.0F);
+    std::copy(recording.begin(), recording.end(), padded.begin());
     const std::vector<MelFrame> features = AnalyseRecording(model.statistics, padded, warp);
     Candidate best;
     Decode(model, features, [&](int64_t frame, const PhrasePath& path) { best.Offer(SoftMinimumScore(path), frame, path); });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/listening/Decoder.h"
 #include "engine/models/PhraseModel.h"
 
 #include <optional>

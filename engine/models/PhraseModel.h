@@ -1,11 +1,11 @@
 #pragma once
 
 #include "engine/models/Blob.h"
-#include "engine/models/Decoder.h"
 #include "engine/models/NearPhraseCheck.h"
 #include "engine/models/Network.h"
 #include "engine/models/ScoreScale.h"
 #include "engine/models/SpeakerModel.h"
+#include "engine/models/StateModel.h"
 #include "engine/sound/ChannelNormalizer.h"
 
 #include <optional>

@@ -60,7 +60,7 @@ FeatureStatistics MeasureStatistics(const std::vector<std::vector<float>>& backg
     std::vector<MelFrame> logMel;
     for (const auto& recording : background)
     {
-        const std::vector<MelFrame> frames = LogMelOf(recording);
+        const std::vector<MelFrame> frames = LogMelFrames(recording);
         logMel.insert(logMel.end(), frames.begin(), frames.end());
     }
     FeatureStatistics statistics;

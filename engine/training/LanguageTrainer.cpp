@@ -3,8 +3,10 @@
 #include "engine/training/BackgroundPeaks.h"
 #include "engine/training/FeatureMeasurement.h"
 #include "engine/training/NearCheckTraining.h"
+#include "engine/training/NetworkTrainer.h"
 #include "engine/training/SpeakerTraining.h"
 #include "engine/training/TakeAlignment.h"
+#include "engine/training/TrainingMaterial.h"
 
 #include <cmath>
 #include <set>
@@ -59,6 +61,7 @@ std::optional<Network> LearnNetwork(const std::vector<TrainingSequence>& sequenc
     NetworkTrainerOptions training;
     training.states = static_cast<int>(states);
     training.batches = options.batches;
+    training.batchSize = options.batchSize;
     training.seed = options.seed;
     training.threads = options.threads;
     return TrainNetwork(sequences, training,

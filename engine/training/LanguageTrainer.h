@@ -1,41 +1,15 @@
 #pragma once
 
-#include "engine/models/AcousticModel.h"
-#include "engine/training/NetworkTrainer.h"
+#include "engine/training/LanguageMaterial.h"
+#include "engine/training/LanguageOptions.h"
 
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace velox::engine
 {
-
-/// One recording of the phrase.
-struct PhraseTake
-{
-    std::vector<float> samples; ///< 16 kHz, in [-1, 1]
-    std::string name;           ///< for the report, for example the file's
-    std::string voice;          ///< who says it; takes of one voice share it
-    float weight = 1.0F;        ///< how often it is drawn in training, for rare kinds of voice
-};
-
-/// Recordings that a language is learned from.
-struct LanguageMaterial
-{
-    std::vector<PhraseTake> takes;
-    std::vector<std::vector<float>> background; ///< other speech and sounds, no phrase
-};
-
-struct LanguageOptions
-{
-    double falseAlarmsPerHour = 0.5;
-    int copies = 10;          ///< noisy copies of each take
-    int backgroundCopies = 2; ///< noisy copies of the background
-    int batches = 4000;
-    uint64_t seed = 1;
-    int threads = 1; ///< the result does not depend on it
-    TrainingProgress progress = [](double) {
-        return true;
-    };
-};
 
 /// What a language element of the configuration file names, as bytes and numbers.
 struct LanguageModels

@@ -1,5 +1,8 @@
 #include "engine/training/NearCheckTraining.h"
 
+#include "engine/listening/PathDescription.h"
+#include "engine/training/LogisticFit.h"
+
 #include <algorithm>
 
 namespace velox::engine
@@ -12,7 +15,7 @@ namespace
 /// at an equal rate of false alarms than the takes of unheard voices that this one refuses.
 constexpr double NearCheckLoss = 0.003;
 
-using Descriptions = std::vector<NearPhraseCheck::Description>;
+using Descriptions = std::vector<PathDescription>;
 
 void Describe(const PhraseModel& model, const std::vector<PhrasePlace>& places, Descriptions* descriptions)
 {
@@ -20,7 +23,7 @@ void Describe(const PhraseModel& model, const std::vector<PhrasePlace>& places, 
     {
         if (!place.features.empty() && place.score > model.tail.start)
         {
-            descriptions->push_back(NearPhraseCheck::Describe(place.path, model.states));
+            descriptions->push_back(DescribePath(place.path, model.states));
         }
     }
 }
@@ -40,7 +43,7 @@ Eigen::MatrixXf FeaturesOf(const Descriptions& examples)
 float CutOf(const LogisticRegression& classifier, const Descriptions& good)
 {
     std::vector<float> odds;
-    for (const NearPhraseCheck::Description& description : good)
+    for (const PathDescription& description : good)
     {
         odds.push_back(classifier.LogOdds(description));
     }

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "engine/models/Network.h"
+#include "engine/training/TrainingProgress.h"
 #include "engine/training/TrainingSequence.h"
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <vector>
 
@@ -25,9 +25,6 @@ struct NetworkTrainerOptions
     uint64_t seed = 1;
     int threads = 1; ///< the result does not depend on it
 };
-
-/// Told after each step how much of the training is done, 0 to 1; false cancels it.
-using TrainingProgress = std::function<bool(double share)>;
 
 /// Trains a time-delay network to tell the phrase's states and the background apart (hybrid of neural network and hidden Markov
 /// model: Bourlard and Morgan, "Connectionist speech recognition: a hybrid approach", 1994). Half of the crops come from takes.

@@ -29,8 +29,8 @@ std::vector<PhrasePlace> FindInDamaged(const PhraseModel& model, const PreparedT
 } // namespace
 
 PhrasePlaces FindPhrasePlaces(const PhraseModel& model, const std::vector<PreparedTake>& takes, const PhraseAlignment& alignment,
-                              const std::vector<Copy>& copies, const std::vector<std::vector<float>>& background, uint64_t seed,
-                              WorkerPool* pool)
+                              const std::vector<NoisyCopy>& copies, const std::vector<std::vector<float>>& background,
+                              uint64_t seed, WorkerPool* pool)
 {
     PhrasePlaces places;
     places.takes.resize(takes.size());

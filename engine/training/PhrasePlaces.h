@@ -1,7 +1,10 @@
 #pragma once
 
+#include "engine/base/WorkerPool.h"
+#include "engine/enrollment/Alignment.h"
 #include "engine/listening/PhraseSearch.h"
-#include "engine/training/TrainingMaterial.h"
+#include "engine/training/NoisyCopy.h"
+#include "engine/training/TakePreparation.h"
 
 namespace velox::engine
 {
@@ -16,7 +19,7 @@ struct PhrasePlaces
 
 /// @param background  what parts of takes are replaced by
 PhrasePlaces FindPhrasePlaces(const PhraseModel& model, const std::vector<PreparedTake>& takes, const PhraseAlignment& alignment,
-                              const std::vector<Copy>& copies, const std::vector<std::vector<float>>& background, uint64_t seed,
-                              WorkerPool* pool);
+                              const std::vector<NoisyCopy>& copies, const std::vector<std::vector<float>>& background,
+                              uint64_t seed, WorkerPool* pool);
 
 } // namespace velox::engine

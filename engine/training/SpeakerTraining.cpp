@@ -1,6 +1,7 @@
 #include "engine/training/SpeakerTraining.h"
 
-#include "engine/listening/PhraseDetector.h"
+#include "engine/enrollment/SpeakerAdaptation.h"
+#include "engine/listening/SpeakerRatio.h"
 #include "engine/sound/Cepstrum.h"
 
 namespace velox::engine
@@ -28,7 +29,7 @@ GenericSpeakers TrainGenericPart(const PhrasePlaces& places, std::size_t states,
 {
     std::vector<PhraseFrames> frames;
     AddFrames(places.takes, 1.0F, &frames);
-    AddFrames(places.copies, SpeakerModel::CopyShare, &frames);
+    AddFrames(places.copies, CopyShare, &frames);
     std::vector<Eigen::MatrixXf> parts;
     parts.reserve(frames.size());
     for (const PhraseFrames& one : frames)

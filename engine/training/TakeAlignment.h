@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/enrollment/Alignment.h"
-#include "engine/models/Decoder.h"
+#include "engine/models/StateModel.h"
 #include "engine/training/TakePreparation.h"
 
 namespace velox::engine

@@ -45,7 +45,7 @@ bool IsTight(TakeFault fault)
 Endpoints FindPaddedEndpoints(std::span<const float> samples, std::span<const MelFrame> paddedLogMel,
                               std::span<const float> padded)
 {
-    Endpoints endpoints = FindEndpoints(LogMelOf(samples), samples);
+    Endpoints endpoints = FindEndpoints(LogMelFrames(samples), samples);
     if (IsTight(endpoints.fault) || endpoints.fault == TakeFault::NoSpeech)
     {
         return FindEndpoints(paddedLogMel, padded);
@@ -75,7 +75,7 @@ std::vector<PreparedTake> PrepareTakes(const std::vector<PhraseTake>& takes, std
     {
         PreparedTake one;
         one.samples = Pad(take.samples);
-        one.logMel = LogMelOf(one.samples);
+        one.logMel = LogMelFrames(one.samples);
         one.weight = take.weight;
         const Endpoints endpoints = FindPaddedEndpoints(take.samples, one.logMel, one.samples);
         if (endpoints.fault != TakeFault::None && !IsTight(endpoints.fault))
@@ -97,21 +97,6 @@ std::vector<float> Pad(std::span<const float> samples)
     padded.insert(padded.end(), samples.begin(), samples.end());
     padded.resize(padded.size() + Silence, 0.0F);
     return padded;
-}
-
-std::vector<MelFrame> LogMelOf(std::span<const float> samples)
-{
-    FrontEnd frontEnd;
-    std::vector<MelFrame> frames;
-    MelFrame frame;
-    for (std::size_t start = 0; start + FrameSize <= samples.size(); start += FrameSize)
-    {
-        if (frontEnd.Push(samples.data() + start, &frame))
-        {
-            frames.push_back(frame);
-        }
-    }
-    return frames;
 }
 
 } // namespace velox::engine

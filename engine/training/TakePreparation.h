@@ -2,7 +2,7 @@
 
 #include "engine/base/AudioFormat.h"
 #include "engine/sound/MelFilterbank.h"
-#include "engine/training/LanguageTrainer.h"
+#include "engine/training/LanguageMaterial.h"
 
 #include <span>
 #include <string>
@@ -31,8 +31,5 @@ std::vector<PreparedTake> PrepareTakes(const std::vector<PhraseTake>& takes, std
 
 /// Puts silence around a recording.
 std::vector<float> Pad(std::span<const float> samples);
-
-/// All whole frames of a recording, as FrontEnd gives them.
-std::vector<MelFrame> LogMelOf(std::span<const float> samples);
 
 } // namespace velox::engine

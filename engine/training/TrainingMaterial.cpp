@@ -40,7 +40,7 @@ public:
     /// A sequence of the take itself, then one of each of its copies.
     /// @param copies  receives them
     std::vector<TrainingSequence> FromTake(const PreparedTake& take, const std::vector<int>& phraseLabels, std::size_t number,
-                                           std::span<Copy> copies) const
+                                           std::span<NoisyCopy> copies) const
     {
         const std::vector<int> labels = TakeLabels(take, phraseLabels, backgroundLabel);
         std::vector<TrainingSequence> made;

@@ -2,25 +2,19 @@
 
 #include "engine/base/WorkerPool.h"
 #include "engine/enrollment/Alignment.h"
-#include "engine/enrollment/Augmentation.h"
 #include "engine/sound/FeatureStream.h"
+#include "engine/training/LanguageOptions.h"
+#include "engine/training/NoisyCopy.h"
 #include "engine/training/TakePreparation.h"
 #include "engine/training/TrainingSequence.h"
 
 namespace velox::engine
 {
 
-/// A noisy copy and how it was made.
-struct Copy
-{
-    std::vector<float> samples;
-    AugmentationPlan plan;
-};
-
 /// What the network learns from.
 struct TrainingMaterial
 {
-    std::vector<Copy> copies; ///< of the takes, all of the first, then all of the second, and so on
+    std::vector<NoisyCopy> copies; ///< of the takes, all of the first, then all of the second, and so on
     std::vector<TrainingSequence> sequences;
 };
 

@@ -1,45 +1,17 @@
-// What happens while the simulator listens: nothing may be allocated. The matrix library allocates past the operators new, so the
-// address sanitizer counts; other builds of this program do not have this test's figure.
+// What happens while the simulator listens: nothing may be allocated.
 #include "firmware/DspSimulator.h"
+#include "tests/engine/support/CountedAllocations.h"
 #include "tests/engine/support/TinyLanguage.h"
 #include "tests/firmware/support/HandMadePattern.h"
 
 #include <gmock/gmock.h>
-
-#include <atomic>
-
-extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*onMalloc)(const volatile void*, std::size_t),
-                                                         void (*onFree)(const volatile void*)) __attribute__((weak));
 
 namespace
 {
 
 using namespace velox::firmware;
 
-std::atomic<int> allocations = 0;
-
-void CountAllocation(const volatile void* /*block*/, std::size_t /*size*/)
-{
-    ++allocations;
-}
-
-void IgnoreFree(const volatile void* /*block*/)
-{
-}
-
-class AudioPath : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        if (__sanitizer_install_malloc_and_free_hooks == nullptr)
-        {
-            GTEST_SKIP() << "nobody counts allocations in this build";
-        }
-        static const int installed = __sanitizer_install_malloc_and_free_hooks(CountAllocation, IgnoreFree);
-        ASSERT_NE(installed, 0);
-    }
-};
+using AudioPath = CountedAllocations;
 
 TEST_F(AudioPath, TheCounterCounts)
 {

@@ -420,6 +420,45 @@ TEST_F(VeloxWovSDK, ThreadsUseTheirOwnSessions)
     EXPECT_EQ(first, second);
 }
 
+/// Figures of the native engine. Another compiler's mathematical functions move them by next to nothing, the rounding of a user's
+/// model by a little more.
+TEST_F(VeloxWovSDK, ScoresAreTheSameFromEveryCompiler)
+{
+    constexpr float Tolerance = 0.2F; // of 255
+    constexpr TinyLanguage::Voice User{0.15, 0.4, 3300.0};
+    const uint32_t enrolling = Open();
+    ASSERT_EQ(VWoVStartEnrollment(enrolling), Ok);
+    for (uint32_t take = 0; take < 3; ++take)
+    {
+        ASSERT_EQ(VWoVStartEnrollmentUtterance(enrolling, take), Ok);
+        Feed(enrolling, TinyLanguage::SayPhrase(User, take + 1));
+        ASSERT_EQ(VWoVFinalizeEnrollmentUtterance(enrolling), Ok);
+    }
+    uint8_t* user = nullptr;
+    ASSERT_EQ(VWoVFinalizeEnrollment(enrolling, &user), Ok);
+
+    struct Case
+    {
+        TinyLanguage::Voice voice;
+        float anybodys; ///< score with the phrase's model
+        float users;    ///< score with the user's
+    };
+    for (const Case& one :
+         {Case{User, 143.606F, 206.490F}, Case{{0.008, 0.0, 0.0}, 98.504F, 0.0F}, Case{{0.2, 0.9, 900.0}, 144.101F, 210.593F}})
+    {
+        SCOPED_TRACE(one.voice.amplitude);
+        const std::vector<float> said = TinyLanguage::SayPhrase(one.voice, 9);
+        const uint32_t session = Listening();
+        EXPECT_NEAR(BestScore(session, said), one.anybodys, Tolerance);
+        VWoVDestroySession(session);
+        const uint32_t usersSession = Open();
+        ASSERT_EQ(VWoVSetModel(usersSession, user), Ok);
+        EXPECT_NEAR(BestScore(usersSession, said), one.users, Tolerance);
+        VWoVDestroySession(usersSession);
+    }
+    VWoVDestroySession(enrolling);
+}
+
 TEST_F(VeloxWovSDK, UnknownConstraintsAreAcceptedAndLogged)
 {
     testing::internal::CaptureStderr();

@@ -2,6 +2,7 @@
 
 #include "engine/listening/PhraseDetector.h"
 #include "engine/listening/PhraseSearch.h"
+#include "engine/listening/SpeakerRatio.h"
 #include "tests/engine/support/Signals.h"
 #include "tests/engine/support/TinyLanguage.h"
 

@@ -1,8 +1,7 @@
-// What happens while a session is fed: nothing may be allocated or locked, and no file touched. The matrix library allocates past
-// the operators new, so the address sanitizer counts; other builds of this program do not have this test's figure.
+// What happens while a session is fed: nothing may be allocated or locked, and no file touched.
 #include "engine/api/EngineSession.h"
 #include "library/wovwrapper/VeloxWovSDK.h"
-#include "tests/engine/support/Signals.h"
+#include "tests/engine/support/CountedAllocations.h"
 #include "tests/engine/support/TinyLanguage.h"
 
 #include <gmock/gmock.h>
@@ -15,15 +14,11 @@
 #include <fstream>
 #include <mutex>
 
-extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*onMalloc)(const volatile void*, std::size_t),
-                                                         void (*onFree)(const volatile void*)) __attribute__((weak));
-
 namespace
 {
 
 using namespace velox::engine;
 
-std::atomic<int> allocations = 0;
 std::atomic<int> locks = 0;
 
 /// Read and write calls of the process so far, those of this function included, which are as many each time.
@@ -39,15 +34,6 @@ int64_t FileCalls()
     return calls;
 }
 
-void CountAllocation(const volatile void* /*block*/, std::size_t /*size*/)
-{
-    ++allocations;
-}
-
-void IgnoreFree(const volatile void* /*block*/)
-{
-}
-
 } // namespace
 
 /// Stands in front of the C library's, and counts.
@@ -61,17 +47,12 @@ extern "C" int pthread_mutex_lock(pthread_mutex_t* mutex)
 namespace
 {
 
-class AudioFramePath : public testing::Test
+class AudioFramePath : public CountedAllocations
 {
 protected:
     void SetUp() override
     {
-        if (__sanitizer_install_malloc_and_free_hooks == nullptr)
-        {
-            GTEST_SKIP() << "nobody counts allocations in this build";
-        }
-        static const int installed = __sanitizer_install_malloc_and_free_hooks(CountAllocation, IgnoreFree);
-        ASSERT_NE(installed, 0);
+        CountedAllocations::SetUp();
         FileCalls(); // the first may read more
     }
 

@@ -5,164 +5,149 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <functional>
+#include <ostream>
 
 namespace
 {
 
 using namespace velox::engine;
 
-/// A quiet room, and in it stretches of loud noise for speech.
-class Endpointing : public testing::Test
+constexpr std::size_t Centisecond = 160;
+constexpr double SpeechAmplitude = 0.2;
+
+enum class Sound
 {
-protected:
-    static constexpr double RoomAmplitude = 0.0005;
-    static constexpr double SpeechAmplitude = 0.2;
-    static constexpr std::size_t Centisecond = 160;
+    Nothing, ///< digital silence
+    Room,    ///< a quiet one
+    Speech,  ///< loud noise stands for it
+    Click,
+};
 
-    static void Silence(std::size_t centiseconds)
+struct Part
+{
+    Sound sound;
+    std::size_t centiseconds;
+};
+
+constexpr Part Click{Sound::Click, 0};
+
+constexpr Part Nothing(std::size_t centiseconds)
+{
+    return {Sound::Nothing, centiseconds};
+}
+
+constexpr Part Room(std::size_t centiseconds)
+{
+    return {Sound::Room, centiseconds};
+}
+
+constexpr Part Speech(std::size_t centiseconds)
+{
+    return {Sound::Speech, centiseconds};
+}
+
+std::vector<float> Samples(const Part& part, double speechAmplitude, std::size_t before)
+{
+    constexpr double RoomAmplitude = 0.0005;
+    const std::size_t count = part.centiseconds * Centisecond;
+    switch (part.sound)
     {
-        Append(Signals::Noise(RoomAmplitude, centiseconds * Centisecond, take.size() + 1));
+    case Sound::Room:
+        return Signals::Noise(RoomAmplitude, count, before + 1);
+    case Sound::Speech:
+        return Signals::Noise(speechAmplitude, count, before + 2);
+    case Sound::Click:
+        return std::vector<float>(8, 0.9F);
+    case Sound::Nothing:
+        break;
     }
+    return std::vector<float>(count, 0.0F);
+}
 
-    static void Speech(std::size_t centiseconds, double amplitude = SpeechAmplitude)
+std::vector<float> Take(const std::vector<Part>& parts, double speechAmplitude = SpeechAmplitude)
+{
+    std::vector<float> take;
+    for (const Part& part : parts)
     {
-        Append(Signals::Noise(amplitude, centiseconds * Centisecond, take.size() + 2));
-    }
-
-    static void Append(const std::vector<float>& samples)
-    {
+        const std::vector<float> samples = Samples(part, speechAmplitude, take.size());
         take.insert(take.end(), samples.begin(), samples.end());
     }
+    return take;
+}
 
-    static Endpoints Find()
-    {
-        return FindEndpoints(Signals::LogMel(take), take);
-    }
+Endpoints Find(const std::vector<float>& take)
+{
+    return FindEndpoints(Signals::LogMel(take), take);
+}
 
-    void SetUp() override
-    {
-        take.clear();
-    }
+/// A second of speech with quiet around it.
+const std::vector<Part> Plain{Room(60), Speech(80), Room(50)};
 
-    static inline std::vector<float> take;
+struct Case
+{
+    const char* name;
+    std::vector<Part> parts;
+    TakeFault fault;
+    std::size_t begin = 0; ///< of the speech, in centiseconds
+    std::size_t end = 0;
+};
+
+void PrintTo(const Case& one, std::ostream* stream)
+{
+    *stream << one.name;
+}
+
+class Endpointing : public testing::TestWithParam<Case>
+{
 };
 
 /// Frame t looks at the centiseconds t + 0.5 to t + 3: sound from centisecond a to b is in the frames a - 2 to b - 1. Five frames
 /// of padding stand on either side.
-TEST_F(Endpointing, FindsTheSpeechWithItsPadding)
+TEST_P(Endpointing, FindsTheSpeechWithItsPaddingOrTellsTheFault)
 {
-    Silence(60);
-    Speech(80);
-    Silence(50);
-    const Endpoints found = Find();
-    EXPECT_EQ(found.fault, TakeFault::None);
-    EXPECT_NEAR(static_cast<double>(found.begin), 60 - 2 - 5, 1);
-    EXPECT_NEAR(static_cast<double>(found.end), 140 + 5, 1);
+    const Endpoints found = Find(Take(GetParam().parts));
+    EXPECT_EQ(found.fault, GetParam().fault);
     EXPECT_EQ(found.clippedSamples, 0U);
+    if (GetParam().fault == TakeFault::NoSpeech)
+    {
+        EXPECT_EQ(found.begin, 0U);
+        EXPECT_EQ(found.end, 0U);
+        return;
+    }
+    EXPECT_NEAR(static_cast<double>(found.begin), static_cast<double>(GetParam().begin) - 2 - 5, 1);
+    EXPECT_NEAR(static_cast<double>(found.end), static_cast<double>(GetParam().end) + 5, 1);
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Takes, Endpointing,
+    testing::Values(
+        Case{"SpeechInAQuietRoom", Plain, TakeFault::None, 60, 140},
+        Case{"AClosureWithinAWordAndABurstAtTheEnd",
+             {Room(40), Speech(30), Room(12), Speech(4), Room(40)},
+             TakeFault::None,
+             40,
+             86},
+        Case{"APauseBetweenWords", {Room(40), Speech(40), Room(40), Speech(40), Room(40)}, TakeFault::None, 40, 160},
+        Case{"ClicksAreNotSpeech", {Room(40), Click, Room(60), Speech(70), Room(60), Click, Room(30)}, TakeFault::None, 100, 170},
+        Case{"ATakeThatBeginsWithAClickIsNotCut", {Click, Room(60), Speech(70), Room(60)}, TakeFault::None, 60, 130},
+        Case{"RoomNoiseAlone", {Room(200)}, TakeFault::NoSpeech},
+        Case{"AClickAlone", {Room(100), Click, Room(100)}, TakeFault::NoSpeech},
+        Case{"DigitalSilence", {Nothing(200)}, TakeFault::NoSpeech}, //
+        Case{"Empty", {}, TakeFault::NoSpeech},                      //
+        Case{"Tiny", {Speech(8)}, TakeFault::NoSpeech},
+        Case{"SpeechAfterDigitalSilence", {Nothing(60), Speech(70), Nothing(60)}, TakeFault::None, 60, 130},
+        Case{"TheSamePhraseTwice", {Room(40), Speech(70), Room(70), Speech(60), Room(40)}, TakeFault::TwoPhrases, 40, 110},
+        Case{"AShortSoundFarFromThePhrase", {Room(40), Speech(20), Room(70), Speech(70), Room(40)}, TakeFault::None, 130, 200}),
+    [](const auto& info) { return info.param.name; });
 
 TEST_F(Endpointing, MeasuresTheLevelOfTheSpeechAlone)
 {
-    Silence(60);
-    Speech(80);
-    Silence(50);
-    EXPECT_NEAR(Find().level, Signals::Decibels(SpeechAmplitude / std::sqrt(3.0)), 0.3);
-}
-
-TEST_F(Endpointing, AClosureWithinAWordDoesNotEndTheSpeech)
-{
-    Silence(40);
-    Speech(30);
-    Silence(12);
-    Speech(4); // a burst at the end
-    Silence(40);
-    const Endpoints found = Find();
-    EXPECT_EQ(found.fault, TakeFault::None);
-    EXPECT_NEAR(static_cast<double>(found.begin), 40 - 7, 1);
-    EXPECT_NEAR(static_cast<double>(found.end), 86 + 5, 1);
-}
-
-TEST_F(Endpointing, APauseBetweenWordsDoesNotEndTheSpeech)
-{
-    Silence(40);
-    Speech(40);
-    Silence(40);
-    Speech(40);
-    Silence(40);
-    const Endpoints found = Find();
-    EXPECT_EQ(found.fault, TakeFault::None);
-    EXPECT_NEAR(static_cast<double>(found.end), 160 + 5, 1);
-}
-
-TEST_F(Endpointing, AClickIsNotSpeech)
-{
-    Silence(40);
-    Append(std::vector<float>(8, 0.9F));
-    Silence(60);
-    Speech(70);
-    Silence(60);
-    Append(std::vector<float>(8, 0.9F));
-    Silence(30);
-    const Endpoints found = Find();
-    EXPECT_EQ(found.fault, TakeFault::None);
-    EXPECT_NEAR(static_cast<double>(found.begin), 100 - 7, 1);
-    EXPECT_NEAR(static_cast<double>(found.end), 170 + 5, 1);
-}
-
-TEST_F(Endpointing, ATakeThatBeginsWithAClickIsNotCut)
-{
-    Append(std::vector<float>(8, 0.9F));
-    Silence(60);
-    Speech(70);
-    Silence(60);
-    EXPECT_EQ(Find().fault, TakeFault::None);
-}
-
-TEST_F(Endpointing, RoomNoiseAloneIsNoSpeech)
-{
-    Silence(200);
-    const Endpoints found = Find();
-    EXPECT_EQ(found.fault, TakeFault::NoSpeech);
-    EXPECT_EQ(found.begin, 0U);
-    EXPECT_EQ(found.end, 0U);
-}
-
-TEST_F(Endpointing, AClickAloneIsNoSpeech)
-{
-    Silence(100);
-    Append(std::vector<float>(8, 0.9F));
-    Silence(100);
-    EXPECT_EQ(Find().fault, TakeFault::NoSpeech);
-}
-
-TEST_F(Endpointing, DigitalSilenceIsNoSpeech)
-{
-    take.assign(32000, 0.0F);
-    EXPECT_EQ(Find().fault, TakeFault::NoSpeech);
+    EXPECT_NEAR(Find(Take(Plain)).level, Signals::Decibels(SpeechAmplitude / std::sqrt(3.0)), 0.3);
 }
 
 TEST_F(Endpointing, ASteadyToneIsNoSpeech)
 {
-    take = Signals::Sine(1000.0, 0.3, 32000);
-    EXPECT_EQ(Find().fault, TakeFault::NoSpeech);
-}
-
-TEST_F(Endpointing, AnEmptyOrTinyTakeIsNoSpeech)
-{
-    EXPECT_EQ(Find().fault, TakeFault::NoSpeech);
-    Speech(8);
-    EXPECT_EQ(Find().fault, TakeFault::NoSpeech);
-}
-
-TEST_F(Endpointing, SpeechAfterDigitalSilenceIsFound)
-{
-    take.assign(60 * Centisecond, 0.0F);
-    Speech(70);
-    Append(std::vector<float>(60 * Centisecond, 0.0F));
-    const Endpoints found = Find();
-    EXPECT_EQ(found.fault, TakeFault::None);
-    EXPECT_NEAR(static_cast<double>(found.begin), 60 - 7, 1);
+    EXPECT_EQ(Find(Signals::Sine(1000.0, 0.3, 32000)).fault, TakeFault::NoSpeech);
 }
 
 TEST_F(Endpointing, SpeechBelowTheQuietLevelIsTooQuiet)
@@ -171,75 +156,38 @@ TEST_F(Endpointing, SpeechBelowTheQuietLevelIsTooQuiet)
     for (const double decibels : {-3.0, 3.0})
     {
         SCOPED_TRACE(decibels);
-        take.assign(60 * Centisecond, 0.0F);
-        Speech(70, limit * std::pow(10.0, decibels / 20.0));
-        Append(std::vector<float>(60 * Centisecond, 0.0F));
-        EXPECT_EQ(Find().fault, decibels < 0.0 ? TakeFault::TooQuiet : TakeFault::None);
+        const auto take = Take({Nothing(60), Speech(70), Nothing(60)}, limit * std::pow(10.0, decibels / 20.0));
+        EXPECT_EQ(Find(take).fault, decibels < 0.0 ? TakeFault::TooQuiet : TakeFault::None);
     }
 }
 
 TEST_F(Endpointing, SpeechUnderWayInTheFirstFrameIsCutAtItsStart)
 {
-    Speech(60);
-    Silence(60);
-    EXPECT_EQ(Find().fault, TakeFault::CutAtStart);
-    EXPECT_EQ(Find().begin, 0U);
+    const Endpoints found = Find(Take({Speech(60), Room(60)}));
+    EXPECT_EQ(found.fault, TakeFault::CutAtStart);
+    EXPECT_EQ(found.begin, 0U);
 }
 
 TEST_F(Endpointing, SpeechUnderWayInTheLastFrameIsCutAtItsEnd)
 {
-    Silence(60);
-    Speech(60);
-    const Endpoints found = Find();
+    const std::vector<float> take = Take({Room(60), Speech(60)});
+    const Endpoints found = Find(take);
     EXPECT_EQ(found.fault, TakeFault::CutAtEnd);
     EXPECT_EQ(found.end, Signals::LogMel(take).size());
 }
 
-TEST_F(Endpointing, TheSamePhraseTwiceIsTwoPhrases)
+TEST_F(Endpointing, OnlyManyClippedSamplesSpoilATake)
 {
-    Silence(40);
-    Speech(70);
-    Silence(70);
-    Speech(60);
-    Silence(40);
-    const Endpoints found = Find();
-    EXPECT_EQ(found.fault, TakeFault::TwoPhrases);
-    EXPECT_NEAR(static_cast<double>(found.begin), 40 - 7, 1);
-    EXPECT_NEAR(static_cast<double>(found.end), 110 + 5, 1);
-}
+    constexpr auto Within = static_cast<std::ptrdiff_t>(40 * Centisecond) + 100;
+    std::vector<float> many = Take({Room(40), Speech(70), Room(40)}, 1.0);
+    std::fill_n(many.begin() + Within, 100, 1.0F);
+    EXPECT_EQ(Find(many).fault, TakeFault::Clipped); // 100 of 11200 samples
+    EXPECT_GE(Find(many).clippedSamples, 100U);
 
-TEST_F(Endpointing, AShortSoundFarFromThePhraseIsLeftOut)
-{
-    Silence(40);
-    Speech(20);
-    Silence(70);
-    Speech(70);
-    Silence(40);
-    const Endpoints found = Find();
-    EXPECT_EQ(found.fault, TakeFault::None);
-    EXPECT_NEAR(static_cast<double>(found.begin), 130 - 7, 1);
-}
-
-TEST_F(Endpointing, ClippedSpeechIsRefused)
-{
-    Silence(40);
-    const std::size_t start = take.size();
-    Speech(70, 1.0);
-    Silence(40);
-    std::fill_n(take.begin() + static_cast<std::ptrdiff_t>(start) + 100, 100, 1.0F);
-    EXPECT_EQ(Find().fault, TakeFault::Clipped); // 100 of 11200 samples
-    EXPECT_GE(Find().clippedSamples, 100U);
-}
-
-TEST_F(Endpointing, AFewClippedSamplesDoNotSpoilATake)
-{
-    Silence(40);
-    const std::size_t start = take.size();
-    Speech(70);
-    Silence(40);
-    std::fill_n(take.begin() + static_cast<std::ptrdiff_t>(start) + 100, 10, -1.0F);
-    EXPECT_EQ(Find().fault, TakeFault::None);
-    EXPECT_EQ(Find().clippedSamples, 10U);
+    std::vector<float> few = Take({Room(40), Speech(70), Room(40)});
+    std::fill_n(few.begin() + Within, 10, -1.0F);
+    EXPECT_EQ(Find(few).fault, TakeFault::None);
+    EXPECT_EQ(Find(few).clippedSamples, 10U);
 }
 
 TEST_F(Endpointing, ALonePeakIsNotClipped)

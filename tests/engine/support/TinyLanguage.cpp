@@ -175,9 +175,10 @@ LanguageMaterial Material()
 LanguageOptions QuickTraining()
 {
     LanguageOptions options;
-    options.copies = 2;
-    options.backgroundCopies = 1;
-    options.batches = 250;
+    options.copies = 1;
+    options.backgroundCopies = 0;
+    options.batches = 80;
+    options.batchSize = 8;
     return options;
 }
 

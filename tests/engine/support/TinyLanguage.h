@@ -1,7 +1,9 @@
 #pragma once
 
+#include "engine/models/AcousticModel.h"
 #include "engine/sound/Endpointing.h"
-#include "engine/training/LanguageTrainer.h"
+#include "engine/training/LanguageMaterial.h"
+#include "engine/training/LanguageOptions.h"
 
 #include <cstdint>
 #include <span>
@@ -51,7 +53,7 @@ std::vector<float> Whisper();
 
 /// Material to learn the same phrase from: a few voices say the four tones; the background is of other tones and half of these.
 velox::engine::LanguageMaterial Material();
-/// A training of a few seconds, enough for tones.
+/// A training of a second, enough for tones.
 velox::engine::LanguageOptions QuickTraining();
 
 /// As callers of the engine feed it.

@@ -54,7 +54,7 @@ TEST(FeatureMeasurement, TheRunningMeanStartsAtTheLouderHalf)
     const std::vector<float> loud = Signals::Noise(0.1, SampleRate + 4 * FrameSize, 2);
     recording.insert(recording.end(), loud.begin(), loud.end());
     const FeatureStatistics statistics = MeasureStatistics({recording}, {});
-    const std::vector<MelFrame> frames = LogMelOf(loud);
+    const std::vector<MelFrame> frames = LogMelFrames(loud);
     double mean = 0.0;
     for (const MelFrame& frame : frames)
     {

@@ -16,11 +16,34 @@ using Tones = std::vector<std::size_t>;
 using testing::Contains;
 using testing::HasSubstr;
 
+/// Learned once for all tests, from the material and a take without speech.
 const LanguageModels& Trained()
 {
-    static const std::optional<LanguageModels> models = TrainLanguage(TinyLanguage::Material(), TinyLanguage::QuickTraining());
+    static const std::optional<LanguageModels> models = [] {
+        LanguageMaterial material = TinyLanguage::Material();
+        material.takes.push_back({Signals::Noise(0.001, SampleRate, 3), "silence.wav", "voice 0", 1.0F});
+        return TrainLanguage(material, TinyLanguage::QuickTraining());
+    }();
     return *models;
 }
+
+/// A training that learns next to nothing, but goes through every step.
+struct ShortTraining
+{
+    LanguageMaterial material = TinyLanguage::Material();
+    LanguageOptions options = TinyLanguage::QuickTraining();
+
+    ShortTraining()
+    {
+        material.takes.resize(3);
+        options.batches = 3;
+    }
+
+    std::optional<LanguageModels> Run() const
+    {
+        return TrainLanguage(material, options);
+    }
+};
 
 std::vector<Detection> Hear(const std::vector<uint8_t>& blob, std::span<const float> audio)
 {
@@ -80,14 +103,18 @@ TEST(LanguageTrainer, LittleMaterialIsWarnedOf)
     EXPECT_THAT(Trained().warnings, Contains(HasSubstr("Only 1 minutes")));
 }
 
+TEST(LanguageTrainer, UselessTakesAreLeftOutAndNamed)
+{
+    EXPECT_THAT(Trained().warnings, Contains("silence.wav is left out: it is too quiet."));
+}
+
 TEST(LanguageTrainer, TheResultDoesNotDependOnTheThreads)
 {
-    LanguageOptions options = TinyLanguage::QuickTraining();
-    options.batches = 4;
-    options.copies = 1;
-    const auto one = TrainLanguage(TinyLanguage::Material(), options);
-    options.threads = 3;
-    const auto three = TrainLanguage(TinyLanguage::Material(), options);
+    ShortTraining training;
+    training.options.backgroundCopies = 1;
+    const auto one = training.Run();
+    training.options.threads = 3;
+    const auto three = training.Run();
     ASSERT_TRUE(one && three);
     EXPECT_EQ(one->acousticModel, three->acousticModel);
     EXPECT_EQ(one->znormPopulation, three->znormPopulation);
@@ -97,46 +124,32 @@ TEST(LanguageTrainer, TheResultDoesNotDependOnTheThreads)
 
 TEST(LanguageTrainer, CanBeCancelledAtAnyStep)
 {
-    LanguageOptions options = TinyLanguage::QuickTraining();
-    options.batches = 3;
-    options.copies = 1;
+    ShortTraining training;
     int steps = 0;
-    options.progress = [&](double) {
+    training.options.progress = [&](double) {
         ++steps;
         return true;
     };
-    ASSERT_TRUE(TrainLanguage(TinyLanguage::Material(), options));
+    ASSERT_TRUE(training.Run());
     ASSERT_GT(steps, 3);
     for (const int last : {1, 3, steps})
     {
         int left = last;
-        options.progress = [&](double) {
+        training.options.progress = [&](double) {
             return --left > 0;
         };
-        EXPECT_FALSE(TrainLanguage(TinyLanguage::Material(), options)) << last;
+        EXPECT_FALSE(training.Run()) << last;
     }
-}
-
-TEST(LanguageTrainer, UselessTakesAreLeftOutAndNamed)
-{
-    LanguageMaterial material = TinyLanguage::Material();
-    material.takes.push_back({Signals::Noise(0.001, 16000, 3), "silence.wav", "nobody", 1.0F});
-    LanguageOptions options = TinyLanguage::QuickTraining();
-    options.batches = 2;
-    options.copies = 1;
-    const auto models = TrainLanguage(material, options);
-    ASSERT_TRUE(models);
-    EXPECT_THAT(models->warnings, Contains("silence.wav is left out: it is too quiet."));
 }
 
 TEST(LanguageTrainer, TooLittleMaterialIsRefused)
 {
-    LanguageMaterial oneTake = TinyLanguage::Material();
-    oneTake.takes.resize(1);
-    EXPECT_THROW(TrainLanguage(oneTake, TinyLanguage::QuickTraining()), std::invalid_argument);
-    LanguageMaterial noBackground = TinyLanguage::Material();
-    noBackground.background.resize(5);
-    EXPECT_THROW(TrainLanguage(noBackground, TinyLanguage::QuickTraining()), std::invalid_argument);
+    ShortTraining oneTake;
+    oneTake.material.takes.resize(1);
+    EXPECT_THROW(oneTake.Run(), std::invalid_argument);
+    ShortTraining littleBackground;
+    littleBackground.material.background.resize(5);
+    EXPECT_THROW(littleBackground.Run(), std::invalid_argument);
 }
 
 } // namespace

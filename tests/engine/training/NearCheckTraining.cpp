@@ -1,5 +1,6 @@
 #include "engine/training/NearCheckTraining.h"
 
+#include "engine/listening/PathDescription.h"
 #include "tests/engine/support/TinyLanguage.h"
 
 #include <gmock/gmock.h>
@@ -36,10 +37,10 @@ TEST(NearCheckTraining, PhrasesPassAndDamagedOnesDoNot)
     }
     const PhraseModel model = TinyLanguage::Phrase();
     const NearPhraseCheck check = TrainNearCheck(model, places);
-    EXPECT_GE(check.Margin(Place(2.0F).path, model.states), 0.0F);
-    EXPECT_LT(check.Margin(Place(-1.5F).path, model.states), 0.0F);
+    EXPECT_GE(NearPhraseMargin(check, Place(2.0F).path, model.states), 0.0F);
+    EXPECT_LT(NearPhraseMargin(check, Place(-1.5F).path, model.states), 0.0F);
     // The cut lies on the lowest of the examples, of which less than one in three hundred is refused.
-    EXPECT_NEAR(check.Margin(Place(1.8F).path, model.states), 0.0F, 1e-3F);
+    EXPECT_NEAR(NearPhraseMargin(check, Place(1.8F).path, model.states), 0.0F, 1e-3F);
 }
 
 TEST(NearCheckTraining, OnlyWhatTheFirstStageLetsThroughIsLearnedFrom)
@@ -57,7 +58,7 @@ TEST(NearCheckTraining, WithoutExamplesEverythingPasses)
 {
     const PhraseModel model = TinyLanguage::Phrase();
     const NearPhraseCheck check = TrainNearCheck(model, {});
-    EXPECT_GE(check.Margin(Place(-4.0F).path, model.states), 0.0F);
+    EXPECT_GE(NearPhraseMargin(check, Place(-4.0F).path, model.states), 0.0F);
 }
 
 } // namespace

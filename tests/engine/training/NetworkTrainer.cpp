@@ -1,5 +1,6 @@
 #include "engine/training/NetworkTrainer.h"
 
+#include "engine/listening/StreamingNetwork.h"
 #include "tests/engine/support/GradientCheck.h"
 
 #include <gmock/gmock.h>

@@ -16,7 +16,7 @@ struct Heard
 {
     std::vector<PreparedTake> takes;
     PhraseAlignment alignment;
-    std::vector<Copy> copies;
+    std::vector<NoisyCopy> copies;
 
     Heard()
     {

@@ -1,7 +1,7 @@
 #include "engine/training/SpeakerTraining.h"
 
 #include "engine/base/RandomStream.h"
-#include "engine/listening/PhraseDetector.h"
+#include "engine/listening/SpeakerRatio.h"
 #include "engine/sound/Cepstrum.h"
 
 #include <gmock/gmock.h>

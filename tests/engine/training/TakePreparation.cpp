@@ -82,10 +82,4 @@ TEST(TakePreparation, PaddingIsSilenceOnBothSides)
     EXPECT_THAT(std::accumulate(padded.begin(), padded.end(), 0.0F), Eq(0.0F));
 }
 
-TEST(TakePreparation, WholeFramesAreAnalysed)
-{
-    EXPECT_THAT(LogMelOf(std::vector<float>(10 * FrameSize + 1, 0.1F)), SizeIs(10 - FrontEnd::FirstFrame + 1));
-    EXPECT_THAT(LogMelOf({}), IsEmpty());
-}
-
 } // namespace

@@ -27,6 +27,8 @@ struct Language
 
     Language()
     {
+        options.copies = 2;
+        options.backgroundCopies = 1;
         std::vector<std::string> warnings;
         takes = PrepareTakes(material.takes, &warnings);
         statistics = MeasureStatistics(material.background, takes);

@@ -1,5 +1,6 @@
 #include "engine/training/TrainingNetwork.h"
 
+#include "engine/listening/StreamingNetwork.h"
 #include "engine/training/TrainingPass.h"
 #include "tests/engine/support/GradientCheck.h"
 

@@ -1,4 +1,4 @@
-#include "engine/models/NearPhraseCheck.h"
+#include "engine/listening/PathDescription.h"
 
 #include <algorithm>
 #include <array>
@@ -18,7 +18,7 @@ float Mean(const float* values, std::size_t count)
 
 } // namespace
 
-NearPhraseCheck::Description NearPhraseCheck::Describe(const PhrasePath& path, const StateModel& states)
+PathDescription DescribePath(const PhrasePath& path, const StateModel& states)
 {
     const std::size_t count = states.States();
     std::array<float, StateModel::MostStates> means{};
@@ -42,12 +42,17 @@ NearPhraseCheck::Description NearPhraseCheck::Describe(const PhrasePath& path, c
         lowestThree = std::min(lowestThree, Mean(means.data() + s, three));
     }
 
-    Description features;
+    PathDescription features;
     features << sorted[0], Mean(sorted.data(), std::min<std::size_t>(2, count)),
         Mean(sorted.data(), std::min<std::size_t>(4, count)), median, lowestThree, lowestThree - median,
         (path.lowest[0] + path.lowest[1]) / 2.0F, largestError, errorSum / static_cast<float>(count), Mean(means.data(), three),
         Mean(means.data() + (count - three), three), SoftMinimumScore(path);
     return features;
+}
+
+float NearPhraseMargin(const NearPhraseCheck& check, const PhrasePath& path, const StateModel& states)
+{
+    return check.classifier.LogOdds(DescribePath(path, states)) - check.cut;
 }
 
 } // namespace velox::engine

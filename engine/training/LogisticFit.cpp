@@ -1,4 +1,4 @@
-#include "engine/models/LogisticRegression.h"
+#include "engine/training/LogisticFit.h"
 
 #include <Eigen/Cholesky>
 

@@ -1,4 +1,4 @@
-#include "engine/models/Decoder.h"
+#include "engine/listening/Decoder.h"
 
 #include <gmock/gmock.h>
 

@@ -1,12 +1,15 @@
-#include "engine/models/SpeakerModel.h"
-
-#include <algorithm>
+#include "engine/enrollment/SpeakerAdaptation.h"
 
 namespace velox::engine
 {
 
 namespace
 {
+
+/// Frames that a prior component counts as when a state's generic mixture is adapted.
+constexpr float GenericRelevance = 16.0F;
+/// Frames that a generic component counts as when the user's mixtures are adapted.
+constexpr float UserRelevance = 4.0F;
 
 /// Adapts each prior to the frames that the takes have in its state.
 template <typename PriorOf>
@@ -43,29 +46,12 @@ std::vector<GaussianMixture> AdaptStates(std::size_t states, PriorOf priorOf, st
 
 } // namespace
 
-float SpeakerModel::LogRatio(const Eigen::Ref<const Eigen::MatrixXf>& frames, std::span<const int32_t> counts) const
-{
-    float sum = 0.0F;
-    Eigen::Index frame = 0;
-    for (std::size_t s = 0; s < user.size(); ++s)
-    {
-        float stateSum = 0.0F;
-        for (const Eigen::Index end = frame + counts[s]; frame < end; ++frame)
-        {
-            const float ratio = user[s].LogLikelihood(frames.col(frame)) - generic[s].LogLikelihood(frames.col(frame));
-            stateSum += std::clamp(ratio, -MostRatio, MostRatio);
-        }
-        sum += stateSum / static_cast<float>(counts[s]);
-    }
-    return sum / static_cast<float>(user.size());
-}
-
 GenericSpeakers TrainGenericSpeakers(const GaussianMixture& background, std::span<const PhraseFrames> takes, std::size_t states)
 {
     const auto prior = [&](std::size_t) -> const GaussianMixture& {
         return background;
     };
-    return {AdaptStates(states, prior, takes, GenericSpeakers::Relevance)};
+    return {AdaptStates(states, prior, takes, GenericRelevance)};
 }
 
 SpeakerModel TrainSpeaker(const GenericSpeakers& generic, std::span<const PhraseFrames> takes)
@@ -73,7 +59,7 @@ SpeakerModel TrainSpeaker(const GenericSpeakers& generic, std::span<const Phrase
     const auto prior = [&](std::size_t state) -> const GaussianMixture& {
         return generic.states[state];
     };
-    return {generic.states, AdaptStates(generic.states.size(), prior, takes, SpeakerModel::Relevance), 0.0F};
+    return {generic.states, AdaptStates(generic.states.size(), prior, takes, UserRelevance), 0.0F};
 }
 
 } // namespace velox::engine

@@ -1,4 +1,4 @@
-#include "engine/models/LogisticRegression.h"
+#include "engine/training/LogisticFit.h"
 
 #include "engine/base/RandomStream.h"
 
@@ -24,7 +24,7 @@ Eigen::MatrixXf Cloud(const Eigen::Vector2f& mean, Eigen::Index count, uint64_t 
 }
 
 /// For two normal classes of variance 1 the log odds are (m1 - m0) x - (m1^2 - m0^2) / 2.
-TEST(LogisticRegression, FindsTheLogOddsOfTwoNormalClasses)
+TEST(LogisticFit, FindsTheLogOddsOfTwoNormalClasses)
 {
     const LogisticRegression fit = FitLogisticRegression(Cloud({2.0F, 1.0F}, 20000, 1), Cloud({0.0F, 1.0F}, 20000, 2), 1e-6F);
     EXPECT_NEAR(fit.weights[0], 2.0F, 0.1F);
@@ -32,13 +32,13 @@ TEST(LogisticRegression, FindsTheLogOddsOfTwoNormalClasses)
     EXPECT_NEAR(fit.bias, -2.0F, 0.2F);
 }
 
-TEST(LogisticRegression, BothClassesCountTheSameHoweverManyTheyAre)
+TEST(LogisticFit, BothClassesCountTheSameHoweverManyTheyAre)
 {
     const LogisticRegression fit = FitLogisticRegression(Cloud({2.0F, 1.0F}, 1000, 1), Cloud({0.0F, 1.0F}, 30000, 2), 1e-6F);
     EXPECT_NEAR(fit.LogOdds(Eigen::Vector2f(1.0F, 1.0F)), 0.0F, 0.2F) << "the point halfway between";
 }
 
-TEST(LogisticRegression, APenaltyKeepsSeparableClassesFinite)
+TEST(LogisticFit, APenaltyKeepsSeparableClassesFinite)
 {
     const Eigen::MatrixXf positive = Eigen::MatrixXf::Constant(1, 3, 1.0F);
     const Eigen::MatrixXf negative = Eigen::MatrixXf::Constant(1, 3, -1.0F);
@@ -48,7 +48,7 @@ TEST(LogisticRegression, APenaltyKeepsSeparableClassesFinite)
     EXPECT_NEAR(fit.bias, 0.0F, 1e-5F);
 }
 
-TEST(LogisticRegression, AFeatureThatNeverChangesIsNoTrouble)
+TEST(LogisticFit, AFeatureThatNeverChangesIsNoTrouble)
 {
     Eigen::MatrixXf positive = Cloud({2.0F, 0.0F}, 100, 1);
     Eigen::MatrixXf negative = Cloud({0.0F, 0.0F}, 100, 2);
@@ -59,7 +59,7 @@ TEST(LogisticRegression, AFeatureThatNeverChangesIsNoTrouble)
     EXPECT_LT(fit.LogOdds(Eigen::Vector2f(-1.0F, 4.0F)), 0.0F);
 }
 
-TEST(LogisticRegression, LogOddsAreLinear)
+TEST(LogisticFit, LogOddsAreLinear)
 {
     const LogisticRegression classifier{Eigen::Vector2f(2.0F, -1.0F), 0.5F};
     EXPECT_FLOAT_EQ(classifier.LogOdds(Eigen::Vector2f(3.0F, 4.0F)), 2.5F);

@@ -1,25 +1,13 @@
 #pragma once
 
+#include "engine/models/StateModel.h"
+
 #include <array>
 #include <cstdint>
 #include <vector>
 
 namespace velox::engine
 {
-
-/// What the decoder knows of a phrase besides the network.
-struct StateModel
-{
-    static constexpr std::size_t MostStates = 128;
-
-    std::vector<float> logPrior;     ///< ln of half the share of each state, then ln 0.5 for the background
-    std::vector<float> meanDuration; ///< frames in each state
-
-    std::size_t States() const
-    {
-        return meanDuration.size();
-    }
-};
 
 /// A way through the phrase's states that ends at some frame.
 struct PhrasePath
