@@ -3,6 +3,7 @@
 #include "console/doctor/ModelCheck.h"
 #include "console/doctor/ThresholdCheck.h"
 #include "console/text/NumberText.h"
+#include "console/text/Words.h"
 
 #include <fmt/format.h>
 
@@ -39,12 +40,6 @@ constexpr FileRole Roles[]{
     {"preDefinedKpdSensitivity", "threshold of the predefined model", "", AllButCapabilities, true},
     {"userDefinedKpdSensitivity", "threshold of a user's model", "", AllButCapabilities, true},
 };
-
-bool SameLetters(std::string_view left, std::string_view right)
-{
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
-}
 
 /// Gathers the findings of one language.
 class Checker

@@ -3,6 +3,7 @@
 #include "console/inspect/BlockInspection.h"
 #include "console/inspect/ModelInspection.h"
 #include "console/inspect/ThresholdText.h"
+#include "console/text/Words.h"
 
 #include <fmt/format.h>
 
@@ -36,11 +37,6 @@ constexpr std::array KindNames{
     KindName{FileKind::Threshold, "threshold file"},
 };
 
-std::string_view AsText(std::span<const uint8_t> bytes)
-{
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
 /// Text as an editor writes it: ASCII, or what a byte order mark begins.
 bool IsText(std::string_view text)
 {
@@ -60,15 +56,15 @@ struct OtherFile
     bool text = false;
 };
 
-constexpr std::string_view SoundFile = "It begins as a sound file does: verify, enroll and listen read those.";
-constexpr std::string_view XmlFile = "It begins as an XML file does: doctor checks configuration files.";
+constexpr std::string_view SoundFileHint = "It begins as a sound file does: verify, enroll and listen read those.";
+constexpr std::string_view XmlFileHint = "It begins as an XML file does: doctor checks configuration files.";
 
 constexpr std::array OtherFiles{
-    OtherFile{"RIFF", SoundFile},
-    OtherFile{"fLaC", SoundFile},
-    OtherFile{"OggS", SoundFile},
-    OtherFile{"<", XmlFile, true}, // a detection result begins with this byte, too
-    OtherFile{"\xEF\xBB\xBF<", XmlFile, true},
+    OtherFile{"RIFF", SoundFileHint},
+    OtherFile{"fLaC", SoundFileHint},
+    OtherFile{"OggS", SoundFileHint},
+    OtherFile{"<", XmlFileHint, true}, // a detection result begins with this byte, too
+    OtherFile{"\xEF\xBB\xBF<", XmlFileHint, true},
     OtherFile{"MZ", "It is a program or DLL: doctor looks at the engine's."},
 };
 

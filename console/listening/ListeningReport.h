@@ -44,6 +44,9 @@ std::string NearMissReason(const firmware::Peak& miss, uint32_t threshold);
 /// All files together, in two sentences.
 std::string ListeningStatistics(const std::vector<HeardFile>& files);
 
+/// A Q8 score in the unit of the threshold files.
+double ScoreOf(uint32_t q8);
+
 /// Place in a recording: "0:07.25", "1:02:03.40".
 std::string ClockText(double seconds);
 

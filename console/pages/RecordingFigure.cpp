@@ -82,8 +82,8 @@ std::vector<SampleRange> RangesOf(std::span<const float> values)
 double TimeStep(double seconds)
 {
     constexpr double MostSteps = 6.0;
-    constexpr std::array Steps{0.1, 0.2, 0.5, 1.0, 2.0, 5.0, 10.0, 20.0, 60.0, 120.0, 300.0, 600.0, 1200.0, 3600.0};
-    for (const double step : Steps)
+    constexpr std::array RoundSteps{0.1, 0.2, 0.5, 1.0, 2.0, 5.0, 10.0, 20.0, 60.0, 120.0, 300.0, 600.0, 1200.0, 3600.0};
+    for (const double step : RoundSteps)
     {
         if (seconds / step <= MostSteps)
         {
