@@ -1,7 +1,7 @@
 #include "console/audio/AudioFile.h"
 
 #include "console/audio/SampleTime.h"
-#include "console/text/Outcome.h"
+#include "console/text/CommandFailure.h"
 #include "console/text/Utf8Path.h"
 
 #include <fmt/format.h>

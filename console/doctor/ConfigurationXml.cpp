@@ -1,6 +1,6 @@
 #include "console/doctor/ConfigurationXml.h"
 
-#include "console/text/Outcome.h"
+#include "console/text/CommandFailure.h"
 #include "console/text/Utf8Path.h"
 #include "console/text/Words.h"
 #include "console/text/WriteWhole.h"

@@ -11,6 +11,7 @@
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <memory>
@@ -70,12 +71,12 @@ Outcome Arm(const ArmOptions& options, const Context& context)
                    FieldLine("Threshold", fmt::format("{:g} ({})", ThresholdOf(answer.pattern),
                                                       isUserModel ? "userDefinedKpdSensitivity" : "preDefinedKpdSensitivity")) +
                    FieldLine("Block", fmt::format("{} bytes", answer.pattern.size()));
-    outcome.results.push_back({{"file", options.output},
-                               {"language", language},
-                               {"model", isUserModel ? "user" : "predefined"},
-                               {"modelBytes", modelBytes},
-                               {"threshold", ThresholdOf(answer.pattern)},
-                               {"bytes", answer.pattern.size()}});
+    outcome.results.Add({{"file", options.output},
+                         {"language", language},
+                         {"model", isUserModel ? "user" : "predefined"},
+                         {"modelBytes", modelBytes},
+                         {"threshold", ThresholdOf(answer.pattern)},
+                         {"bytes", answer.pattern.size()}});
     outcome.verdict = "Written: " + options.output + ".";
     return outcome;
 }

@@ -1,7 +1,7 @@
 #include "console/listening/Listening.h"
 
 #include "console/audio/SampleTime.h"
-#include "console/text/Outcome.h"
+#include "console/text/CommandFailure.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,7 @@
 #include "console/listening/ListeningPage.h"
 
 #include "console/audio/SampleTime.h"
+#include "console/listening/ListeningReport.h"
 #include "console/text/LanguageName.h"
 
 #include <fmt/format.h>

@@ -6,6 +6,7 @@
 #include "console/text/StatusText.h"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -225,7 +226,7 @@ Outcome ListeningOutcome(const ListeningSubject& subject, const std::vector<Hear
     for (const HeardFile& file : files)
     {
         outcome.text += FileText(file, style);
-        outcome.results.push_back(FileJson(file));
+        outcome.results.Add(FileJson(file));
     }
     outcome.text += "\n" + ListeningStatistics(files) + "\n";
     outcome.exitCode = CodeOf(all);

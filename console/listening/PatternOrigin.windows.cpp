@@ -1,8 +1,8 @@
 #include "console/listening/PatternOrigin.h"
 
 #include "console/hosting/LogExplanation.h"
+#include "console/text/CommandFailure.h"
 #include "console/text/LanguageName.h"
-#include "console/text/Outcome.h"
 #include "firmware/DspPattern.h"
 #include "firmware/LittleEndian.h"
 

@@ -6,6 +6,7 @@
 #include "engine/base/EngineErrors.h"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cstdlib>

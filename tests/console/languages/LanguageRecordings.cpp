@@ -1,5 +1,6 @@
 #include "console/languages/LanguageRecordings.h"
 
+#include "console/text/CommandFailure.h"
 #include "console/text/Interruption.h"
 #include "console/text/Utf8Path.h"
 #include "tests/console/support/SoundFile.h"

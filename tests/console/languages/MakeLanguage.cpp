@@ -2,12 +2,14 @@
 
 #include "console/hosting/ConfigurationFile.h"
 #include "console/hosting/StandInModels.h"
+#include "console/text/CommandFailure.h"
 #include "console/text/Interruption.h"
 #include "console/text/Utf8Path.h"
 #include "console/text/WriteWhole.h"
 #include "tests/console/support/LanguageMaterialFolder.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <array>
 #include <chrono>
@@ -106,9 +108,9 @@ TEST_F(MakeLanguage, WritesModelsThresholdsAndTheConfigurationAndTheSameAgain)
     EXPECT_THAT(outcome.text, HasSubstr("8 takes of 4 voices, 0.02 h of background"));
     EXPECT_THAT(outcome.text, HasSubstr("Only 4 voices say the phrase"));
     EXPECT_THAT(outcome.text, HasSubstr("between 0.00 and 1"));
-    ASSERT_EQ(outcome.results.size(), 1U);
-    EXPECT_EQ(outcome.results[0]["preDefinedThreshold"], 100.0);
-    EXPECT_EQ(outcome.results[0]["warnings"].size(), 2U);
+    ASSERT_EQ(outcome.results.Count(), 1U);
+    EXPECT_EQ(outcome.results.Array()[0]["preDefinedThreshold"], 100.0);
+    EXPECT_EQ(outcome.results.Array()[0]["warnings"].size(), 2U);
 
     const std::filesystem::path models = PathFromUtf8(folder.Path("models"));
     const ConfigurationFile configuration = ReadConfigurationFile(request.configuration);
@@ -125,7 +127,7 @@ TEST_F(MakeLanguage, WritesModelsThresholdsAndTheConfigurationAndTheSameAgain)
     const auto first = Written();
     ExpectFailure(request, ExitCode::BadConfiguration, "already");
     request.replace = true;
-    EXPECT_EQ(Run(request).results[0]["replaced"], true);
+    EXPECT_EQ(Run(request).results.Array()[0]["replaced"], true);
     EXPECT_EQ(Written(), first);
 }
 
@@ -139,7 +141,7 @@ TEST_F(MakeLanguage, TheTargetSetsTheThresholds)
     const Outcome outcome = Run(request);
     EXPECT_NEAR(*ReadThreshold(request.folder / "kpd_pre_fast.txt"), 76.974, 0.01);
     EXPECT_TRUE(std::filesystem::exists(request.configuration));
-    EXPECT_EQ(outcome.results[0]["leftOut"][0]["code"], "NoSpeech");
+    EXPECT_EQ(outcome.results.Array()[0]["leftOut"][0]["code"], "NoSpeech");
     EXPECT_THAT(outcome.text, HasSubstr("quiet.wav: no speech in 1.00 s"));
 }
 
@@ -183,8 +185,9 @@ TEST_F(MakeLanguage, InterruptedItLeavesNothing)
 {
     LanguageRequest request = Request();
     request.batches = 100'000;
-    std::jthread control([] {
+    std::jthread control([this] {
         std::this_thread::sleep_for(std::chrono::seconds(2));
+        EXPECT_TRUE(folder.HoldsOnlyMaterial());
         RequestInterruption();
     });
     ExpectFailure(request, ExitCode::Interrupted, "");
