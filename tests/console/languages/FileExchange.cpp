@@ -13,12 +13,7 @@
 namespace
 {
 
-using velox::console::CommandFailure;
-using velox::console::ExitCode;
-using velox::console::ForgetInterruption;
-using velox::console::PathFromUtf8;
-using velox::console::RequestInterruption;
-using velox::console::Utf8;
+using namespace velox::console;
 
 std::span<const uint8_t> Bytes(std::string_view text)
 {
@@ -43,8 +38,6 @@ protected:
 
     TemporaryFolder folder;
 };
-
-} // namespace
 
 TEST_F(FileExchange, FilesStandThereOnceTheyAreKept)
 {
@@ -140,3 +133,5 @@ TEST_F(FileExchange, WhatAKilledRunLeftIsClearedAway)
     exchange.Keep();
     EXPECT_EQ(Entries(), 0);
 }
+
+} // namespace

@@ -19,22 +19,7 @@ namespace
 {
 
 using testing::HasSubstr;
-using velox::console::CommandFailure;
-using velox::console::ConfigurationFile;
-using velox::console::Context;
-using velox::console::ExitCode;
-using velox::console::ForgetInterruption;
-using velox::console::LanguageRequest;
-using velox::console::LogOptions;
-using velox::console::Outcome;
-using velox::console::PathFromUtf8;
-using velox::console::Progress;
-using velox::console::ReadConfigurationFile;
-using velox::console::ReadThreshold;
-using velox::console::ReadWhole;
-using velox::console::ReadWholePhraseModel;
-using velox::console::RequestInterruption;
-using velox::console::Style;
+using namespace velox::console;
 
 constexpr std::array Files{"kp_1033.bin", "am_1033.bin", "zn_1033.bin", "fw_1033.bin", "kpd_pre_1033.txt", "kpd_user_1033.txt"};
 
@@ -44,20 +29,6 @@ protected:
     void TearDown() override
     {
         ForgetInterruption();
-    }
-
-    /// A training that learns next to nothing, quickly.
-    LanguageRequest Request() const
-    {
-        LanguageRequest request;
-        request.language = 1033;
-        request.takes = PathFromUtf8(folder.Path("takes"));
-        request.background = {PathFromUtf8(folder.Path("other"))};
-        request.folder = PathFromUtf8(folder.Path("models"));
-        request.configuration = PathFromUtf8(folder.Path("config.xml"));
-        request.batches = 2;
-        request.copies = 1;
-        return request;
     }
 
     Outcome Run(const LanguageRequest& request)
@@ -97,11 +68,9 @@ protected:
     LogOptions log;
 };
 
-} // namespace
-
 TEST_F(MakeLanguage, WritesModelsThresholdsAndTheConfigurationAndTheSameAgain)
 {
-    LanguageRequest request = Request();
+    LanguageRequest request = folder.Request();
     const Outcome outcome = Run(request);
     EXPECT_EQ(outcome.exitCode, ExitCode::Success);
     EXPECT_THAT(outcome.verdict, HasSubstr("Language 1033 (en-US) is learned"));
@@ -133,7 +102,7 @@ TEST_F(MakeLanguage, WritesModelsThresholdsAndTheConfigurationAndTheSameAgain)
 
 TEST_F(MakeLanguage, TheTargetSetsTheThresholds)
 {
-    LanguageRequest request = Request();
+    LanguageRequest request = folder.Request();
     request.falseAlarmsPerHour = 5.0;
     request.name = "fast";
     request.configuration = PathFromUtf8(folder.Path("models/config.xml"));
@@ -147,19 +116,19 @@ TEST_F(MakeLanguage, TheTargetSetsTheThresholds)
 
 TEST_F(MakeLanguage, RefusalsAreToldBeforeTheTrainingAndLeaveNothing)
 {
-    LanguageRequest request = Request();
+    LanguageRequest request = folder.Request();
     request.takes = PathFromUtf8(folder.Path("missing"));
     ExpectFailure(request, ExitCode::BadInput, "There is no folder");
 
-    request = Request();
+    request = folder.Request();
     request.takes = PathFromUtf8(folder.Path("takes/voice 0/take 0.wav"));
     ExpectFailure(request, ExitCode::BadInput, "holds 1 recording of the phrase that can be used; at least 2");
 
-    request = Request();
+    request = folder.Request();
     request.background = {PathFromUtf8(folder.Path("other/0.wav"))};
     ExpectFailure(request, ExitCode::BadInput, "s of background; at least 60 s");
 
-    request = Request();
+    request = folder.Request();
     request.folder = PathFromUtf8(folder.Path("other/0.wav"));
     ExpectFailure(request, ExitCode::WriteFailed, "Cannot write");
     EXPECT_TRUE(folder.HoldsOnlyMaterial());
@@ -169,13 +138,13 @@ TEST_F(MakeLanguage, FilesOfNobodyAreNotOverwrittenUnasked)
 {
     std::filesystem::create_directories(PathFromUtf8(folder.Path("models")));
     WriteWholeFile(folder.Path("models/fw_1033.bin"), "mine");
-    ExpectFailure(Request(), ExitCode::WriteFailed, "is there already");
+    ExpectFailure(folder.Request(), ExitCode::WriteFailed, "is there already");
     EXPECT_EQ(ReadWholeFile(folder.Path("models/fw_1033.bin")), "mine");
 }
 
 TEST_F(MakeLanguage, AConfigurationThatCannotBeWrittenTakesTheModelsWithIt)
 {
-    LanguageRequest request = Request();
+    LanguageRequest request = folder.Request();
     request.configuration = PathFromUtf8(folder.Path("models/constraints.txt/config.xml"));
     ExpectFailure(request, ExitCode::WriteFailed, "config.xml");
     EXPECT_TRUE(folder.HoldsOnlyMaterial());
@@ -183,13 +152,15 @@ TEST_F(MakeLanguage, AConfigurationThatCannotBeWrittenTakesTheModelsWithIt)
 
 TEST_F(MakeLanguage, InterruptedItLeavesNothing)
 {
-    LanguageRequest request = Request();
+    LanguageRequest request = folder.Request();
     request.batches = 100'000;
     std::jthread control([this] {
-        std::this_thread::sleep_for(std::chrono::seconds(2));
+        std::this_thread::sleep_for(std::chrono::seconds(1));
         EXPECT_TRUE(folder.HoldsOnlyMaterial());
         RequestInterruption();
     });
     ExpectFailure(request, ExitCode::Interrupted, "");
     EXPECT_TRUE(folder.HoldsOnlyMaterial());
 }
+
+} // namespace

@@ -82,14 +82,7 @@ private:
 TEST(MakeLanguageFaults, KilledBeforeTheConfigurationItLeavesWholeFilesThatNobodyNames)
 {
     const LanguageMaterialFolder folder;
-    LanguageRequest request;
-    request.language = 1033;
-    request.takes = PathFromUtf8(folder.Path("takes"));
-    request.background = {PathFromUtf8(folder.Path("other"))};
-    request.folder = PathFromUtf8(folder.Path("models"));
-    request.configuration = PathFromUtf8(folder.Path("config.xml"));
-    request.batches = 2;
-    request.copies = 1;
+    const LanguageRequest request = folder.Request();
     {
         const HeldUp run(request, folder.Path("config.xml.velox-kws-new"));
         ASSERT_TRUE(run.Writes(request.folder / "constraints.txt"));
