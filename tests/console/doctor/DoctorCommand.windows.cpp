@@ -134,7 +134,7 @@ TEST(DoctorCommand, WhatDoctorSaysOfTheLibraryIsTrue)
         LibraryOn library(project);
         defect.damage(project);
         const Findings findings = project.Check().findings;
-        EXPECT_EQ(library.Can(Operation::Capabilities), Promises(findings, Operation::Capabilities));
+        library.Expect(Promises(findings, Operation::Capabilities), Operation::Capabilities);
         if (defect.name == "NoId" || defect.name == "IdIsNoNumber")
         {
             continue; // 1033 is no language any more
@@ -142,8 +142,7 @@ TEST(DoctorCommand, WhatDoctorSaysOfTheLibraryIsTrue)
         // The parsing is of what was armed before, and comes first.
         for (const Operation operation : {Operation::Parsing, Operation::Verification, Operation::Training, Operation::Arming})
         {
-            SCOPED_TRACE(OperationName(operation));
-            EXPECT_EQ(library.Can(operation), Promises(findings, operation));
+            library.Expect(Promises(findings, operation), operation);
         }
     }
 }
