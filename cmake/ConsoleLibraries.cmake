@@ -1,13 +1,12 @@
-# What the console is built with, both worlds: CLI11, fmt and nlohmann-json are headers alone; libsndfile and libsamplerate read
-# recordings. Gives the target velox_console_libraries.
+# What the console is built with, both worlds: CLI11 and nlohmann-json are headers alone, fmt is compiled here, once; libsndfile and
+# libsamplerate read recordings. Gives the target velox_console_libraries.
 add_library(velox_console_libraries INTERFACE)
-target_compile_definitions(velox_console_libraries INTERFACE FMT_HEADER_ONLY)
 
 if(MSVC)
     find_package(CLI11 CONFIG REQUIRED)
     find_package(fmt CONFIG REQUIRED)
     find_package(nlohmann_json CONFIG REQUIRED)
-    target_link_libraries(velox_console_libraries INTERFACE CLI11::CLI11 fmt::fmt-header-only nlohmann_json::nlohmann_json)
+    target_link_libraries(velox_console_libraries INTERFACE CLI11::CLI11 fmt::fmt nlohmann_json::nlohmann_json)
 else()
     # The cross compiler must not see the machine's own /usr/include: the three folders are linked into one of their own.
     set(console_headers ${PROJECT_BINARY_DIR}/third-party/headers)
@@ -18,6 +17,10 @@ else()
         file(CREATE_LINK ${VELOX_HEADERS_${folder}}/${folder} ${console_headers}/${folder} SYMBOLIC)
     endforeach()
     target_include_directories(velox_console_libraries SYSTEM INTERFACE ${console_headers})
+
+    add_library(velox_fmt STATIC ${PROJECT_SOURCE_DIR}/cmake/fmt.cpp)
+    target_include_directories(velox_fmt SYSTEM PRIVATE ${console_headers})
+    target_link_libraries(velox_console_libraries INTERFACE velox_fmt)
 endif()
 
 if(WIN32)

@@ -14,22 +14,21 @@ struct Floor
     double most;
 };
 
-// About twice what was reached, so that only a regression breaks one. The quick corpus judges on less than an hour of background,
-// in which one alarm is more than one per hour.
+// The worst of seeds 1 to 3 on the split dev, and two cases more, since that is how far seeds differ; one more of the alarms (one
+// in the quick corpus's 0.4 h of background is 2.4 per hour) and of the ten takes of users.
 constexpr Floor Floors[] = {
-    {"a: predefined, false alarms per hour", 6.0},
-    {"a: predefined, missed, clean", 30.0},
-    {"a: predefined, missed, babble 10 dB", 40.0},
-    {"a: predefined, missed, pink 10 dB", 20.0},
-    {"a: predefined, missed, room", 20.0},
-    {"a: predefined, near phrases accepted", 30.0},
+    {"a: predefined, false alarms per hour", 2.5},
+    {"a: predefined, missed, clean", 9.4},
+    {"a: predefined, missed, babble 10 dB", 20.4},
+    {"a: predefined, missed, pink 10 dB", 6.3},
+    {"a: predefined, missed, room", 4.7},
+    {"a: predefined, near phrases accepted", 17.9},
     {"a: user, missed, clean", 10.0},
-    {"a: user, other speakers accepted", 20.0},
-    {"a: user, alarms in all users' background", 2.0},
-    {"a: take with the phrase refused", 20.0},
-    {"a: take without the phrase accepted", 8.0},
-    {"a: place more than 100 ms off", 25.0},
-    {"a: real-time factor", 0.01},
+    {"a: user, other speakers accepted", 1.8},
+    {"a: user, alarms in all users' background", 1.0},
+    {"a: take with the phrase refused", 4.7},
+    {"a: take without the phrase accepted", 2.7},
+    {"a: place more than 100 ms off", 4.8},
 };
 
 } // namespace

@@ -12,8 +12,6 @@ namespace velox::evaluation
 namespace
 {
 
-constexpr std::size_t EnrollmentTakes = 3;
-
 engine::PhraseModel Enroll(const Language& language, const std::vector<Clip>& takes)
 {
     engine::Enrollment enrollment(language.acoustic, language.population);

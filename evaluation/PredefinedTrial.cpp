@@ -10,7 +10,7 @@ namespace velox::evaluation
 namespace
 {
 
-double Goal(const std::string& condition)
+double PredefinedGoal(const std::string& condition)
 {
     static const std::map<std::string, double> goals = {
         {"clean", 3.0}, {"babble 10 dB", 8.0}, {"pink 10 dB", 8.0}, {"room", 8.0}};
@@ -64,7 +64,7 @@ void TryPredefined(const Language& language, const Judged& judged, engine::Worke
         for (const Outcome& outcome : outcomes)
         {
             missed.Add(outcome.best.score < threshold);
-            if (outcome.best.score < threshold && Goal(condition.name) >= 0.0)
+            if (outcome.best.score < threshold && PredefinedGoal(condition.name) >= 0.0)
             {
                 report->Note("missed, " + condition.name + ": " + outcome.clip->entry.path + ", phrase score " +
                              Short(static_cast<double>(outcome.best.phraseScore)) + ", near margin " +
@@ -72,8 +72,8 @@ void TryPredefined(const Language& language, const Judged& judged, engine::Worke
             }
         }
         const std::string name = prefix + ", missed, " + condition.name;
-        report->Add(name, missed, Goal(condition.name));
-        if (Goal(condition.name) >= 0.0)
+        report->Add(name, missed, PredefinedGoal(condition.name));
+        if (PredefinedGoal(condition.name) >= 0.0)
         {
             AddKinds(name, outcomes, threshold, report);
         }

@@ -38,7 +38,10 @@ Language Train(const std::vector<Clip>& takes, const std::vector<Clip>& backgrou
 void TryPredefined(const Language& language, const Judged& judged, engine::WorkerPool* pool, Report* report,
                    std::vector<Curve>* curves);
 
-/// Enrolls voices with three takes each and judges their models.
+/// Takes that a user is enrolled with.
+inline constexpr std::size_t EnrollmentTakes = 3;
+
+/// Enrolls voices with a few takes each and judges their models.
 void TryUsers(const Language& language, const Judged& judged, engine::WorkerPool* pool, Report* report);
 
 /// Single takes against the key-phrase model.
@@ -47,7 +50,7 @@ void TryTakes(const Language& language, const Judged& judged, engine::WorkerPool
 /// Offsets within a frame, reported places, speed.
 void TryStream(const Language& language, const Judged& judged, Report* report);
 
-/// People who said the same words several times: a language is learned from three takes of one of them, who is then enrolled with
+/// People who said the same words several times: a language is learned from a few takes of one of them, who is then enrolled with
 /// them. Every take that is judged is noted.
 /// @param people  takes of the set "people"; a person is a voice
 void TryPeople(const std::vector<Clip>& people, const std::vector<Clip>& trainingBackground, const std::vector<Clip>& background,

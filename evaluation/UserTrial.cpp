@@ -12,7 +12,6 @@ namespace velox::evaluation
 namespace
 {
 
-constexpr std::size_t EnrollmentTakes = 3;
 constexpr std::size_t LeastTakes = 8;
 constexpr std::size_t MostUsers = 4;
 
@@ -35,7 +34,7 @@ std::map<std::string, std::vector<Clip>> Users(const std::vector<Clip>& takes)
     return voices;
 }
 
-double Goal(const std::string& condition)
+double UserGoal(const std::string& condition)
 {
     static const std::map<std::string, double> goals = {
         {"clean", 1.0}, {"babble 10 dB", 3.0}, {"pink 10 dB", 3.0}, {"white 10 dB", 3.0}, {"room", 3.0}};
@@ -157,7 +156,7 @@ void TryUsers(const Language& language, const Judged& judged, engine::WorkerPool
     {
         const bool changed = condition.starts_with("telephone") || condition.starts_with("tempo") ||
                              condition.starts_with("level") || condition.starts_with("after");
-        report->Add(prefix + ", missed, " + condition, missed, changed ? 5.0 : Goal(condition));
+        report->Add(prefix + ", missed, " + condition, missed, changed ? 5.0 : UserGoal(condition));
     }
     report->Add(prefix + ", other speakers accepted", figures.others, 5.0);
     report->Add(prefix + ", near phrases of others accepted", figures.nearOthers, 1.0);

@@ -1,6 +1,7 @@
 #include "console/audio/AudioFile.h"
 
-#include "console/text/Outcome.h"
+#include "console/audio/SampleTime.h"
+#include "console/text/CommandFailure.h"
 #include "console/text/Utf8Path.h"
 
 #include <fmt/format.h>
@@ -22,7 +23,6 @@ namespace velox::console
 namespace
 {
 
-constexpr int SamplesPerSecond = 16000;
 constexpr sf_count_t BlockFrames = 65536;
 
 /// libsndfile opens files by narrow names, which under Windows cannot hold every name: it gets the file through these functions.
@@ -263,7 +263,7 @@ Audio ReadAudio(const std::filesystem::path& file)
     {
         mono = Resample(file, mono, info.samplerate);
     }
-    const double seconds = static_cast<double>(mono.size()) / SamplesPerSecond;
+    const double seconds = Seconds(static_cast<int64_t>(mono.size()));
     return {std::move(mono), Conversion(info), seconds};
 }
 

@@ -1,7 +1,8 @@
 #include "console/doctor/ConfigurationXml.h"
 
-#include "console/text/Outcome.h"
+#include "console/text/CommandFailure.h"
 #include "console/text/Utf8Path.h"
+#include "console/text/Words.h"
 #include "console/text/WriteWhole.h"
 
 #include <fmt/format.h>
@@ -13,9 +14,6 @@ namespace velox::console
 
 namespace
 {
-
-const std::vector<Failure> EveryOperation = FailuresOf(
-    {Operation::Capabilities, Operation::Verification, Operation::Training, Operation::Arming, Operation::Parsing}, {});
 
 /// A parser's error in words, and what to do.
 struct XmlError
@@ -52,7 +50,7 @@ const XmlError& Describe(tinyxml2::XMLError code)
 void AddError(const std::string& file, int line, std::string_view message, std::string_view fix, Findings* findings)
 {
     findings->push_back({Severity::Error, file, line, std::string(message), "Nothing works: every operation fails.",
-                         std::string(fix), EveryOperation});
+                         std::string(fix), EveryOperation()});
 }
 
 bool IsUtf16(std::string_view text)
@@ -81,11 +79,6 @@ std::size_t FindMalformedUtf8(std::string_view text)
         i += length;
     }
     return std::string_view::npos;
-}
-
-int LineAt(std::string_view text, std::size_t position)
-{
-    return 1 + static_cast<int>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(position), '\n'));
 }
 
 /// What the parser lets pass without a word.

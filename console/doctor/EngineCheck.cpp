@@ -13,9 +13,6 @@ namespace
 /// What the library goes on with when the engine does not tell.
 constexpr int32_t DefaultFrameSize = 150;
 
-const std::vector<Failure> EveryOperation = FailuresOf(
-    {Operation::Capabilities, Operation::Verification, Operation::Training, Operation::Arming, Operation::Parsing}, {});
-
 Finding Make(const DllFacts& dll, Severity severity, std::string message, std::string effect = {}, std::string fix = {})
 {
     return {severity, dll.path.empty() ? dll.name : dll.path, 0, std::move(message), std::move(effect), std::move(fix), {}};
@@ -37,7 +34,7 @@ bool CheckDll(const DllFacts& dll, std::string_view what, Findings* findings)
                    fmt::format("Put {} into the folder of the program, or into one that the PATH names.", dll.name))
             : Make(dll, Severity::Error, fmt::format("The {} cannot be loaded: {}", what, dll.loadError),
                    "Without it the library does not load.", "Use the 64-bit file, and put the DLLs that it needs beside it.");
-    finding.failures = EveryOperation;
+    finding.failures = EveryOperation();
     findings->push_back(std::move(finding));
     return false;
 }
@@ -83,7 +80,7 @@ Findings CheckEngine(const EngineFacts& facts)
                                fmt::format("The engine lacks {} of the {} functions: {}.", facts.missingFunctions.size(),
                                            EngineFunctions.size(), fmt::join(facts.missingFunctions, ", ")),
                                "The library does not load with it.", "Use the engine that belongs to this library.");
-        finding.failures = EveryOperation;
+        finding.failures = EveryOperation();
         findings.push_back(std::move(finding));
     }
     else if (engineLoaded)

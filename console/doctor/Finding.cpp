@@ -35,6 +35,12 @@ std::vector<Failure> FailuresOf(std::initializer_list<Operation> operations, std
     return failures;
 }
 
+std::vector<Failure> EveryOperation()
+{
+    return FailuresOf(
+        {Operation::Capabilities, Operation::Verification, Operation::Training, Operation::Arming, Operation::Parsing}, {});
+}
+
 std::string FailureSentence(const std::vector<Failure>& failures)
 {
     std::vector<Operation> operations;

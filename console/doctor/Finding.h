@@ -57,6 +57,9 @@ using Findings = std::vector<Finding>;
 /// Failures of several operations for one language.
 std::vector<Failure> FailuresOf(std::initializer_list<Operation> operations, std::optional<uint16_t> language);
 
+/// Every operation, for every language.
+std::vector<Failure> EveryOperation();
+
 /// "Verification and training fail."
 std::string FailureSentence(const std::vector<Failure>& failures);
 

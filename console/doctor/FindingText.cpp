@@ -113,9 +113,9 @@ std::string FindingsText(const Findings& findings, bool everything, const Style&
     return text;
 }
 
-Json FindingsJson(const Findings& findings)
+Results FindingsJson(const Findings& findings)
 {
-    Json array = Json::array();
+    Results results;
     for (const Finding& finding : findings)
     {
         Json failures = Json::array();
@@ -132,9 +132,9 @@ Json FindingsJson(const Findings& findings)
         json["effect"] = finding.effect;
         json["fix"] = finding.fix;
         json["failures"] = std::move(failures);
-        array.push_back(std::move(json));
+        results.Add(std::move(json));
     }
-    return array;
+    return results;
 }
 
 std::string FindingsVerdict(const Findings& findings, const std::vector<uint16_t>& languages)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "console/doctor/Finding.h"
-#include "console/inspect/Inspection.h"
+#include "console/inspect/InspectionRecord.h"
 
 namespace velox::console
 {

@@ -1,5 +1,7 @@
 #include "console/doctor/NamedFile.h"
 
+#include "console/inspect/Inspection.h"
+
 #include <algorithm>
 #include <cctype>
 #include <filesystem>

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "console/doctor/Finding.h"
-#include "console/inspect/Inspection.h"
+#include "console/inspect/InspectionRecord.h"
 
 #include <cstdint>
 #include <map>

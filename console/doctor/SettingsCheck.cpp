@@ -1,5 +1,7 @@
 #include "console/doctor/SettingsCheck.h"
 
+#include "console/text/Words.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -49,12 +51,6 @@ std::string_view EngineLevelMeaning(int32_t value)
 constexpr Setting Settings[]{{"LoggerLevel", 5, 0, LoggerLevelMeaning},
                              {"LogToFile", -1, 0, LogToFileMeaning},
                              {"SDKLoggerLevel", 6, 3, EngineLevelMeaning}};
-
-bool SameLetters(std::string_view left, std::string_view right)
-{
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
-}
 
 /// The number that the library reads: up to four bytes of any type.
 std::optional<int32_t> NumberOf(const RegistryValue& value)

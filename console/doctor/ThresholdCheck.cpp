@@ -1,6 +1,7 @@
 #include "console/doctor/ThresholdCheck.h"
 
 #include "console/inspect/ThresholdText.h"
+#include "console/text/Words.h"
 
 #include <fmt/format.h>
 
@@ -15,16 +16,11 @@ namespace
 constexpr std::string_view ChooseFix =
     "Write a number between 0 and 255; a higher one gives fewer false triggers and more missed ones.";
 
-int LineAt(std::string_view text, std::size_t position)
-{
-    return 1 + static_cast<int>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(position), '\n'));
-}
-
 } // namespace
 
 void CheckThreshold(const NamedFile& file, std::string_view what, Findings* findings)
 {
-    const std::string_view content(reinterpret_cast<const char*>(file.bytes.data()), file.bytes.size());
+    const std::string_view content = AsText(file.bytes);
     const ThresholdText text = ReadThresholdText(content);
     const auto add = [&](Severity severity, std::size_t position, std::string_view message, std::string_view effect,
                          std::string_view fix) {

@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
+#include <nlohmann/json.hpp>
 
 #include <memory>
 
@@ -60,7 +61,7 @@ Outcome ShowCapabilities(const DetectorOptions& options, const Context& context)
     outcome.text = Describe(answer);
     for (const uint16_t language : answer.languages)
     {
-        outcome.results.push_back(Result(answer, language));
+        outcome.results.Add(Result(answer, language));
     }
     const std::size_t count = answer.languages.size();
     outcome.verdict = fmt::format("The detector serves {} language{}.", count, count == 1 ? "" : "s");

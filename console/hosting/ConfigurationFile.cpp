@@ -1,6 +1,6 @@
 #include "console/hosting/ConfigurationFile.h"
 
-#include "console/text/Outcome.h"
+#include "console/text/CommandFailure.h"
 #include "console/text/Utf8Path.h"
 #include "console/text/WriteWhole.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "console/hosting/LoggedLine.h"
-#include "console/text/Command.h"
+#include "console/text/LogOptions.h"
 
 #include <IVeloxKeywordDetectorLogger.h>
 

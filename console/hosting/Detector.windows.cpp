@@ -2,7 +2,7 @@
 
 #include "console/hosting/LibraryLoading.h"
 #include "console/hosting/RecordingBuffer.h"
-#include "console/text/Outcome.h"
+#include "console/text/CommandFailure.h"
 #include "console/text/Utf8Path.h"
 
 #include <mfapi.h>

@@ -1,6 +1,6 @@
 #include "console/hosting/LibraryLoading.h"
 
-#include "console/text/Outcome.h"
+#include "console/text/CommandFailure.h"
 
 #include <windows.h>
 

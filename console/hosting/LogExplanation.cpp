@@ -31,6 +31,16 @@ struct Explanation
 constexpr ExitCode Configuration = ExitCode::BadConfiguration;
 constexpr ExitCode Library = ExitCode::LibraryFailure;
 
+// What several lines mean, and what to do about them.
+constexpr std::string_view AddTheElement = "Add the element with a file's name.";
+constexpr std::string_view CheckTheModel = "Was the file made for this engine? Check it with velox-kws inspect.";
+constexpr std::string_view PutItThere = "Put it into the folder that \"directory\" of the configuration names.";
+constexpr std::string_view CheckTheEngine = "Is the VeloxWovSDK.dll beside the program the right one?";
+constexpr std::string_view ListLanguages = "velox-kws capabilities lists the languages that are.";
+constexpr std::string_view NotConfigured = "the language is not in the configuration file";
+constexpr std::string_view NoFirmwareForm = "the engine gives no form of the model for the firmware";
+constexpr std::string_view CheckTheConstraints = "Is the model larger than the constraints allow?";
+
 /// In the order in which they are looked for: what names the cause best comes first.
 constexpr std::array Explanations{
     Explanation{"Failed to load configuration file: ", Configuration, "the configuration file cannot be read: {}",
@@ -43,54 +53,43 @@ constexpr std::array Explanations{
     Explanation{"Failed to open platform constraints file", Configuration,
                 "the file that \"constraints\" of the configuration names cannot be opened",
                 "\"constraints\" is a full path; it is not joined to \"directory\"."},
-    Explanation{"Failed to load file: ", Configuration, "the model file {} cannot be opened",
-                "Put it into the folder that \"directory\" of the configuration names."},
+    Explanation{"Failed to load file: ", Configuration, "the model file {} cannot be opened", PutItThere},
     Explanation{"[LoadFile] The file: ", Configuration, "the model file {}", "Install the file again."},
     Explanation{"[LoadFile] Failed to allocate", Library, "there is no memory for a model file",
                 "The file may be far too large: check it."},
-    Explanation{"Failed to open threshold file", Configuration, "a threshold file of the language cannot be opened",
-                "Put it into the folder that \"directory\" of the configuration names."},
+    Explanation{"Failed to open threshold file", Configuration, "a threshold file of the language cannot be opened", PutItThere},
     Explanation{"Failed to query ID attribute", Configuration, "a language of the configuration has no valid \"id\"",
                 "Give each language element its LANGID as a number; a faulty one hides all that follow it."},
     Explanation{"[GetDetectionParameters] Failed to query attribute", Configuration,
                 "the language has no valid \"qualityThreshold\", or a language before it no valid \"id\"",
                 "Give both as whole numbers."},
-    Explanation{"keyphrase model", Configuration, "the language names no \"keyphraseModel\"",
-                "Add the element with a file's name."},
-    Explanation{"Failed to get acoustic model", Configuration, "the language names no \"acousticModel\"",
-                "Add the element with a file's name."},
-    Explanation{"znorm population", Configuration, "the language names no \"znormPopulation\"",
-                "Add the element with a file's name."},
-    Explanation{"predefined model XML", Configuration, "the language names no \"fwBlob\"", "Add the element with a file's name."},
+    Explanation{"keyphrase model", Configuration, "the language names no \"keyphraseModel\"", AddTheElement},
+    Explanation{"Failed to get acoustic model", Configuration, "the language names no \"acousticModel\"", AddTheElement},
+    Explanation{"znorm population", Configuration, "the language names no \"znormPopulation\"", AddTheElement},
+    Explanation{"predefined model XML", Configuration, "the language names no \"fwBlob\"", AddTheElement},
     Explanation{"predefined model file", Configuration, "the language's \"fwBlob\" is empty", "Write the file's name into it."},
-    Explanation{"predefined kpd sensitivity", Configuration, "the language names no \"preDefinedKpdSensitivity\"",
-                "Add the element with a file's name."},
+    Explanation{"predefined kpd sensitivity", Configuration, "the language names no \"preDefinedKpdSensitivity\"", AddTheElement},
     Explanation{"user defined kpd sensitivity", Configuration, "the language names no \"userDefinedKpdSensitivity\"",
-                "Add the element with a file's name."},
+                AddTheElement},
     Explanation{"Failed to set attribute - firmware constraints", Configuration,
                 "the engine refuses the first line of the constraints file", "Check that line."},
     Explanation{"Failed to set attribute - acoustic model", Configuration, "the engine refuses the language's acoustic model",
-                "Was the file made for this engine? Check it with velox-kws inspect."},
+                CheckTheModel},
     Explanation{"Failed to set attribute - ZNorm population", Configuration, "the engine refuses the language's population",
-                "Was the file made for this engine? Check it with velox-kws inspect."},
+                CheckTheModel},
     Explanation{"Failed to set attribute - log level", Configuration, "the engine refuses its log level",
                 "Check the registry value SDKLoggerLevel."},
     Explanation{"[VerifyKeyword] Failed to set keyphrase model", Configuration,
-                "the engine refuses the language's key-phrase model",
-                "Was the file made for this engine? Check it with velox-kws inspect."},
-    Explanation{"[InitializeSession] Failed", Library, "the engine gives no session",
-                "Is the VeloxWovSDK.dll beside the program the right one?"},
-    Explanation{"Failed to get size of audio frame", Library, "the engine does not tell its frame size",
-                "Is the VeloxWovSDK.dll beside the program the right one?"},
+                "the engine refuses the language's key-phrase model", CheckTheModel},
+    Explanation{"[InitializeSession] Failed", Library, "the engine gives no session", CheckTheEngine},
+    Explanation{"Failed to get size of audio frame", Library, "the engine does not tell its frame size", CheckTheEngine},
     Explanation{"VWoVFinalizeEnrollmentUtterance failed", ExitCode::Refused, "the engine refuses a take",
                 "Record that take again."},
     Explanation{"[TrainModel] Failed to finalize enrollment", ExitCode::Refused, "the engine made no model of the takes",
                 "Record more takes, or better ones."},
     Explanation{"Failed to start utterance enrollment", Library, "the engine takes no more takes", "Give fewer takes."},
-    Explanation{"PrepareLpe", Library, "the engine gives no form of the model for the firmware",
-                "Is the model larger than the constraints allow?"},
-    Explanation{"Failed to prepare LPE", Library, "the engine gives no form of the model for the firmware",
-                "Is the model larger than the constraints allow?"},
+    Explanation{"PrepareLpe", Library, NoFirmwareForm, CheckTheConstraints},
+    Explanation{"Failed to prepare LPE", Library, NoFirmwareForm, CheckTheConstraints},
     Explanation{"[WriteModelToIStream] Failed", Library, "the model cannot be written to the stream", "Is memory short?"},
     Explanation{"[GetUserModelFromIStream] Failed", ExitCode::BadInput, "the user model cannot be read to its end",
                 "Enroll again, or copy the file again."},
@@ -98,10 +97,8 @@ constexpr std::array Explanations{
     Explanation{"expected result data size", ExitCode::BadInput,
                 "the result block is of another detector, or shorter than 60 bytes",
                 "Compare its bytes 4 to 19 with the GUID of --detector-id; velox-kws inspect shows them."},
-    Explanation{"[VerifyUserKeyword] Validation error", Configuration, "the language is not in the configuration file",
-                "velox-kws capabilities lists the languages that are."},
-    Explanation{"expected keyword ID", Configuration, "the language is not in the configuration file",
-                "velox-kws capabilities lists the languages that are."},
+    Explanation{"[VerifyUserKeyword] Validation error", Configuration, NotConfigured, ListLanguages},
+    Explanation{"expected keyword ID", Configuration, NotConfigured, ListLanguages},
     Explanation{"Failed to allocate", Library, "memory ran out", "Close other programs, or give less."},
 };
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "console/hosting/LoggedLine.h"
-#include "console/text/Outcome.h"
+#include "console/text/CommandFailure.h"
 
 #include <span>
 #include <vector>

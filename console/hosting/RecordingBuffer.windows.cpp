@@ -1,6 +1,6 @@
 #include "console/hosting/RecordingBuffer.h"
 
-#include "console/text/Outcome.h"
+#include "console/text/CommandFailure.h"
 #include "console/text/StatusText.h"
 
 #include <mfapi.h>

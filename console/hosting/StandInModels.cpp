@@ -1,6 +1,6 @@
 #include "console/hosting/StandInModels.h"
 
-#include "console/text/Outcome.h"
+#include "console/text/CommandFailure.h"
 #include "console/text/WriteWhole.h"
 
 #include <cstring>

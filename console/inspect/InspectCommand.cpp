@@ -1,11 +1,13 @@
 #include "console/inspect/InspectCommand.h"
 
+#include "console/inspect/Inspection.h"
 #include "console/inspect/InspectionText.h"
 #include "console/text/Utf8Path.h"
 #include "console/text/WriteWhole.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <memory>
 
@@ -93,7 +95,7 @@ ExitCode CodeOf(const InspectedFile& file)
 void Show(const InspectedFile& file, FieldsShown shown, const Style& style, Outcome* outcome)
 {
     outcome->text += InspectionText(file.name, file.inspection, shown, style);
-    outcome->results.push_back(InspectionJson(file.name, file.inspection));
+    outcome->results.Add(InspectionJson(file.name, file.inspection));
 }
 
 } // namespace
@@ -117,7 +119,7 @@ Outcome InspectFiles(const std::vector<std::filesystem::path>& files, bool every
     Show(second, shown, style, &outcome);
     const InspectionDifference difference = Compare(first.inspection, first.bytes, second.inspection, second.bytes);
     outcome.text += DifferenceText(difference, style);
-    outcome.results.push_back(DifferenceJson(difference));
+    outcome.results.Add(DifferenceJson(difference));
     outcome.exitCode = difference.same ? ExitCode::Success : ExitCode::Refused;
     outcome.verdict = Verdict(difference);
     return outcome;

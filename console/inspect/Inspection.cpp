@@ -1,8 +1,10 @@
 #include "console/inspect/Inspection.h"
 
 #include "console/inspect/BlockInspection.h"
+#include "console/inspect/FieldReader.h"
 #include "console/inspect/ModelInspection.h"
 #include "console/inspect/ThresholdText.h"
+#include "console/text/Words.h"
 
 #include <fmt/format.h>
 
@@ -16,30 +18,6 @@ namespace
 {
 
 constexpr std::size_t LongestThresholdFile = 4096;
-
-struct KindName
-{
-    FileKind kind;
-    std::string_view name;
-};
-
-constexpr std::array KindNames{
-    KindName{FileKind::Unknown, "unknown"},
-    KindName{FileKind::Empty, "empty file"},
-    KindName{FileKind::ArmingPattern, "arming pattern"},
-    KindName{FileKind::DetectionResult, "detection result"},
-    KindName{FileKind::BlockHead, "beginning of a firmware block"},
-    KindName{FileKind::AcousticModel, "acoustic model"},
-    KindName{FileKind::Population, "ZNorm population"},
-    KindName{FileKind::PhraseModel, "phrase model"},
-    KindName{FileKind::FirmwareModel, "key-phrase, firmware or user model"},
-    KindName{FileKind::Threshold, "threshold file"},
-};
-
-std::string_view AsText(std::span<const uint8_t> bytes)
-{
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
 
 /// Text as an editor writes it: ASCII, or what a byte order mark begins.
 bool IsText(std::string_view text)
@@ -60,15 +38,15 @@ struct OtherFile
     bool text = false;
 };
 
-constexpr std::string_view SoundFile = "It begins as a sound file does: verify, enroll and listen read those.";
-constexpr std::string_view XmlFile = "It begins as an XML file does: doctor checks configuration files.";
+constexpr std::string_view SoundFileHint = "It begins as a sound file does: verify, enroll and listen read those.";
+constexpr std::string_view XmlFileHint = "It begins as an XML file does: doctor checks configuration files.";
 
 constexpr std::array OtherFiles{
-    OtherFile{"RIFF", SoundFile},
-    OtherFile{"fLaC", SoundFile},
-    OtherFile{"OggS", SoundFile},
-    OtherFile{"<", XmlFile, true}, // a detection result begins with this byte, too
-    OtherFile{"\xEF\xBB\xBF<", XmlFile, true},
+    OtherFile{"RIFF", SoundFileHint},
+    OtherFile{"fLaC", SoundFileHint},
+    OtherFile{"OggS", SoundFileHint},
+    OtherFile{"<", XmlFileHint, true}, // a detection result begins with this byte, too
+    OtherFile{"\xEF\xBB\xBF<", XmlFileHint, true},
     OtherFile{"MZ", "It is a program or DLL: doctor looks at the engine's."},
 };
 
@@ -170,11 +148,6 @@ void AddNotes(std::span<const uint8_t> bytes, Inspection* inspection)
 
 } // namespace
 
-std::string_view FileKindName(FileKind kind)
-{
-    return std::find_if(KindNames.begin(), KindNames.end(), [&](const KindName& own) { return own.kind == kind; })->name;
-}
-
 FileKind RecogniseFile(std::span<const uint8_t> bytes)
 {
     if (bytes.empty())
@@ -195,13 +168,6 @@ FileKind RecogniseFile(std::span<const uint8_t> bytes)
         return FileKind::Threshold;
     }
     return RecogniseBlock(bytes);
-}
-
-const InspectedField* Inspection::Find(std::string_view path) const
-{
-    const auto found =
-        std::find_if(fields.begin(), fields.end(), [&](const InspectedField& field) { return field.path == path; });
-    return found == fields.end() ? nullptr : &*found;
 }
 
 Inspection Inspect(std::span<const uint8_t> bytes)

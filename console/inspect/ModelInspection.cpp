@@ -1,5 +1,6 @@
 #include "console/inspect/ModelInspection.h"
 
+#include "console/text/Words.h"
 #include "engine/models/AcousticModel.h"
 #include "engine/sound/Cepstrum.h"
 
@@ -37,11 +38,6 @@ constexpr std::array ModelKinds{ModelKind{FileKind::AcousticModel, BlobKind::Aco
                                 ModelKind{FileKind::Population, BlobKind::Population, "VWZN"},
                                 ModelKind{FileKind::PhraseModel, BlobKind::PhraseModel, "VWPM"},
                                 ModelKind{FileKind::FirmwareModel, BlobKind::Firmware, "VWOV"}};
-
-std::string_view AsText(std::span<const uint8_t> bytes)
-{
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
 
 const ModelKind& Kind(FileKind kind)
 {

@@ -1,5 +1,7 @@
 #include "console/inspect/ThresholdText.h"
 
+#include "console/text/Words.h"
+
 #include <fmt/format.h>
 
 #include <cctype>
@@ -14,7 +16,6 @@ namespace velox::console
 namespace
 {
 
-constexpr std::string_view Blanks = " \t\r\n\v\f";
 constexpr double Q8Scale = 256.0;
 constexpr std::string_view WriteANumber = "Write one decimal number with a point, such as 0.75, as plain text.";
 
@@ -24,12 +25,6 @@ int32_t ToQ8(double value)
     using Limits = std::numeric_limits<int32_t>;
     const double scaled = value * Q8Scale + (value > 0.0 ? 0.5 : -0.5);
     return scaled >= Limits::max() ? Limits::max() : scaled <= Limits::min() ? Limits::min() : static_cast<int32_t>(scaled);
-}
-
-std::string_view Trim(std::string_view text)
-{
-    const std::size_t first = text.find_first_not_of(Blanks);
-    return first == std::string_view::npos ? std::string_view() : text.substr(first, text.find_last_not_of(Blanks) + 1 - first);
 }
 
 std::string WhyNoNumber(std::string_view content)

@@ -1,7 +1,7 @@
 #include "console/languages/ConfigurationEdit.h"
 
+#include "console/text/CommandFailure.h"
 #include "console/text/LanguageName.h"
-#include "console/text/Outcome.h"
 #include "console/text/Utf8Path.h"
 #include "console/text/WriteWhole.h"
 

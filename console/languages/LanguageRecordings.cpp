@@ -1,5 +1,6 @@
 #include "console/languages/LanguageRecordings.h"
 
+#include "console/takes/TakeReport.h"
 #include "console/text/Utf8Path.h"
 #include "engine/base/EngineErrors.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/takes/TakeReport.h"
+#include "console/takes/Remark.h"
 #include "console/text/Progress.h"
 #include "engine/training/LanguageTrainer.h"
 

@@ -12,6 +12,7 @@
 #include "console/text/WriteWhole.h"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -282,7 +283,7 @@ Outcome MakeLanguage(const LanguageRequest& request, Context& context)
     outcome.verdict =
         fmt::format("Language {} is learned and stands in {}.", LanguageText(request.language), Utf8(request.configuration));
     outcome.text = Text(made, request, confidence, context.style);
-    outcome.results.push_back(Result(made, request, confidence));
+    outcome.results.Add(Result(made, request, confidence));
     return outcome;
 }
 

@@ -42,7 +42,7 @@ LanguageRequest RequestOf(const MakeLanguageOptions& options)
 }
 
 /// File names that every system and the library can open.
-std::string CheckName(const std::string& name)
+std::string CheckFileName(const std::string& name)
 {
     const bool plain = std::ranges::all_of(name, [](char letter) {
         return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') || (letter >= '0' && letter <= '9') ||
@@ -82,7 +82,7 @@ void AddMakeLanguageCommand(CLI::App& app, Commands& commands)
         ->check(CLI::Range(LeastAlarmsPerHour, MostAlarmsPerHour))
         ->type_name("NUMBER");
     command->add_option("--name", request.name, "In the files' names, kp_NAME.bin; default the language's id")
-        ->check(CLI::Validator(CheckName, "", "name"))
+        ->check(CLI::Validator(CheckFileName, "", "name"))
         ->type_name("NAME");
     command
         ->add_option("--quality-threshold", request.qualityThreshold,

@@ -3,6 +3,7 @@
 #include "console/hosting/Detector.h"
 #include "console/hosting/LogExplanation.h"
 #include "console/hosting/UserModelStream.h"
+#include "console/listening/PatternOrigin.h"
 #include "console/text/FieldLine.h"
 #include "console/text/LanguageName.h"
 #include "console/text/Utf8Path.h"
@@ -10,9 +11,9 @@
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 
 namespace velox::console
@@ -31,15 +32,6 @@ struct ArmOptions
 
 // The block's head: docs/firmware-blocks.md.
 constexpr std::size_t HeadSize = 44;
-constexpr std::size_t ThresholdOffset = 24;
-constexpr double Q8 = 256.0;
-
-double Threshold(const std::vector<uint8_t>& pattern)
-{
-    int32_t threshold = 0;
-    std::memcpy(&threshold, pattern.data() + ThresholdOffset, sizeof(threshold));
-    return threshold / Q8;
-}
 
 bool UsedUserModel(const ArmingAnswer& answer)
 {
@@ -76,15 +68,15 @@ Outcome Arm(const ArmOptions& options, const Context& context)
     Outcome outcome;
     outcome.text = FieldLine("Language", LanguageText(language)) +
                    FieldLine("Model", fmt::format("{}, {} bytes", model, modelBytes)) +
-                   FieldLine("Threshold", fmt::format("{:g} ({})", Threshold(answer.pattern),
+                   FieldLine("Threshold", fmt::format("{:g} ({})", ThresholdOf(answer.pattern),
                                                       isUserModel ? "userDefinedKpdSensitivity" : "preDefinedKpdSensitivity")) +
                    FieldLine("Block", fmt::format("{} bytes", answer.pattern.size()));
-    outcome.results.push_back({{"file", options.output},
-                               {"language", language},
-                               {"model", isUserModel ? "user" : "predefined"},
-                               {"modelBytes", modelBytes},
-                               {"threshold", Threshold(answer.pattern)},
-                               {"bytes", answer.pattern.size()}});
+    outcome.results.Add({{"file", options.output},
+                         {"language", language},
+                         {"model", isUserModel ? "user" : "predefined"},
+                         {"modelBytes", modelBytes},
+                         {"threshold", ThresholdOf(answer.pattern)},
+                         {"bytes", answer.pattern.size()}});
     outcome.verdict = "Written: " + options.output + ".";
     return outcome;
 }

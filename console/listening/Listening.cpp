@@ -1,6 +1,7 @@
 #include "console/listening/Listening.h"
 
-#include "console/text/Outcome.h"
+#include "console/audio/SampleTime.h"
+#include "console/text/CommandFailure.h"
 
 #include <fmt/format.h>
 
@@ -11,8 +12,6 @@ namespace velox::console
 
 namespace
 {
-
-constexpr auto SamplesPerSecond = static_cast<double>(engine::SampleRate);
 
 void SetPattern(std::span<const uint8_t> pattern, firmware::DspSimulator* dsp)
 {
@@ -65,7 +64,7 @@ public:
         }
         if (!dsp.HasPattern() && !heard.deafFrom)
         {
-            heard.deafFrom = static_cast<double>(lastPassed.detection.endSample) / SamplesPerSecond;
+            heard.deafFrom = Seconds(lastPassed.detection.endSample);
         }
     }
 
@@ -73,7 +72,7 @@ public:
     Heard Finish(std::size_t samples)
     {
         Hear(std::vector<float>(static_cast<std::size_t>(dsp.Latency()), 0.0F));
-        heard.seconds = static_cast<double>(samples) / SamplesPerSecond;
+        heard.seconds = Seconds(static_cast<int64_t>(samples));
         return std::move(heard);
     }
 

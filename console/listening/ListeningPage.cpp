@@ -1,5 +1,7 @@
 #include "console/listening/ListeningPage.h"
 
+#include "console/audio/SampleTime.h"
+#include "console/listening/ListeningReport.h"
 #include "console/text/LanguageName.h"
 
 #include <fmt/format.h>
@@ -12,20 +14,10 @@ namespace velox::console
 namespace
 {
 
-double Seconds(int64_t sample)
-{
-    return static_cast<double>(sample) / static_cast<double>(engine::SampleRate);
-}
-
-double Score(uint32_t q8)
-{
-    return static_cast<double>(q8) / 256.0;
-}
-
 ReportMark Mark(ReportMark::Kind kind, const firmware::Peak& peak)
 {
     return {kind, Seconds(peak.detection.startSample), Seconds(peak.detection.endSample),
-            fmt::format("score {:.1f}", Score(peak.score))};
+            fmt::format("score {:.1f}", ScoreOf(peak.score))};
 }
 
 std::vector<std::string> Row(const HeardFile& file, const firmware::Peak& peak, const std::string& what)
@@ -33,8 +25,8 @@ std::vector<std::string> Row(const HeardFile& file, const firmware::Peak& peak, 
     return {file.name,
             ClockText(Seconds(peak.detection.startSample)),
             ClockText(Seconds(peak.detection.endSample)),
-            fmt::format("{:.1f}", Score(peak.score)),
-            fmt::format("{:.1f}", Score(file.heard.threshold)),
+            fmt::format("{:.1f}", ScoreOf(peak.score)),
+            fmt::format("{:.1f}", ScoreOf(file.heard.threshold)),
             what};
 }
 
@@ -90,7 +82,7 @@ ReportRecording Recording(const HeardFile& file)
     recording.marks = Marks(heard);
     recording.quality = file.curves.quality;
     recording.score = file.curves.score;
-    recording.threshold = Score(heard.threshold);
+    recording.threshold = ScoreOf(heard.threshold);
     return recording;
 }
 
@@ -103,11 +95,11 @@ Report ListeningPage(const ListeningSubject& subject, const std::vector<HeardFil
     report.command = "listen";
     report.verdict = outcome.verdict;
     report.tone = outcome.exitCode == ExitCode::Success ? Tone::Good : Tone::Bad;
-    report.facts = {
-        {"Pattern", fmt::format("{}, {} bytes", subject.patternName, subject.patternSize)},
-        {"Language", LanguageText(subject.language)},
-        {"Model", first.userModel ? "a user's" : "everybody's"},
-        {"Threshold", fmt::format("{:g}", Score(first.threshold)), "least score that fires; 100 is half a false alarm per hour"}};
+    report.facts = {{"Pattern", fmt::format("{}, {} bytes", subject.patternName, subject.patternSize)},
+                    {"Language", LanguageText(subject.language)},
+                    {"Model", first.userModel ? "a user's" : "everybody's"},
+                    {"Threshold", fmt::format("{:g}", ScoreOf(first.threshold)),
+                     "least score that fires; 100 is half a false alarm per hour"}};
     report.notes = subject.notes;
     report.notes.push_back(ListeningStatistics(files));
     report.table = Table(files);

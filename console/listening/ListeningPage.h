@@ -1,7 +1,7 @@
 #pragma once
 
-#include "console/listening/ListeningReport.h"
-#include "console/pages/ReportPage.h"
+#include "console/listening/HeardFile.h"
+#include "console/text/Outcome.h"
 
 namespace velox::console
 {

@@ -1,10 +1,12 @@
 #include "console/listening/ListeningReport.h"
 
+#include "console/audio/SampleTime.h"
 #include "console/text/FieldLine.h"
 #include "console/text/LanguageName.h"
 #include "console/text/StatusText.h"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -20,16 +22,6 @@ using Json = nlohmann::ordered_json;
 constexpr double SecondsPerHour = 3600.0;
 /// Of less audio a rate per hour says nothing.
 constexpr double LeastForRate = SecondsPerHour / 10;
-
-double Seconds(int64_t sample)
-{
-    return static_cast<double>(sample) / static_cast<double>(engine::SampleRate);
-}
-
-double Score(uint32_t q8)
-{
-    return static_cast<double>(q8) / 256.0;
-}
 
 std::string Count(std::size_t number, std::string_view one, std::string_view many)
 {
@@ -49,14 +41,14 @@ std::string Place(const firmware::Peak& peak)
 std::string DetectionText(const HeardDetection& detection, uint32_t threshold, const Style& style)
 {
     const std::string mark = detection.Told() ? style.Good("detected") : style.Bad("reported");
-    return fmt::format("  {}  {}  score {:.1f}, threshold {:.1f}; {}\n", Place(detection.peak), mark, Score(detection.peak.score),
-                       Score(threshold), DetectionMeaning(detection));
+    return fmt::format("  {}  {}  score {:.1f}, threshold {:.1f}; {}\n", Place(detection.peak), mark,
+                       ScoreOf(detection.peak.score), ScoreOf(threshold), DetectionMeaning(detection));
 }
 
 std::string NearMissText(const firmware::Peak& miss, uint32_t threshold, const Style& style)
 {
-    return fmt::format("  {}  {}  score {:.1f}, threshold {:.1f}; {}\n", Place(miss), style.Dim("near miss"), Score(miss.score),
-                       Score(threshold), NearMissReason(miss, threshold));
+    return fmt::format("  {}  {}  score {:.1f}, threshold {:.1f}; {}\n", Place(miss), style.Dim("near miss"), ScoreOf(miss.score),
+                       ScoreOf(threshold), NearMissReason(miss, threshold));
 }
 
 /// A line of a file's text, in the order of the audio.
@@ -141,7 +133,7 @@ std::string Head(const ListeningSubject& subject, const Heard& heard)
     std::string text = FieldLine("Pattern", fmt::format("{}, {} bytes", subject.patternName, subject.patternSize)) +
                        FieldLine("Language", LanguageText(subject.language)) +
                        FieldLine("Model", heard.userModel ? "a user's" : "everybody's") +
-                       FieldLine("Threshold", fmt::format("{:g}", Score(heard.threshold)));
+                       FieldLine("Threshold", fmt::format("{:g}", ScoreOf(heard.threshold)));
     for (const std::string& note : subject.notes)
     {
         text += FieldLine("Note", note);
@@ -153,8 +145,8 @@ Json PeakJson(const firmware::Peak& peak, uint32_t threshold)
 {
     return {{"start", Seconds(peak.detection.startSample)},
             {"end", Seconds(peak.detection.endSample)},
-            {"score", Score(peak.score)},
-            {"threshold", Score(threshold)},
+            {"score", ScoreOf(peak.score)},
+            {"threshold", ScoreOf(threshold)},
             {"phraseScore", peak.detection.phraseScore}};
 }
 
@@ -180,11 +172,11 @@ Json FileJson(const HeardFile& file)
     Json json{{"file", file.name},
               {"seconds", heard.seconds},
               {"conversion", file.conversion},
-              {"threshold", Score(heard.threshold)},
+              {"threshold", ScoreOf(heard.threshold)},
               {"userModel", heard.userModel},
               {"detections", Json::array()},
               {"nearMisses", Json::array()},
-              {"highestSilentScore", heard.highestSilent ? Json(Score(*heard.highestSilent)) : Json(nullptr)},
+              {"highestSilentScore", heard.highestSilent ? Json(ScoreOf(*heard.highestSilent)) : Json(nullptr)},
               {"deafFrom", heard.deafFrom ? Json(*heard.deafFrom) : Json(nullptr)}};
     for (std::size_t i = 0; i < heard.detections.size(); ++i)
     {
@@ -234,7 +226,7 @@ Outcome ListeningOutcome(const ListeningSubject& subject, const std::vector<Hear
     for (const HeardFile& file : files)
     {
         outcome.text += FileText(file, style);
-        outcome.results.push_back(FileJson(file));
+        outcome.results.Add(FileJson(file));
     }
     outcome.text += "\n" + ListeningStatistics(files) + "\n";
     outcome.exitCode = CodeOf(all);
@@ -259,7 +251,7 @@ std::string DetectionMeaning(const HeardDetection& detection)
 
 std::string NearMissReason(const firmware::Peak& miss, uint32_t threshold)
 {
-    if (miss.detection.phraseScore < static_cast<float>(Score(threshold)))
+    if (miss.detection.phraseScore < static_cast<float>(ScoreOf(threshold)))
     {
         return "the words are not clear enough";
     }
@@ -280,8 +272,13 @@ std::string ListeningStatistics(const std::vector<HeardFile>& files)
         text += fmt::format(" ({:.1f} per hour)", static_cast<double>(all.reported) * SecondsPerHour / all.seconds);
     }
     text += ", " + Count(all.nearMisses, "near miss", "near misses") + ". ";
-    return text + (all.highestSilent ? fmt::format("Highest score that did not fire: {:.1f}.", Score(*all.highestSilent))
+    return text + (all.highestSilent ? fmt::format("Highest score that did not fire: {:.1f}.", ScoreOf(*all.highestSilent))
                                      : "Nothing else came near the phrase.");
+}
+
+double ScoreOf(uint32_t q8)
+{
+    return static_cast<double>(q8) / 256.0;
 }
 
 std::string ClockText(double seconds)

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "console/listening/Listening.h"
-#include "console/listening/ListeningCurves.h"
-#include "console/pages/ReportPage.h"
+#include "console/listening/HeardFile.h"
 #include "console/text/Outcome.h"
 #include "console/text/Style.h"
 
@@ -11,26 +9,6 @@
 
 namespace velox::console
 {
-
-/// A file that was listened to.
-struct HeardFile
-{
-    std::string name;
-    std::string conversion; ///< what was done to its audio; empty when nothing was
-    Heard heard;
-    std::vector<std::string> savedBlocks{}; ///< a file for each detection; empty when none were saved
-    std::vector<SampleRange> wave{};        ///< for a report page
-    ListeningCurves curves{};               ///< for a report page
-};
-
-/// What listen was asked for, besides the audio.
-struct ListeningSubject
-{
-    std::string patternName;
-    std::size_t patternSize = 0;
-    uint16_t language = 0;
-    std::vector<std::string> notes; ///< what is odd about the pattern or the fault
-};
 
 /// What came of a run of listen, for people and for machines.
 Outcome ListeningOutcome(const ListeningSubject& subject, const std::vector<HeardFile>& files, const Style& style);
@@ -43,6 +21,9 @@ std::string NearMissReason(const firmware::Peak& miss, uint32_t threshold);
 
 /// All files together, in two sentences.
 std::string ListeningStatistics(const std::vector<HeardFile>& files);
+
+/// A Q8 score in the unit of the threshold files.
+double ScoreOf(uint32_t q8);
 
 /// Place in a recording: "0:07.25", "1:02:03.40".
 std::string ClockText(double seconds);

@@ -18,6 +18,9 @@ struct PatternOrigin
     std::string difference;       ///< from the pattern asked for, in sentences; empty when they are the same
 };
 
+/// The least score that fires, as the block says that arms the firmware.
+double ThresholdOf(std::span<const uint8_t> pattern);
+
 /// Arms the adapter for the language whose pattern a given one is, byte for byte.
 ///
 /// @param language  to take whatever the pattern is; else the configured ones are tried in their order, and a single one is taken

@@ -1,8 +1,8 @@
 #include "console/listening/PatternOrigin.h"
 
 #include "console/hosting/LogExplanation.h"
+#include "console/text/CommandFailure.h"
 #include "console/text/LanguageName.h"
-#include "console/text/Outcome.h"
 #include "firmware/DspPattern.h"
 #include "firmware/LittleEndian.h"
 
@@ -18,13 +18,6 @@ namespace
 
 using firmware::DspPattern;
 
-constexpr std::size_t ThresholdOffset = 24;
-
-double Threshold(std::span<const uint8_t> pattern)
-{
-    return static_cast<double>(static_cast<int32_t>(firmware::ReadU32(pattern, ThresholdOffset))) / 256.0;
-}
-
 /// What tells two patterns of one detector apart.
 std::string Difference(uint16_t language, std::span<const uint8_t> given, std::span<const uint8_t> built)
 {
@@ -35,9 +28,9 @@ std::string Difference(uint16_t language, std::span<const uint8_t> given, std::s
     std::string text = fmt::format("The library builds another pattern for language {} now", LanguageText(language));
     if (given.size() >= DspPattern::HeadSize)
     {
-        if (Threshold(given) != Threshold(built))
+        if (ThresholdOf(given) != ThresholdOf(built))
         {
-            text += fmt::format(", with a threshold of {:.1f} instead of {:.1f}", Threshold(built), Threshold(given));
+            text += fmt::format(", with a threshold of {:.1f} instead of {:.1f}", ThresholdOf(built), ThresholdOf(given));
         }
         if (!std::ranges::equal(given.subspan(DspPattern::HeadSize), built.subspan(DspPattern::HeadSize)))
         {
@@ -67,6 +60,12 @@ std::vector<uint16_t> ConfiguredLanguages(Detector* detector)
 }
 
 } // namespace
+
+double ThresholdOf(std::span<const uint8_t> pattern)
+{
+    constexpr std::size_t ThresholdOffset = 24; // docs/firmware-blocks.md
+    return static_cast<double>(static_cast<int32_t>(firmware::ReadU32(pattern, ThresholdOffset))) / 256.0;
+}
 
 PatternOrigin FindPatternOrigin(Detector* detector, IStream* userModel, std::optional<uint16_t> language,
                                 std::span<const uint8_t> pattern)

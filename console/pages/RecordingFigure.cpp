@@ -61,36 +61,19 @@ std::string Clock(double exactSeconds, int decimals)
                         : fmt::format("{}:{:02}:{:0{}.{}f}", minutes / 60, minutes % 60, rest, width, decimals);
 }
 
-/// The least and the most of stretches of equal length; NaNs where a stretch has no values.
-std::vector<SampleRange> RangesOf(std::span<const float> values)
-{
-    const std::size_t count = std::min(values.size(), MostWaveStretches);
-    std::vector<SampleRange> ranges(count, {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::quiet_NaN()});
-    for (std::size_t i = 0; i < count; ++i)
-    {
-        const std::size_t begin = i * values.size() / count;
-        for (const float value : values.subspan(begin, (i + 1) * values.size() / count - begin))
-        {
-            ranges[i].least = std::fmin(ranges[i].least, value);
-            ranges[i].most = std::fmax(ranges[i].most, value);
-        }
-    }
-    return ranges;
-}
-
 /// A step of the time axis, so that it has at most six.
 double TimeStep(double seconds)
 {
-    constexpr double MostSteps = 6.0;
-    constexpr std::array Steps{0.1, 0.2, 0.5, 1.0, 2.0, 5.0, 10.0, 20.0, 60.0, 120.0, 300.0, 600.0, 1200.0, 3600.0};
-    for (const double step : Steps)
+    constexpr double MostMarks = 6.0;
+    constexpr std::array RoundSteps{0.1, 0.2, 0.5, 1.0, 2.0, 5.0, 10.0, 20.0, 60.0, 120.0, 300.0, 600.0, 1200.0, 3600.0};
+    for (const double step : RoundSteps)
     {
-        if (seconds / step <= MostSteps)
+        if (seconds / step <= MostMarks)
         {
             return step;
         }
     }
-    return 3600.0 * std::ceil(seconds / 3600.0 / MostSteps);
+    return 3600.0 * std::ceil(seconds / 3600.0 / MostMarks);
 }
 
 /// Draws one recording; a panel is a drawing with the values of its axis at its left.
@@ -269,7 +252,7 @@ std::string Figure::Line(const std::vector<SampleRange>& ranges, double firstSec
 
 std::string Figure::CurveLine(const ReportCurve& curve, double most) const
 {
-    const std::vector<SampleRange> ranges = RangesOf(curve.values);
+    const std::vector<SampleRange> ranges = WaveOf(curve.values);
     const double secondsPerRange =
         curve.secondsPerValue * static_cast<double>(curve.values.size()) / static_cast<double>(ranges.size());
     return Line(ranges, curve.firstSecond, secondsPerRange, 0.0, most);
@@ -385,11 +368,6 @@ std::string Figure::TimeAxis() const
 }
 
 } // namespace
-
-std::vector<SampleRange> WaveOf(std::span<const float> samples)
-{
-    return RangesOf(samples);
-}
 
 std::string MarkName(ReportMark::Kind kind)
 {

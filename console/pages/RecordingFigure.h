@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/pages/ReportPage.h"
+#include "console/pages/Report.h"
 
 namespace velox::console
 {

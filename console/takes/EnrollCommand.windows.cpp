@@ -2,6 +2,7 @@
 
 #include "console/hosting/LogExplanation.h"
 #include "console/hosting/UserModelStream.h"
+#include "console/pages/ReportPage.h"
 #include "console/takes/TakeComparison.h"
 #include "console/takes/TakePage.h"
 #include "console/takes/TakeVerifier.h"
@@ -14,6 +15,7 @@
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <memory>
@@ -218,10 +220,10 @@ Outcome EnrollmentRun::ConcludeTrained() const
     {
         outcome.text += FieldLine("Hears", fmt::format("{} of the {} takes", *heard, used));
     }
-    outcome.results.push_back({{"model", options.model},
-                               {"bytes", model.size()},
-                               {"takes", used},
-                               {"takesHeard", heard ? nlohmann::ordered_json(*heard) : nlohmann::ordered_json(nullptr)}});
+    outcome.results.Add({{"model", options.model},
+                         {"bytes", model.size()},
+                         {"takes", used},
+                         {"takesHeard", heard ? nlohmann::ordered_json(*heard) : nlohmann::ordered_json(nullptr)}});
     return outcome;
 }
 
@@ -230,8 +232,8 @@ Outcome EnrollmentRun::Conclude(ExitCode exitCode, const std::string& verdict) c
     Outcome outcome{exitCode, verdict, ""};
     for (const TakeReport& take : takes)
     {
-        outcome.text += TakeText(take, outcome.results.size() + 1, context.style);
-        outcome.results.push_back(TakeJson(take));
+        outcome.text += TakeText(take, outcome.results.Count() + 1, context.style);
+        outcome.results.Add(TakeJson(take));
     }
     if (!options.report.empty())
     {

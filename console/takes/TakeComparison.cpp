@@ -1,6 +1,7 @@
 #include "console/takes/TakeComparison.h"
 
 #include "engine/enrollment/Enrollment.h"
+#include "engine/enrollment/TakeReview.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "console/takes/TakeReport.h"
-
+#include "console/audio/AudioFile.h"
+#include "console/takes/Remark.h"
 #include "console/text/Progress.h"
 #include "engine/models/AcousticModel.h"
 

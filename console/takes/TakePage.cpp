@@ -1,5 +1,6 @@
 #include "console/takes/TakePage.h"
 
+#include "console/audio/SampleTime.h"
 #include "engine/sound/MelFilterbank.h"
 
 #include <fmt/format.h>
@@ -11,11 +12,6 @@ namespace velox::console
 
 namespace
 {
-
-double Seconds(int64_t sample)
-{
-    return static_cast<double>(sample) / engine::SampleRate;
-}
 
 ReportCurve Curve(const engine::TakeReview& review, float engine::FrameReview::*value)
 {

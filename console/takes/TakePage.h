@@ -1,7 +1,8 @@
 #pragma once
 
-#include "console/pages/ReportPage.h"
+#include "console/pages/Report.h"
 #include "console/takes/TakeReport.h"
+#include "console/text/Outcome.h"
 
 #include <span>
 #include <string>

@@ -1,10 +1,12 @@
 #include "console/takes/TakeReport.h"
 
+#include "console/audio/SampleTime.h"
 #include "console/text/StatusText.h"
 #include "console/text/Style.h"
 #include "engine/base/EngineErrors.h"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cstdlib>
@@ -18,11 +20,6 @@ namespace
 
 using engine::Status;
 using engine::TakeReview;
-
-double Seconds(int64_t sample)
-{
-    return static_cast<double>(sample) / engine::SampleRate;
-}
 
 bool HasSpeech(const TakeReview& review)
 {

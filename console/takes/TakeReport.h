@@ -2,8 +2,11 @@
 
 #include "console/audio/AudioFile.h"
 #include "console/hosting/LoggedLine.h"
-#include "console/text/Outcome.h"
+#include "console/takes/Remark.h"
+#include "console/text/CommandFailure.h"
 #include "engine/enrollment/TakeReview.h"
+
+#include <nlohmann/json_fwd.hpp>
 
 #include <optional>
 #include <span>
@@ -14,14 +17,6 @@ namespace velox::console
 {
 
 class Style;
-
-/// One thing to say about a take.
-struct Remark
-{
-    std::string code; ///< for machines: the engine status's name, "QualityTooLow", "ScoreTooLow", "Unreadable", "Unlike..."
-    std::string text; ///< for people, begins with a small letter, no full stop
-    std::string fix;
-};
 
 /// What the library logged about a take.
 struct LoggedFigures

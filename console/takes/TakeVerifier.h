@@ -3,6 +3,8 @@
 #include "console/hosting/Detector.h"
 #include "console/hosting/StandInModels.h"
 #include "console/takes/TakeReport.h"
+#include "console/text/ExitCode.h"
+#include "console/text/Progress.h"
 
 #include <string>
 #include <vector>

@@ -1,5 +1,6 @@
 #include "console/takes/VerifyCommand.h"
 
+#include "console/pages/ReportPage.h"
 #include "console/takes/TakePage.h"
 #include "console/takes/TakeVerifier.h"
 #include "console/text/LanguageName.h"
@@ -7,6 +8,7 @@
 #include "console/text/WriteWhole.h"
 
 #include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
 
 #include <memory>
 
@@ -31,8 +33,8 @@ Outcome Verify(const VerifyOptions& options, const Context& context)
     Outcome outcome{ExitCodeOf(takes), Verdict(takes), ""};
     for (const TakeReport& take : takes)
     {
-        outcome.text += TakeText(take, outcome.results.size() + 1, context.style);
-        outcome.results.push_back(TakeJson(take));
+        outcome.text += TakeText(take, outcome.results.Count() + 1, context.style);
+        outcome.results.Add(TakeJson(take));
     }
     if (!options.report.empty())
     {

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "console/text/CommandFailure.h"
+#include "console/text/LogOptions.h"
 #include "console/text/Outcome.h"
 #include "console/text/Progress.h"
 #include "console/text/Style.h"
 
-#include <filesystem>
 #include <functional>
 #include <map>
 
@@ -15,13 +16,6 @@ class App;
 
 namespace velox::console
 {
-
-/// Where the library's log lines go, besides the command's own use of them.
-struct LogOptions
-{
-    bool verbose = false;          ///< --verbose: to the standard error stream
-    std::filesystem::path logFile; ///< where SetLogToFile writes
-};
 
 /// What main hands to a command.
 struct Context

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <fmt/format.h>
-
 #include <string>
 #include <string_view>
 
@@ -9,9 +7,6 @@ namespace velox::console
 {
 
 /// A line of a text for people: what it is, and its value.
-inline std::string FieldLine(std::string_view name, std::string_view value)
-{
-    return fmt::format("{:<15}{}\n", fmt::format("{}:", name), value);
-}
+std::string FieldLine(std::string_view name, std::string_view value);
 
 } // namespace velox::console

@@ -1,6 +1,6 @@
 #include "console/text/Interruption.h"
 
-#include "console/text/Outcome.h"
+#include "console/text/CommandFailure.h"
 
 #include <atomic>
 

@@ -1,5 +1,7 @@
 #include "console/text/NumberText.h"
 
+#include "console/text/Words.h"
+
 #include <charconv>
 #include <cstdint>
 #include <limits>
@@ -7,27 +9,10 @@
 namespace velox::console
 {
 
-namespace
-{
-
-constexpr std::string_view Blanks = " \t\r\n\v\f";
-
-std::string_view TrimLeft(std::string_view text)
-{
-    return text.substr(std::min(text.find_first_not_of(Blanks), text.size()));
-}
-
-std::string_view TrimRight(std::string_view text)
-{
-    return text.substr(0, text.find_last_not_of(Blanks) + 1);
-}
-
-} // namespace
-
 NumberText ReadNumberText(std::string_view text)
 {
     NumberText number;
-    text = TrimLeft(text);
+    text = Trim(text);
     if (text.starts_with('-') || text.starts_with('+'))
     {
         number.negative = text.front() == '-';
@@ -43,7 +28,7 @@ NumberText ReadNumberText(std::string_view text)
     const auto [stop, error] = std::from_chars(text.data(), end, value, number.hexadecimal ? 16 : 10);
     number.isNumber = error != std::errc::invalid_argument;
     number.tooLarge = error == std::errc::result_out_of_range || value > std::numeric_limits<uint32_t>::max();
-    number.rest = TrimRight(TrimLeft(std::string_view(stop, static_cast<std::size_t>(end - stop))));
+    number.rest = Trim({stop, static_cast<std::size_t>(end - stop)});
     return number;
 }
 

@@ -1,13 +1,10 @@
 #pragma once
 
 #include "console/text/ExitCode.h"
-
-#include <nlohmann/json.hpp>
+#include "console/text/Results.h"
 
 #include <optional>
-#include <stdexcept>
 #include <string>
-#include <utility>
 
 namespace velox::console
 {
@@ -25,20 +22,8 @@ struct Outcome
     ExitCode exitCode = ExitCode::Success;
     std::string verdict; ///< one line without a line end; main prints it last, so `text` does not hold it
     std::string text;    ///< lines, each with its end; may be empty
-    nlohmann::ordered_json results = nlohmann::ordered_json::array(); ///< an object for each file, language, detection or finding
+    Results results{};
     std::optional<Problem> error = std::nullopt; ///< for a command that failed but still has something to show
-};
-
-/// Thrown by commands, and by what they call: the command cannot give an answer. main makes an Outcome of it.
-struct CommandFailure : std::runtime_error
-{
-    CommandFailure(ExitCode code, const std::string& message, std::string whatToDo = {})
-        : std::runtime_error(message), exitCode(code), fix(std::move(whatToDo))
-    {
-    }
-
-    ExitCode exitCode;
-    std::string fix;
 };
 
 } // namespace velox::console

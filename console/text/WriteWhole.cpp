@@ -1,7 +1,7 @@
 #include "console/text/WriteWhole.h"
 
+#include "console/text/CommandFailure.h"
 #include "console/text/Interruption.h"
-#include "console/text/Outcome.h"
 #include "console/text/Utf8Path.h"
 
 #include <fstream>

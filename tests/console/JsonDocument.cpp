@@ -1,13 +1,14 @@
 #include "console/JsonDocument.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 using namespace velox::console;
 
 TEST(JsonDocument, HasTheSameShapeForEveryCommand)
 {
     Outcome outcome{ExitCode::Refused, "1 of 2.", "text for people"};
-    outcome.results.push_back({{"file", "a.wav"}, {"accepted", false}});
+    outcome.results.Add({{"file", "a.wav"}, {"accepted", false}});
     EXPECT_EQ(JsonDocument("verify", outcome), R"({
   "schema": "velox-kws/1",
   "command": "verify",

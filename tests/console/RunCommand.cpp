@@ -1,5 +1,7 @@
 #include "console/RunCommand.h"
 
+#include "console/text/CommandFailure.h"
+
 #include <gtest/gtest.h>
 
 #include <sstream>

@@ -1,6 +1,6 @@
 #include "console/audio/AudioFile.h"
 
-#include "console/text/Outcome.h"
+#include "console/text/CommandFailure.h"
 #include "tests/console/support/SoundFile.h"
 #include "tests/engine/support/Signals.h"
 #include "tests/support/TemporaryFolder.h"

@@ -1,20 +1,20 @@
 // velox-kws doctor as a process, and whether its words about the library are true.
 #include "console/doctor/DoctorCommand.h"
 
-#include "VeloxHwKwsImpl.h"
+#include "console/hosting/Detector.h"
+#include "console/hosting/UserModelStream.h"
+#include "console/listening/PatternOrigin.h"
 #include "tests/console/support/DoctorDefects.h"
+#include "tests/console/support/InspectionSamples.h"
 #include "tests/console/support/ProgramRun.h"
-
-#include <windows.h>
-
-#include <objidl.h>
-#include <shlwapi.h>
+#include "tests/engine/support/TinyLanguage.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <array>
 
 using namespace velox::console;
 using nlohmann::json;
@@ -22,89 +22,47 @@ using nlohmann::json;
 namespace
 {
 
-constexpr GUID Detector{0x00112233, 0x4455, 0x6677, {0x88, 0x99, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE, 0xFF}};
 constexpr uint16_t Language = 1033;
 
-class SilentLogger : public IVeloxKeywordDetectorLogger
-{
-public:
-    void Log(uint32_t, uint32_t, const std::string&) override
-    {
-    }
-    void LogWithStatus(uint32_t, uint32_t, const std::string&, int32_t) override
-    {
-    }
-    void LogWithCode(uint32_t, uint32_t, const std::string&, uint32_t) override
-    {
-    }
-    void LogFormat(uint32_t, uint32_t, const char*, ...) override
-    {
-    }
-    void SetLevel(uint32_t) override
-    {
-    }
-    void SetLogToFile(bool) override
-    {
-    }
-};
-
-/// The library on a project, without a user model.
+/// The library on a project, armed while nothing was wrong with it yet.
 class LibraryOn
 {
 public:
-    explicit LibraryOn(const DoctorProject& project)
-        : adapter(
-              KeywordDetectorAdapterImplementation::CreateKeywordDetectorAdapterImpl(&logger, project.Path(), "test", Detector)),
-          stream(SHCreateMemStream(nullptr, 0))
+    explicit LibraryOn(const DoctorProject& project) : detector({project.Path(), "{00112233-4455-6677-8899-AABBCCDDEEFF}"}, {})
     {
-    }
-    LibraryOn(const LibraryOn&) = delete;
-    LibraryOn& operator=(const LibraryOn&) = delete;
-    ~LibraryOn()
-    {
-        stream->Release();
+        EXPECT_TRUE(detector.Arm(EmptyStream().get(), Language).Succeeded());
     }
 
-    /// @param threshold  receives that of the armed block
-    HRESULT Arm(int32_t* threshold = nullptr)
+    /// Whether the operation can be done at all: that a take is refused is no failure of the library's.
+    bool Can(Operation operation)
     {
-        constexpr std::size_t ThresholdOffset = 24;
-        const KeywordSelector selector{1, Language};
-        uint8_t* block = nullptr;
-        const HRESULT result = adapter->BuildArmingPatternData(stream, &selector, 1, &block);
-        if (SUCCEEDED(result) && threshold != nullptr)
-        {
-            std::memcpy(threshold, block + ThresholdOffset, sizeof(*threshold));
-        }
-        CoTaskMemFree(block);
-        return result;
-    }
-
-    HRESULT Announce()
-    {
-        int32_t userModels = 0;
-        uint32_t* keywords = nullptr;
-        uint32_t keywordCount = 0;
-        uint16_t* languages = nullptr;
-        uint32_t languageCount = 0;
-        IMFMediaType* format = nullptr;
-        const HRESULT result =
-            adapter->GetCapabilities(&userModels, &keywords, &keywordCount, &languages, &languageCount, &format);
-        CoTaskMemFree(keywords);
-        CoTaskMemFree(languages);
-        if (format != nullptr)
-        {
-            format->Release();
-        }
-        return result;
+        const Answer answer = Do(operation);
+        return answer.Succeeded() || std::none_of(answer.lines.begin(), answer.lines.end(),
+                                                  [](const LoggedLine& line) { return line.level == VeloxLogLevel::Error; });
     }
 
 private:
-    SilentLogger logger;
-    std::unique_ptr<KeywordDetectorAdapterImplementation::IVeloxKeywordDetectorAdapterImpl,
-                    KeywordDetectorAdapterImplementation::AdapterCustomDeleter>
-        adapter;
-    IStream* stream;
+    Answer Do(Operation operation)
+    {
+        static const std::vector<float> take = TinyLanguage::SayPhrase({0.15, 0.2, 3300.0});
+        const std::array<std::span<const float>, 1> takes{take};
+        switch (operation)
+        {
+        case Operation::Capabilities:
+            return detector.GetCapabilities();
+        case Operation::Verification:
+            return detector.Verify(Language, take);
+        case Operation::Training:
+            return detector.Train(EmptyStream().get(), Language, takes);
+        case Operation::Arming:
+            return detector.Arm(EmptyStream().get(), Language);
+        case Operation::Parsing:
+            return detector.Parse(EmptyStream().get(), InspectionSamples::DetectionResult());
+        }
+        return {E_UNEXPECTED, {}};
+    }
+
+    Detector detector;
 };
 
 bool Promises(const Findings& findings, Operation operation)
@@ -173,13 +131,18 @@ TEST(DoctorCommand, WhatDoctorSaysOfTheLibraryIsTrue)
     {
         SCOPED_TRACE(defect.name);
         const DoctorProject project;
+        LibraryOn library(project);
         defect.damage(project);
         const Findings findings = project.Check().findings;
-        LibraryOn library(project);
-        EXPECT_EQ(SUCCEEDED(library.Announce()), Promises(findings, Operation::Capabilities));
-        if (defect.name != "NoId" && defect.name != "IdIsNoNumber") // 1033 is no language any more
+        library.Expect(Promises(findings, Operation::Capabilities), Operation::Capabilities);
+        if (defect.name == "NoId" || defect.name == "IdIsNoNumber")
         {
-            EXPECT_EQ(SUCCEEDED(library.Arm()), Promises(findings, Operation::Arming));
+            continue; // 1033 is no language any more
+        }
+        // The parsing is of what was armed before, and comes first.
+        for (const Operation operation : {Operation::Parsing, Operation::Verification, Operation::Training, Operation::Arming})
+        {
+            library.Expect(Promises(findings, operation), operation);
         }
     }
 }
@@ -203,8 +166,7 @@ TEST(DoctorCommand, ThresholdsAreTheLibrarys)
         SCOPED_TRACE(own.text);
         const DoctorProject project;
         project.WriteModel("pre_1033.txt", own.text);
-        int32_t threshold = -1;
-        ASSERT_EQ(LibraryOn(project).Arm(&threshold), S_OK);
-        EXPECT_EQ(threshold, own.q8);
+        Detector detector({project.Path(), "{00112233-4455-6677-8899-AABBCCDDEEFF}"}, {});
+        EXPECT_EQ(ThresholdOf(detector.Arm(EmptyStream().get(), Language).pattern), own.q8 / 256.0);
     }
 }

@@ -32,13 +32,14 @@ TEST(FindingText, EverythingIsShownWhenWanted)
 
 TEST(FindingText, JsonHoldsEveryFindingInOrder)
 {
-    const auto json = FindingsJson(Mixed);
+    const auto json = FindingsJson(Mixed).Array();
     ASSERT_EQ(json.size(), 3U);
     EXPECT_EQ(json[0]["severity"], "good");
     EXPECT_EQ(json[2]["line"], 3);
     EXPECT_EQ(json[2]["failures"][1]["operation"], "training");
     EXPECT_EQ(json[2]["failures"][1]["language"], 1033);
-    EXPECT_TRUE(FindingsJson({{Severity::Error, "", 0, "x", {}, {}, FailuresOf({Operation::Arming}, {})}})[0]["line"].is_null());
+    EXPECT_TRUE(
+        FindingsJson({{Severity::Error, "", 0, "x", {}, {}, FailuresOf({Operation::Arming}, {})}}).Array()[0]["line"].is_null());
 }
 
 TEST(FindingText, VerdictCountsAndNamesWhatFails)

@@ -1,5 +1,6 @@
 #include "console/doctor/ModelCheck.h"
 
+#include "console/inspect/Inspection.h"
 #include "engine/models/AcousticModel.h"
 #include "tests/console/support/InspectionSamples.h"
 

@@ -1,6 +1,6 @@
 #include "console/hosting/ConfigurationFile.h"
 
-#include "console/text/Outcome.h"
+#include "console/text/CommandFailure.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

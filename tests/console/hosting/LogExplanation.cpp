@@ -1,5 +1,7 @@
 #include "console/hosting/LogExplanation.h"
 
+#include "console/text/CommandFailure.h"
+
 #include <gmock/gmock.h>
 
 using namespace velox::console;

@@ -1,5 +1,6 @@
 #include "console/inspect/BlockInspection.h"
 
+#include "console/inspect/Inspection.h"
 #include "tests/console/support/InspectionSamples.h"
 
 #include <gmock/gmock.h>

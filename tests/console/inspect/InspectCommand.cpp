@@ -1,11 +1,13 @@
 #include "console/inspect/InspectCommand.h"
 
+#include "console/text/CommandFailure.h"
 #include "console/text/Utf8Path.h"
 #include "tests/console/support/InspectionSamples.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 using namespace velox::console;
 using InspectionSamples::Bytes;
@@ -53,8 +55,8 @@ TEST_F(InspectCommand, ExitCodeAndVerdictFollowFromTheFile)
         const Outcome outcome = Run({Write(own.name, own.bytes)});
         EXPECT_EQ(outcome.exitCode, own.code);
         EXPECT_THAT(outcome.verdict, testing::EndsWith(own.verdict));
-        ASSERT_EQ(outcome.results.size(), 1U);
-        EXPECT_EQ(outcome.results[0]["size"], own.bytes.size());
+        ASSERT_EQ(outcome.results.Count(), 1U);
+        EXPECT_EQ(outcome.results.Array()[0]["size"], own.bytes.size());
     }
 }
 
@@ -80,8 +82,8 @@ TEST_F(InspectCommand, TwoFilesAreComparedAndBothShown)
     const Outcome outcome = Run({first, Write("second", changed)});
     EXPECT_EQ(outcome.exitCode, ExitCode::Refused);
     EXPECT_EQ(outcome.verdict, "The two files differ: 1 field.");
-    ASSERT_EQ(outcome.results.size(), 3U);
-    EXPECT_EQ(outcome.results[2]["fields"][0]["path"], "KpdThreshold");
+    ASSERT_EQ(outcome.results.Count(), 3U);
+    EXPECT_EQ(outcome.results.Array()[2]["fields"][0]["path"], "KpdThreshold");
 }
 
 TEST_F(InspectCommand, FilesWithTheSameBytesAreTheSame)

@@ -1,5 +1,6 @@
 #include "console/inspect/ModelInspection.h"
 
+#include "console/inspect/Inspection.h"
 #include "engine/models/AcousticModel.h"
 #include "tests/console/support/InspectionSamples.h"
 #include "tests/engine/support/BlobDamage.h"
@@ -168,7 +169,7 @@ TEST(ModelInspection, FieldsAreThoseOfTheFormat)
 
     EXPECT_NE(Inspect(InspectionSamples::AcousticModel()).Find("phrase.network.layers"), nullptr);
     EXPECT_NE(Inspect(InspectionSamples::PhraseModel()).Find("firmware.speaker.threshold"), nullptr);
-    EXPECT_EQ(Inspect(InspectionSamples::Population()).Find("peaks")->value, "20");
+    EXPECT_EQ(Inspect(InspectionSamples::Population()).Find("peaks")->value, "3");
 }
 
 TEST(ModelInspection, ErrorInsideANestedModelHasItsWholePath)

@@ -1,7 +1,7 @@
 #include "console/languages/ConfigurationEdit.h"
 
 #include "console/hosting/ConfigurationFile.h"
-#include "console/text/Outcome.h"
+#include "console/text/CommandFailure.h"
 #include "console/text/Utf8Path.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -14,16 +14,7 @@ namespace
 
 using testing::HasSubstr;
 using testing::Not;
-using velox::console::AddLanguage;
-using velox::console::CommandFailure;
-using velox::console::ConfigurationFile;
-using velox::console::ConfiguredLanguage;
-using velox::console::DefaultQualityThreshold;
-using velox::console::ExitCode;
-using velox::console::LanguageEntry;
-using velox::console::PathFromUtf8;
-using velox::console::ReadConfigurationFile;
-using velox::console::Utf8;
+using namespace velox::console;
 
 class ConfigurationEdit : public testing::Test
 {
@@ -74,8 +65,6 @@ protected:
 
     TemporaryFolder folder;
 };
-
-} // namespace
 
 TEST_F(ConfigurationEdit, ANewConfigurationHasEverythingThatTheLibraryReads)
 {
@@ -171,3 +160,5 @@ TEST_F(ConfigurationEdit, AMalformedConfigurationIsLeftAlone)
         EXPECT_EQ(ReadWholeFile(Utf8(File())), own.text);
     }
 }
+
+} // namespace

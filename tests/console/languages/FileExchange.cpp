@@ -1,7 +1,7 @@
 #include "console/languages/FileExchange.h"
 
+#include "console/text/CommandFailure.h"
 #include "console/text/Interruption.h"
-#include "console/text/Outcome.h"
 #include "console/text/Utf8Path.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -13,12 +13,7 @@
 namespace
 {
 
-using velox::console::CommandFailure;
-using velox::console::ExitCode;
-using velox::console::ForgetInterruption;
-using velox::console::PathFromUtf8;
-using velox::console::RequestInterruption;
-using velox::console::Utf8;
+using namespace velox::console;
 
 std::span<const uint8_t> Bytes(std::string_view text)
 {
@@ -43,8 +38,6 @@ protected:
 
     TemporaryFolder folder;
 };
-
-} // namespace
 
 TEST_F(FileExchange, FilesStandThereOnceTheyAreKept)
 {
@@ -140,3 +133,5 @@ TEST_F(FileExchange, WhatAKilledRunLeftIsClearedAway)
     exchange.Keep();
     EXPECT_EQ(Entries(), 0);
 }
+
+} // namespace

@@ -1,5 +1,6 @@
 #include "console/languages/LanguageRecordings.h"
 
+#include "console/text/CommandFailure.h"
 #include "console/text/Interruption.h"
 #include "console/text/Utf8Path.h"
 #include "tests/console/support/SoundFile.h"
@@ -15,15 +16,7 @@ namespace
 
 using testing::HasSubstr;
 using testing::SizeIs;
-using velox::console::CommandFailure;
-using velox::console::ExitCode;
-using velox::console::ForgetInterruption;
-using velox::console::PathFromUtf8;
-using velox::console::Progress;
-using velox::console::ReadLanguageRecordings;
-using velox::console::RequestInterruption;
-using velox::console::Utf8;
-using velox::console::VoiceOf;
+using namespace velox::console;
 
 class LanguageRecordings : public testing::Test
 {
@@ -47,8 +40,6 @@ protected:
     TemporaryFolder folder;
     Progress progress{nullptr};
 };
-
-} // namespace
 
 TEST_F(LanguageRecordings, AVoiceIsASubFolderOrTheNamesBeginning)
 {
@@ -156,3 +147,5 @@ TEST_F(LanguageRecordings, CanBeInterrupted)
     EXPECT_THROW(Read(), CommandFailure);
     ForgetInterruption();
 }
+
+} // namespace

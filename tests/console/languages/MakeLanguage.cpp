@@ -2,12 +2,14 @@
 
 #include "console/hosting/ConfigurationFile.h"
 #include "console/hosting/StandInModels.h"
+#include "console/text/CommandFailure.h"
 #include "console/text/Interruption.h"
 #include "console/text/Utf8Path.h"
 #include "console/text/WriteWhole.h"
 #include "tests/console/support/LanguageMaterialFolder.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <array>
 #include <chrono>
@@ -17,22 +19,7 @@ namespace
 {
 
 using testing::HasSubstr;
-using velox::console::CommandFailure;
-using velox::console::ConfigurationFile;
-using velox::console::Context;
-using velox::console::ExitCode;
-using velox::console::ForgetInterruption;
-using velox::console::LanguageRequest;
-using velox::console::LogOptions;
-using velox::console::Outcome;
-using velox::console::PathFromUtf8;
-using velox::console::Progress;
-using velox::console::ReadConfigurationFile;
-using velox::console::ReadThreshold;
-using velox::console::ReadWhole;
-using velox::console::ReadWholePhraseModel;
-using velox::console::RequestInterruption;
-using velox::console::Style;
+using namespace velox::console;
 
 constexpr std::array Files{"kp_1033.bin", "am_1033.bin", "zn_1033.bin", "fw_1033.bin", "kpd_pre_1033.txt", "kpd_user_1033.txt"};
 
@@ -42,20 +29,6 @@ protected:
     void TearDown() override
     {
         ForgetInterruption();
-    }
-
-    /// A training that learns next to nothing, quickly.
-    LanguageRequest Request() const
-    {
-        LanguageRequest request;
-        request.language = 1033;
-        request.takes = PathFromUtf8(folder.Path("takes"));
-        request.background = {PathFromUtf8(folder.Path("other"))};
-        request.folder = PathFromUtf8(folder.Path("models"));
-        request.configuration = PathFromUtf8(folder.Path("config.xml"));
-        request.batches = 2;
-        request.copies = 1;
-        return request;
     }
 
     Outcome Run(const LanguageRequest& request)
@@ -95,20 +68,18 @@ protected:
     LogOptions log;
 };
 
-} // namespace
-
 TEST_F(MakeLanguage, WritesModelsThresholdsAndTheConfigurationAndTheSameAgain)
 {
-    LanguageRequest request = Request();
+    LanguageRequest request = folder.Request();
     const Outcome outcome = Run(request);
     EXPECT_EQ(outcome.exitCode, ExitCode::Success);
     EXPECT_THAT(outcome.verdict, HasSubstr("Language 1033 (en-US) is learned"));
     EXPECT_THAT(outcome.text, HasSubstr("8 takes of 4 voices, 0.02 h of background"));
     EXPECT_THAT(outcome.text, HasSubstr("Only 4 voices say the phrase"));
     EXPECT_THAT(outcome.text, HasSubstr("between 0.00 and 1"));
-    ASSERT_EQ(outcome.results.size(), 1U);
-    EXPECT_EQ(outcome.results[0]["preDefinedThreshold"], 100.0);
-    EXPECT_EQ(outcome.results[0]["warnings"].size(), 2U);
+    ASSERT_EQ(outcome.results.Count(), 1U);
+    EXPECT_EQ(outcome.results.Array()[0]["preDefinedThreshold"], 100.0);
+    EXPECT_EQ(outcome.results.Array()[0]["warnings"].size(), 2U);
 
     const std::filesystem::path models = PathFromUtf8(folder.Path("models"));
     const ConfigurationFile configuration = ReadConfigurationFile(request.configuration);
@@ -125,13 +96,13 @@ TEST_F(MakeLanguage, WritesModelsThresholdsAndTheConfigurationAndTheSameAgain)
     const auto first = Written();
     ExpectFailure(request, ExitCode::BadConfiguration, "already");
     request.replace = true;
-    EXPECT_EQ(Run(request).results[0]["replaced"], true);
+    EXPECT_EQ(Run(request).results.Array()[0]["replaced"], true);
     EXPECT_EQ(Written(), first);
 }
 
 TEST_F(MakeLanguage, TheTargetSetsTheThresholds)
 {
-    LanguageRequest request = Request();
+    LanguageRequest request = folder.Request();
     request.falseAlarmsPerHour = 5.0;
     request.name = "fast";
     request.configuration = PathFromUtf8(folder.Path("models/config.xml"));
@@ -139,25 +110,25 @@ TEST_F(MakeLanguage, TheTargetSetsTheThresholds)
     const Outcome outcome = Run(request);
     EXPECT_NEAR(*ReadThreshold(request.folder / "kpd_pre_fast.txt"), 76.974, 0.01);
     EXPECT_TRUE(std::filesystem::exists(request.configuration));
-    EXPECT_EQ(outcome.results[0]["leftOut"][0]["code"], "NoSpeech");
+    EXPECT_EQ(outcome.results.Array()[0]["leftOut"][0]["code"], "NoSpeech");
     EXPECT_THAT(outcome.text, HasSubstr("quiet.wav: no speech in 1.00 s"));
 }
 
 TEST_F(MakeLanguage, RefusalsAreToldBeforeTheTrainingAndLeaveNothing)
 {
-    LanguageRequest request = Request();
+    LanguageRequest request = folder.Request();
     request.takes = PathFromUtf8(folder.Path("missing"));
     ExpectFailure(request, ExitCode::BadInput, "There is no folder");
 
-    request = Request();
+    request = folder.Request();
     request.takes = PathFromUtf8(folder.Path("takes/voice 0/take 0.wav"));
     ExpectFailure(request, ExitCode::BadInput, "holds 1 recording of the phrase that can be used; at least 2");
 
-    request = Request();
+    request = folder.Request();
     request.background = {PathFromUtf8(folder.Path("other/0.wav"))};
     ExpectFailure(request, ExitCode::BadInput, "s of background; at least 60 s");
 
-    request = Request();
+    request = folder.Request();
     request.folder = PathFromUtf8(folder.Path("other/0.wav"));
     ExpectFailure(request, ExitCode::WriteFailed, "Cannot write");
     EXPECT_TRUE(folder.HoldsOnlyMaterial());
@@ -167,13 +138,13 @@ TEST_F(MakeLanguage, FilesOfNobodyAreNotOverwrittenUnasked)
 {
     std::filesystem::create_directories(PathFromUtf8(folder.Path("models")));
     WriteWholeFile(folder.Path("models/fw_1033.bin"), "mine");
-    ExpectFailure(Request(), ExitCode::WriteFailed, "is there already");
+    ExpectFailure(folder.Request(), ExitCode::WriteFailed, "is there already");
     EXPECT_EQ(ReadWholeFile(folder.Path("models/fw_1033.bin")), "mine");
 }
 
 TEST_F(MakeLanguage, AConfigurationThatCannotBeWrittenTakesTheModelsWithIt)
 {
-    LanguageRequest request = Request();
+    LanguageRequest request = folder.Request();
     request.configuration = PathFromUtf8(folder.Path("models/constraints.txt/config.xml"));
     ExpectFailure(request, ExitCode::WriteFailed, "config.xml");
     EXPECT_TRUE(folder.HoldsOnlyMaterial());
@@ -181,12 +152,15 @@ TEST_F(MakeLanguage, AConfigurationThatCannotBeWrittenTakesTheModelsWithIt)
 
 TEST_F(MakeLanguage, InterruptedItLeavesNothing)
 {
-    LanguageRequest request = Request();
+    LanguageRequest request = folder.Request();
     request.batches = 100'000;
-    std::jthread control([] {
-        std::this_thread::sleep_for(std::chrono::seconds(2));
+    std::jthread control([this] {
+        std::this_thread::sleep_for(std::chrono::seconds(1));
+        EXPECT_TRUE(folder.HoldsOnlyMaterial());
         RequestInterruption();
     });
     ExpectFailure(request, ExitCode::Interrupted, "");
     EXPECT_TRUE(folder.HoldsOnlyMaterial());
 }
+
+} // namespace

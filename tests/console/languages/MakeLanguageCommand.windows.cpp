@@ -137,10 +137,27 @@ TEST_F(MakeLanguageCommand, AMalformedConfigurationIsTold)
     EXPECT_EQ(ReadWholeFile(folder.Path("config.xml")), "<a>");
 }
 
-TEST_F(MakeLanguageCommand, KilledInTheMiddleItLeavesNothing)
+TEST_F(MakeLanguageCommand, KilledWhileItWritesItLeavesNoConfigurationWithoutItsFiles)
 {
-    const RunningProgram program(Line({"--batches", "100000"}));
-    ASSERT_TRUE(program.RunsFor(5000));
+    const std::filesystem::path models = PathFromUtf8(folder.Path("models"));
+    const std::filesystem::path configuration = PathFromUtf8(folder.Path("config.xml"));
+    const auto writes = [&] {
+        return std::filesystem::exists(models / ".velox-kws-new" / "kp_1033.bin") ||
+               std::filesystem::exists(models / "kp_1033.bin");
+    };
+    const RunningProgram program(Line({"--batches", "2"}));
+    while (!writes() && program.RunsFor(0))
+    {
+    }
     program.Kill();
-    EXPECT_TRUE(folder.HoldsOnlyMaterial());
+    ASSERT_TRUE(writes());
+    for (const std::string name :
+         {"kp_1033.bin", "am_1033.bin", "zn_1033.bin", "fw_1033.bin", "kpd_pre_1033.txt", "kpd_user_1033.txt"})
+    {
+        EXPECT_TRUE(!std::filesystem::exists(configuration) || std::filesystem::exists(models / name)) << name;
+    }
+    // The next one makes everything whole, and clears the rest away.
+    EXPECT_EQ(RunVeloxKws(Line({"--batches", "2", "--replace"})).exitCode, 0);
+    EXPECT_TRUE(std::filesystem::exists(configuration));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(models), {}), 7);
 }

@@ -10,6 +10,7 @@
 
 #include <CLI/CLI.hpp>
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <array>
 #include <filesystem>
@@ -96,8 +97,8 @@ TEST_F(ListenCommand, HearsPhrasesAndParsesThemWithTheLibrary)
     const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), Phrases("two.wav", 2)});
     EXPECT_EQ(outcome.exitCode, ExitCode::Success) << outcome.text;
     EXPECT_EQ(outcome.verdict, "2 detections in 3.2 s.");
-    ASSERT_THAT(outcome.results, SizeIs(1));
-    const Json& detections = outcome.results[0]["detections"];
+    ASSERT_THAT(outcome.results.Array(), SizeIs(1));
+    const Json& detections = outcome.results.Array()[0]["detections"];
     ASSERT_THAT(detections, SizeIs(2));
     for (const Json& detection : detections)
     {
@@ -120,9 +121,9 @@ TEST_F(ListenCommand, AUsersPatternIsAUserMatch)
     Arm("pattern.bin", ToneProject::English, model);
     const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), "--model", model, Phrases("one.wav", 1)});
     EXPECT_EQ(outcome.exitCode, ExitCode::Success) << outcome.text;
-    EXPECT_EQ(outcome.results[0]["userModel"], true);
-    EXPECT_EQ(outcome.results[0]["threshold"], 60.0);
-    EXPECT_EQ(outcome.results[0]["detections"][0]["userMatch"], true);
+    EXPECT_EQ(outcome.results.Array()[0]["userModel"], true);
+    EXPECT_EQ(outcome.results.Array()[0]["threshold"], 60.0);
+    EXPECT_EQ(outcome.results.Array()[0]["detections"][0]["userMatch"], true);
     EXPECT_EQ(outcome.text.find("Note:"), std::string::npos) << outcome.text;
 }
 
@@ -133,7 +134,7 @@ TEST_F(ListenCommand, AUsersPatternWithoutTheModelIsNoted)
     EXPECT_THAT(outcome.text,
                 HasSubstr("The library builds another pattern for language 1033 (en-US) now, with a threshold of 70.0 "
                           "instead of 60.0, with another model"));
-    EXPECT_EQ(outcome.results[0]["detections"][0]["userMatch"], false);
+    EXPECT_EQ(outcome.results.Array()[0]["detections"][0]["userMatch"], false);
 }
 
 TEST_F(ListenCommand, TheLanguageIsTheOneWhosePatternItIs)
@@ -141,8 +142,8 @@ TEST_F(ListenCommand, TheLanguageIsTheOneWhosePatternItIs)
     project.AddItalian();
     Arm("pattern.bin", ToneProject::Italian);
     const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), Phrases("one.wav", 1)});
-    EXPECT_EQ(outcome.results[0]["detections"][0]["language"], 1040);
-    EXPECT_EQ(outcome.results[0]["threshold"], 80.0);
+    EXPECT_EQ(outcome.results.Array()[0]["detections"][0]["language"], 1040);
+    EXPECT_EQ(outcome.results.Array()[0]["threshold"], 80.0);
 }
 
 TEST_F(ListenCommand, APatternOfNoneOfTheLanguagesNeedsOneNamed)
@@ -158,7 +159,7 @@ TEST_F(ListenCommand, APatternOfNoneOfTheLanguagesNeedsOneNamed)
 
     const Outcome named = Listen({"--pattern", project.File("pattern.bin"), "--language", "it-IT", one});
     EXPECT_EQ(named.exitCode, ExitCode::Success);
-    EXPECT_EQ(named.results[0]["detections"][0]["language"], 1040);
+    EXPECT_EQ(named.results.Array()[0]["detections"][0]["language"], 1040);
     EXPECT_THAT(named.text, HasSubstr("with a threshold of 81.0 instead of 80.0. "));
 }
 
@@ -167,7 +168,7 @@ TEST_F(ListenCommand, CounterOffsetAndDriftReachTheHost)
     Arm("pattern.bin", ToneProject::English);
     const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), "--offset", "1000000000000", "--drift", "-100",
                                     "--block", "250", Phrases("one.wav", 1)});
-    const Json& detection = outcome.results[0]["detections"][0];
+    const Json& detection = outcome.results.Array()[0]["detections"][0];
     EXPECT_NEAR(detection["keywordStart"].get<double>() - 1e12, detection["start"].get<double>() * 1e7 * 0.9999, 1.0);
 }
 
@@ -185,7 +186,7 @@ TEST_F(ListenCommand, SavesEachBlockUnderTheRecordingsName)
         EXPECT_EQ(block[0], 60);
         EXPECT_EQ(block[48], 1);
     }
-    EXPECT_THAT(outcome.results[1]["detections"][0]["block"].get<std::string>(), EndsWith("one-003.result"));
+    EXPECT_THAT(outcome.results.Array()[1]["detections"][0]["block"].get<std::string>(), EndsWith("one-003.result"));
 }
 
 TEST_F(ListenCommand, AFolderThatCannotBeMadeIsAWriteFailure)

@@ -1,6 +1,6 @@
 #include "console/listening/Listening.h"
 
-#include "console/text/Outcome.h"
+#include "console/text/CommandFailure.h"
 #include "tests/engine/support/TinyLanguage.h"
 #include "tests/firmware/support/HandMadePattern.h"
 

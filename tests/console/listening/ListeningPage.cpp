@@ -1,5 +1,7 @@
 #include "console/listening/ListeningPage.h"
 
+#include "console/listening/ListeningReport.h"
+
 #include <gmock/gmock.h>
 
 namespace

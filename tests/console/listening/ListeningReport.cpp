@@ -1,6 +1,7 @@
 #include "console/listening/ListeningReport.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <cmath>
 
@@ -82,7 +83,7 @@ TEST(ListeningReport, TellsMachinesTheSame)
     file.heard.highestSilent = 91 * 256 + 64;
     file.savedBlocks = {"blocks/evening-001.result"};
     const Outcome outcome = OutcomeOf({file, File("silence.wav", 1.0)});
-    EXPECT_EQ(outcome.results, nlohmann::ordered_json::parse(R"([
+    EXPECT_EQ(outcome.results.Array(), nlohmann::ordered_json::parse(R"([
         {"file": "evening.wav", "seconds": 10.0, "conversion": "", "threshold": 100.0, "userModel": true,
          "detections": [{"start": 1.25, "end": 1.75, "score": 104.5, "threshold": 100.0, "phraseScore": 104.5,
                          "result": "0x00000000 S_OK", "keywordId": 1, "language": 1033, "userMatch": true,
@@ -115,7 +116,7 @@ TEST(ListeningReport, ABlockThatTheLibraryRefusesIsItsFailure)
     EXPECT_EQ(outcome.verdict, "The library refused 1 of 2 result blocks in 10.0 s.");
     EXPECT_THAT(outcome.text, HasSubstr("reported  score 104.5, threshold 100.0; the library refuses the block: 0x80070057 "
                                         "E_INVALIDARG It is too short.\n"));
-    EXPECT_TRUE(outcome.results[0]["detections"][1]["userMatch"].is_null());
+    EXPECT_TRUE(outcome.results.Array()[0]["detections"][1]["userMatch"].is_null());
 }
 
 TEST(ListeningReport, AnotherKeywordIsNoMatch)
@@ -137,7 +138,7 @@ TEST(ListeningReport, AResetIsToldWithWhatWasNotHeard)
     EXPECT_EQ(outcome.exitCode, ExitCode::Refused);
     EXPECT_EQ(outcome.verdict, "The DSP reset itself in 1 file and was deaf from then on.");
     EXPECT_THAT(outcome.text, HasSubstr("  0:01.50  the DSP reset itself. Nothing after it was heard (8.5 s)"));
-    EXPECT_EQ(outcome.results[0]["deafFrom"], 1.5);
+    EXPECT_EQ(outcome.results.Array()[0]["deafFrom"], 1.5);
 }
 
 TEST(ListeningReport, ANearMissHasItsReason)

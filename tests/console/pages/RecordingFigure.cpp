@@ -143,21 +143,6 @@ TEST(RecordingFigure, AQuietRecordingIsEnlargedAndSaysSo)
     EXPECT_THAT(RecordingFigure(recording, 1), HasSubstr("full scale is 1: highest sample 0 dB"));
 }
 
-TEST(RecordingFigure, TheWaveKeepsEveryPeakOfALongRecording)
-{
-    std::vector<float> samples(1'000'000, 0.0F);
-    samples[0] = 0.5F;
-    samples[654'321] = -0.9F;
-    samples[999'999] = 0.7F;
-    const std::vector<SampleRange> wave = WaveOf(samples);
-    ASSERT_EQ(wave.size(), MostWaveStretches);
-    EXPECT_EQ(wave.front().most, 0.5F);
-    EXPECT_EQ(wave[654'321 * MostWaveStretches / 1'000'000].least, -0.9F);
-    EXPECT_EQ(wave.back().most, 0.7F);
-    EXPECT_EQ(WaveOf(std::vector{0.1F, 0.2F}).size(), 2U);
-    EXPECT_TRUE(WaveOf({}).empty());
-}
-
 TEST(RecordingFigure, TimesAreWrittenAsPeopleReadThem)
 {
     EXPECT_EQ(PlaceText(0.5, 1.25), "0.50 s to 1.25 s");

@@ -78,7 +78,9 @@ Bytes AcousticModel()
 
 Bytes Population()
 {
-    return WritePopulation(TinyLanguage::Background());
+    velox::engine::Population few = TinyLanguage::Background();
+    few.peaks.resize(3); // as good as all: tests damage every byte
+    return WritePopulation(few);
 }
 
 Bytes PhraseModel()

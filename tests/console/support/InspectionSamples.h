@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/inspect/Inspection.h"
+#include "console/inspect/InspectionRecord.h"
 
 #include <cstdint>
 #include <string>

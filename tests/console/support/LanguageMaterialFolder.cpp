@@ -32,6 +32,19 @@ void LanguageMaterialFolder::Record(const std::string& name, std::span<const flo
     SoundFile::Write(file, SoundFile::FloatWav(samples));
 }
 
+velox::console::LanguageRequest LanguageMaterialFolder::Request() const
+{
+    velox::console::LanguageRequest request;
+    request.language = 1033;
+    request.takes = PathFromUtf8(Path("takes"));
+    request.background = {PathFromUtf8(Path("other"))};
+    request.folder = PathFromUtf8(Path("models"));
+    request.configuration = PathFromUtf8(Path("config.xml"));
+    request.batches = 2;
+    request.copies = 1;
+    return request;
+}
+
 bool LanguageMaterialFolder::HoldsOnlyMaterial() const
 {
     return std::distance(std::filesystem::directory_iterator(PathFromUtf8(folder.Path())), {}) == 2;

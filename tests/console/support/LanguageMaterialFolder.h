@@ -1,5 +1,6 @@
 #pragma once
 
+#include "console/languages/MakeLanguage.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <filesystem>
@@ -15,6 +16,9 @@ public:
     /// UTF-8.
     std::string Path(const std::string& name) const;
     void Record(const std::string& name, std::span<const float> samples) const;
+
+    /// To learn next to nothing from it, quickly: models in "models", the configuration in "config.xml".
+    velox::console::LanguageRequest Request() const;
 
     /// Whether nothing of a language is there but the material.
     bool HoldsOnlyMaterial() const;

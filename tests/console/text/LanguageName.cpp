@@ -1,6 +1,6 @@
 #include "console/text/LanguageName.h"
 
-#include "console/text/Outcome.h"
+#include "console/text/CommandFailure.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "console/text/Progress.h"
 
+#include "console/text/CommandFailure.h"
 #include "console/text/Interruption.h"
-#include "console/text/Outcome.h"
 
 #include <gmock/gmock.h>
 

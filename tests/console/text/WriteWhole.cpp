@@ -1,7 +1,7 @@
 #include "console/text/WriteWhole.h"
 
+#include "console/text/CommandFailure.h"
 #include "console/text/Interruption.h"
-#include "console/text/Outcome.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

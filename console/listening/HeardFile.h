@@ -1,0 +1,34 @@
+#pragma once
+
+#include "console/listening/Listening.h"
+#include "console/listening/ListeningCurves.h"
+#include "console/pages/Report.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace velox::console
+{
+
+/// A file that was listened to.
+struct HeardFile
+{
+    std::string name;
+    std::string conversion; ///< what was done to its audio; empty when nothing was
+    Heard heard;
+    std::vector<std::string> savedBlocks{}; ///< a file for each detection; empty when none were saved
+    std::vector<SampleRange> wave{};        ///< for a report page
+    ListeningCurves curves{};               ///< for a report page
+};
+
+/// What listen was asked for, besides the audio.
+struct ListeningSubject
+{
+    std::string patternName;
+    std::size_t patternSize = 0;
+    uint16_t language = 0;
+    std::vector<std::string> notes; ///< what is odd about the pattern or the fault
+};
+
+} // namespace velox::console

@@ -1,0 +1,69 @@
+#include "evaluation/Floors.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <regex>
+
+using namespace velox::evaluation;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace
+{
+
+constexpr const char* Clean = "a: predefined, missed, clean";
+
+/// The names of all floors: without figures each is broken.
+std::vector<std::string> Names()
+{
+    std::vector<std::string> names;
+    for (const std::string& line : BrokenFloors({}))
+    {
+        std::smatch found;
+        EXPECT_TRUE(std::regex_match(line, found, std::regex("there is no figure \"(.*)\""))) << line;
+        names.push_back(found[1]);
+    }
+    return names;
+}
+
+Report With(const std::string& name, double figure)
+{
+    Report report;
+    for (const std::string& other : Names())
+    {
+        report.Add(other, other == name ? figure : 0.0, -1.0);
+    }
+    return report;
+}
+
+} // namespace
+
+TEST(Floors, AreOfFiguresThatDoNotDependOnTheMachine)
+{
+    const std::vector<std::string> names = Names();
+    EXPECT_THAT(names, testing::Contains(Clean));
+    for (const char* timed : {"real-time", "seconds"})
+    {
+        EXPECT_TRUE(std::none_of(names.begin(), names.end(),
+                                 [&](const std::string& name) { return name.find(timed) != std::string::npos; }));
+    }
+}
+
+TEST(Floors, HoldForAnEngineThatErrsNowhereAndBreakOneByOne)
+{
+    EXPECT_THAT(BrokenFloors(With("", 0.0)), IsEmpty());
+    for (const std::string& name : Names())
+    {
+        SCOPED_TRACE(name);
+        const std::vector<std::string> broken = BrokenFloors(With(name, 99.5));
+        ASSERT_EQ(broken.size(), 1U);
+        EXPECT_TRUE(broken[0].starts_with(name + ": 99.5 is worse than "));
+    }
+}
+
+TEST(Floors, TheFloorItselfIsNotBroken)
+{
+    EXPECT_THAT(BrokenFloors(With(Clean, 9.4)), IsEmpty());
+    EXPECT_THAT(BrokenFloors(With(Clean, 9.41)), ElementsAre(std::string(Clean) + ": 9.41 is worse than 9.4"));
+}

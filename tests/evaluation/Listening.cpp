@@ -1,0 +1,67 @@
+#include "evaluation/Listening.h"
+
+#include "tests/engine/support/TinyLanguage.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+using namespace velox;
+using namespace velox::evaluation;
+
+namespace
+{
+
+Clip Saying(const std::vector<std::size_t>& tones)
+{
+    return {{}, TinyLanguage::Say(tones, 16'000, 16'000)};
+}
+
+const engine::PhraseModel& Model()
+{
+    static const engine::PhraseModel model = TinyLanguage::Phrase();
+    return model;
+}
+
+const Condition AsItIs{"as it is", [](std::span<const float> clip, uint64_t) {
+                           return std::vector<float>(clip.begin(), clip.end());
+                       }};
+
+} // namespace
+
+TEST(Listening, APhraseAtTheVeryEndIsFound)
+{
+    const std::vector<std::size_t> phrase{0, 1, 2, 3};
+    const std::vector<engine::Detection> found = Listen(Model(), TinyLanguage::Say(phrase, 16'000, 0));
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0].endSample, Listen(Model(), TinyLanguage::Say(phrase, 16'000, 16'000)).at(0).endSample);
+    EXPECT_TRUE(Listen(Model(), std::vector<float>(16'000)).empty());
+    EXPECT_TRUE(Listen(Model(), {}).empty());
+}
+
+TEST(Listening, EachClipHasItsBestDetectionOrNone)
+{
+    const std::vector<Clip> clips{Saying({0, 1, 2, 3}), Saying({3, 2, 1, 0})};
+    engine::WorkerPool pool(2);
+    const std::vector<Outcome> outcomes = ListenToClips(Model(), clips, AsItIs, &pool);
+    ASSERT_EQ(outcomes.size(), 2U);
+    EXPECT_EQ(outcomes[0].clip, &clips[0]);
+    EXPECT_EQ(outcomes[0].best.score, Listen(Model(), clips[0].samples).at(0).score);
+    EXPECT_EQ(outcomes[1].clip, &clips[1]);
+    EXPECT_EQ(outcomes[1].best.score, 0.0F);
+}
+
+TEST(Listening, BackgroundGivesTheSameScoresWhateverTheThreads)
+{
+    std::vector<Clip> background;
+    for (int i = 0; i < 12; ++i)
+    {
+        background.push_back(Saying(i % 3 == 0 ? std::vector<std::size_t>{0, 1, 2, 3} : std::vector<std::size_t>{4, 5}));
+    }
+    engine::WorkerPool one(1);
+    engine::WorkerPool two(2);
+    const std::vector<float> scores = ListenToBackground(Model(), background, &one);
+    EXPECT_EQ(scores.size(), 4U);
+    EXPECT_TRUE(std::is_sorted(scores.rbegin(), scores.rend()));
+    EXPECT_EQ(ListenToBackground(Model(), background, &two), scores);
+}
