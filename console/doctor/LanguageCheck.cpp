@@ -23,22 +23,25 @@ struct FileRole
 {
     const char* element;
     std::string_view what;
-    std::string_view without; ///< what its absence leads to, besides the failures
-    std::initializer_list<Operation> neededFor;
+    std::string_view without;                       ///< what its absence leads to, besides the failures
+    std::initializer_list<Operation> neededFor;     ///< the element with a name
+    std::initializer_list<Operation> fileNeededFor; ///< what the name stands for
     bool threshold;
 };
 
 constexpr std::initializer_list<Operation> EngineOperations{Verification, Training};
+constexpr std::initializer_list<Operation> VerificationOnly{Verification};
 constexpr std::initializer_list<Operation> ArmingOnly{Arming};
 constexpr std::initializer_list<Operation> AllButCapabilities{Verification, Training, Arming, Parsing};
 
 constexpr FileRole Roles[]{
-    {"keyphraseModel", "key-phrase model", "", EngineOperations, false},
-    {"acousticModel", "acoustic model", "", EngineOperations, false},
-    {"znormPopulation", "ZNorm population", "", EngineOperations, false},
-    {"fwBlob", "firmware model", "Who has no model of their own cannot use the detector.", ArmingOnly, false},
-    {"preDefinedKpdSensitivity", "threshold of the predefined model", "", AllButCapabilities, true},
-    {"userDefinedKpdSensitivity", "threshold of a user's model", "", AllButCapabilities, true},
+    // Training asks for its name, too, and goes on without the file.
+    {"keyphraseModel", "key-phrase model", "", EngineOperations, VerificationOnly, false},
+    {"acousticModel", "acoustic model", "", EngineOperations, EngineOperations, false},
+    {"znormPopulation", "ZNorm population", "", EngineOperations, EngineOperations, false},
+    {"fwBlob", "firmware model", "Who has no model of their own cannot use the detector.", ArmingOnly, ArmingOnly, false},
+    {"preDefinedKpdSensitivity", "threshold of the predefined model", "", AllButCapabilities, AllButCapabilities, true},
+    {"userDefinedKpdSensitivity", "threshold of a user's model", "", AllButCapabilities, AllButCapabilities, true},
 };
 
 /// Gathers the findings of one language.
@@ -168,7 +171,7 @@ bool Checker::CheckFile(const FileRole& role)
             blanks ? fmt::format("Write <{0}>{1}</{0}> on one line: blanks and line ends belong to the name.", role.element,
                                  "file name")
                    : absence.fix,
-            role.neededFor);
+            role.fileNeededFor);
     }
     else if (role.threshold)
     {
@@ -186,7 +189,7 @@ void Checker::CheckModel(const FileRole& role, int line, const NamedFile& file) 
     if (file.size == 0)
     {
         Add(At(line, Severity::Error, fmt::format("the {} \"{}\" is empty.", role.what, file.path)), std::string(role.without),
-            "Put the model there again; the copy may have failed.", role.neededFor);
+            "Put the model there again; the copy may have failed.", role.fileNeededFor);
         return;
     }
     if (file.size > NamedFile::LargestInspected)
@@ -198,7 +201,7 @@ void Checker::CheckModel(const FileRole& role, int line, const NamedFile& file) 
     const ModelVerdict verdict = CheckModelFile(role.element, surroundings.files.Inspected(file.path));
     Add(At(line, verdict.severity, fmt::format("the {} \"{}\", {} bytes, {}.", role.what, file.path, file.size, verdict.message)),
         verdict.effect, verdict.fix);
-    findings->back().failures = FailuresOf(verdict.engineRefuses ? role.neededFor : std::initializer_list<Operation>{}, id);
+    findings->back().failures = FailuresOf(verdict.engineRefuses ? role.fileNeededFor : std::initializer_list<Operation>{}, id);
 }
 
 void Checker::CheckModelsFit() const

@@ -46,7 +46,7 @@ TEST_F(Detector, TellsWhatTheLibraryAnnounces)
     EXPECT_THAT(answer.languages, ElementsAre(ToneProject::English));
     EXPECT_EQ(answer.samplesPerSecond, 16'000U);
     EXPECT_EQ(answer.channels, 1U);
-    EXPECT_EQ(answer.bitsPerSample, 32U);
+    EXPECT_EQ(answer.bitsPerSample, 16U);
 }
 
 TEST_F(Detector, TrainsArmsAndParsesForAUser)
