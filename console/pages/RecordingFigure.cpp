@@ -160,10 +160,10 @@ std::string Figure::Draw(const Panel& panel, std::string_view shapes) const
 std::string Figure::Grid() const
 {
     std::string lines;
-    for (double second = step; second < recording.seconds; second += step)
+    for (int line = 1; line * step < recording.seconds; ++line)
     {
-        lines +=
-            fmt::format("<line class=\"grid\" x1=\"{0:.1f}\" x2=\"{0:.1f}\" y1=\"0\" y2=\"{1:.0f}\"/>\n", Across(second), Height);
+        lines += fmt::format("<line class=\"grid\" x1=\"{0:.1f}\" x2=\"{0:.1f}\" y1=\"0\" y2=\"{1:.0f}\"/>\n",
+                             Across(line * step), Height);
     }
     return lines;
 }
@@ -355,8 +355,9 @@ std::string Figure::Score() const
 std::string Figure::TimeAxis() const
 {
     std::string ticks;
-    for (double second = 0.0; second <= recording.seconds * 1.0001; second += step)
+    for (int tick = 0; tick * step <= recording.seconds * 1.0001; ++tick)
     {
+        const double second = tick * step;
         const std::string text =
             recording.seconds < 60.0 ? fmt::format("{:.{}f} s", second, step < 1.0 ? 1 : 0) : Clock(second, 0);
         const double left = 100.0 * Across(second) / Width;

@@ -1,0 +1,56 @@
+#include "evaluation/Trial.h"
+
+#include "tests/engine/support/TinyLanguage.h"
+
+#include <gmock/gmock.h>
+
+using namespace velox;
+using namespace velox::evaluation;
+using testing::HasSubstr;
+
+namespace
+{
+
+Clip Saying(const std::vector<std::size_t>& tones, const std::string& set)
+{
+    return {{"dev", "a", set, "espeak", "m1", set + ".wav"}, TinyLanguage::Say(tones, 4'000, 4'000)};
+}
+
+/// Two takes of which one is silent, a near phrase that is one and one that is none, a minute of background with the phrase in
+/// it.
+Judged Material()
+{
+    Judged judged;
+    judged.phrase = "a";
+    judged.takes = {Saying({0, 1, 2, 3}, "take"),
+                    {{"dev", "a", "take", "flite", "slt", "silent.wav"}, std::vector<float>(16'000)}};
+    judged.near = {Saying({0, 1, 2, 3}, "near-same"), Saying({3, 2, 1, 0}, "near-swapped")};
+    judged.background = {Saying({0, 1, 2, 3}, "background")};
+    judged.background[0].samples.resize(60 * 16'000, 0.0F);
+    judged.talkers = {TinyLanguage::Whisper()};
+    return judged;
+}
+
+} // namespace
+
+TEST(PredefinedTrial, MissesAlarmsAndNearPhrasesAreCountedAndNoted)
+{
+    Language language;
+    language.firmware = TinyLanguage::Phrase();
+    language.blobs.preDefinedThreshold = 70.0;
+    const Judged judged = Material();
+    engine::WorkerPool pool(1);
+    Report report;
+    std::vector<Curve> curves;
+    TryPredefined(language, judged, &pool, &report, &curves);
+    EXPECT_NEAR(report.Worst("a: predefined, false alarms per hour").value(), 60.0, 1e-9);
+    EXPECT_EQ(report.Worst("a: predefined, missed, clean"), 50.0);
+    EXPECT_EQ(report.Worst("a: predefined, missed, clean, espeak"), 0.0);
+    EXPECT_EQ(report.Worst("a: predefined, missed, clean, flite"), 100.0);
+    EXPECT_EQ(report.Worst("a: predefined, near phrases accepted"), 50.0);
+    EXPECT_EQ(report.Worst("a: predefined, accepted, near-same"), 100.0);
+    EXPECT_EQ(report.Worst("a: predefined, accepted, near-swapped"), 0.0);
+    EXPECT_THAT(report.Notes(), HasSubstr("missed, clean: silent.wav"));
+    ASSERT_EQ(curves.size(), 11U) << "one for each condition";
+    EXPECT_EQ(curves[0].name, "clean");
+}
