@@ -26,6 +26,8 @@ void EventSequence::ExpectExceptionsToPass(const Thrower& thrower)
     // The session is nobody's until the line about it was written.
     const std::size_t opened = Find(thrower.all, Log(4, 1, "[InitializeSession] Exit. Status: 0"));
     const LogLine destroy = "VWoVDestroySession(" + std::to_string(thrower.session) + ")";
+    const auto lastDestroy = std::find(thrower.all.rbegin(), thrower.all.rend(), destroy);
+    const auto guarded = static_cast<std::size_t>(thrower.all.rend() - lastDestroy) - (thrower.lastDestroyGuarded ? 0 : 1);
     ScriptedEngine& engine = GetScriptedEngine();
     for (std::size_t n = 1; n <= thrower.all.size(); ++n)
     {
@@ -50,7 +52,7 @@ void EventSequence::ExpectExceptionsToPass(const Thrower& thrower)
         EXPECT_FALSE(recording.unlockedWithoutLock);
         EXPECT_EQ(engine.openSessions.size(), created < n && n <= opened ? 1U : 0U);
         const auto own = std::count(thrower.all.begin(), thrower.all.begin() + static_cast<std::ptrdiff_t>(n), destroy);
-        EXPECT_EQ(engine.Destroys(thrower.session), own + (opened < n && n <= thrower.guarded ? 1 : 0));
+        EXPECT_EQ(engine.Destroys(thrower.session), own + (opened < n && n <= guarded ? 1 : 0));
 
         thrower.prepare();
         ScriptedRecording again(std::vector<float>(thrower.samples));

@@ -44,7 +44,7 @@ public:
     {
         Lines all;                                         ///< the events when none throws
         uint32_t session;                                  ///< 2: after the probe of an adapter's operation, 1: a wrapper's
-        std::size_t guarded;                               ///< the last event at which the session's guard still destroys
+        bool lastDestroyGuarded;                           ///< the session's guard destroys again when the last destroy throws
         std::size_t samples;                               ///< of the recording
         std::function<void()> prepare;                     ///< begins anew
         std::function<HRESULT(IMFMediaBuffer*)> operation; ///< is S_OK when nothing throws

@@ -267,11 +267,9 @@ TEST_F(ComputeAndAddUserModelData, WhatIsArmedStaysArmed)
 
 TEST_F(ComputeAndAddUserModelData, ExceptionReachesTheCallerExceptFromTheWrappersCreation)
 {
-    // The guard leaves the last destruction to the operation.
-    const auto lastDestruction = std::find(successful.rbegin(), successful.rend(), WrapperLines::Destroy(2));
     ExpectExceptionsToPass({.all = successful,
                             .session = 2,
-                            .guarded = static_cast<std::size_t>(successful.rend() - lastDestruction) - 1,
+                            .lastDestroyGuarded = false,
                             .samples = 100,
                             .prepare = [this] { Restart(); },
                             .operation =

@@ -40,32 +40,26 @@ TEST_F(GetCapabilities, AnnouncesUserModelsTheKeywordAndTheLanguages)
     EXPECT_EQ(logger.lines, Entry + Supported(2) + Success);
 }
 
-TEST_F(GetCapabilities, FileThatGrowsBetweenCountAndListGivesAsManyAsWereCounted)
+TEST_F(GetCapabilities, FileThatChangesBetweenCountAndListGivesAsManyAsWereCountedWithZerosForWhatIsMissing)
 {
-    logger.onLine = [this](const LogLine& line) {
-        if (line == Supported(2))
-        {
-            configuration.WriteLanguages("<a id='1'/><a id='2'/><a id='3'/><a id='4'/>");
-        }
-    };
-    EXPECT_EQ(outputs.Get(adapter), S_OK);
-    ASSERT_EQ(outputs.languageCount, 2U);
-    EXPECT_EQ(outputs.languageIds[0], 1);
-    EXPECT_EQ(outputs.languageIds[1], 2);
-}
-
-TEST_F(GetCapabilities, FileThatShrinksBetweenCountAndListGivesZerosForWhatIsMissing)
-{
-    logger.onLine = [this](const LogLine& line) {
-        if (line == Supported(2))
-        {
-            configuration.WriteLanguages("<a id='1'/>");
-        }
-    };
-    EXPECT_EQ(outputs.Get(adapter), S_OK);
-    ASSERT_EQ(outputs.languageCount, 2U);
-    EXPECT_EQ(outputs.languageIds[0], 1);
-    EXPECT_EQ(outputs.languageIds[1], 0);
+    const std::pair<const char*, uint16_t> cases[]{{"<a id='1'/><a id='2'/><a id='3'/><a id='4'/>", 2}, {"<a id='1'/>", 0}};
+    for (const auto& [languages, second] : cases)
+    {
+        SCOPED_TRACE(languages);
+        const TestConfiguration before;
+        configuration.WriteXml(ReadWholeFile(before.Path()));
+        logger.onLine = [this, list = languages](const LogLine& line) {
+            if (line == Supported(2))
+            {
+                configuration.WriteLanguages(list);
+            }
+        };
+        CapabilitiesOutputs found;
+        EXPECT_EQ(found.Get(adapter), S_OK);
+        ASSERT_EQ(found.languageCount, 2U);
+        EXPECT_EQ(found.languageIds[0], 1);
+        EXPECT_EQ(found.languageIds[1], second);
+    }
 }
 
 TEST_F(GetCapabilities, AnnouncesSixteenKilohertzMonoSixteenBit)

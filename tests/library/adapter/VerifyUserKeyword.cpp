@@ -217,11 +217,9 @@ TEST_F(VerifyUserKeyword, WhatIsArmedStaysArmed)
 
 TEST_F(VerifyUserKeyword, ExceptionReachesTheCallerExceptFromTheWrappersCreation)
 {
-    // The guard still destroys when the last destruction throws.
-    const auto lastDestruction = std::find(detection.rbegin(), detection.rend(), WrapperLines::Destroy(2));
     ExpectExceptionsToPass({.all = detection,
                             .session = 2,
-                            .guarded = static_cast<std::size_t>(detection.rend() - lastDestruction),
+                            .lastDestroyGuarded = true,
                             .samples = 200,
                             .prepare = [this] { ScriptDetection(); },
                             .operation =

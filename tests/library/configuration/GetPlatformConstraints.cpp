@@ -14,12 +14,7 @@ using namespace ConfigurationLines;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-struct Damage
-{
-    const char* description;
-    void (*inflict)(const TestConfiguration& configuration);
-    LogLine line;
-};
+using Damage = ConfigurationDamage;
 
 class GetPlatformConstraints : public ReaderTest, public testing::WithParamInterface<Damage>
 {

@@ -13,12 +13,7 @@ using namespace ConfigurationLines;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-struct Damage
-{
-    const char* description;
-    void (*inflict)(const TestConfiguration& configuration);
-    LogLine line;
-};
+using Damage = ConfigurationDamage;
 
 class GetPredefinedModel : public ReaderTest, public testing::WithParamInterface<Damage>
 {

@@ -302,7 +302,7 @@ TEST_F(TrainModel, ExceptionAtAnyPointReachesTheCallerUnlocksAndDestroysTheOpenS
 {
     ExpectExceptionsToPass({.all = successful,
                             .session = 1,
-                            .guarded = successful.size() - 1,
+                            .lastDestroyGuarded = false,
                             .samples = 100,
                             .prepare = [this] { Restart(); },
                             .operation =
