@@ -38,8 +38,8 @@ TEST_P(BuildArmingPatternDataOnRealStreams, WrittenModelIsArmed)
     const RealStream stream = GetParam().Create("a former content that is longer than the model");
     const std::string model = "VWOV written";
     // Its result is the commit's, which Wine's shell stream does not know.
-    ::WriteModelToIStream(stream.get(), reinterpret_cast<const uint8_t*>(model.data()),
-                          static_cast<uint32_t>(model.size()), \& logger);
+    ::WriteModelToIStream(stream.get(), reinterpret_cast<const uint8_t*>(model.data()), static_cast<uint32_t>(model.size()),
+                          &logger);
     const ArmingOutcome outcome = Arm(stream.get(), 1033);
     EXPECT_EQ(outcome.result, S_OK);
     EXPECT_EQ(outcome.Model(), model);
