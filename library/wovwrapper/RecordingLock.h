@@ -16,7 +16,14 @@ public:
     RecordingLock& operator=(const RecordingLock&) = delete;
     ~RecordingLock()
     {
-        Unlock();
+        try
+        {
+            Unlock();
+        }
+        catch (...)
+        {
+            // A recording that throws here, too, must not end the process: the first exception is on its way.
+        }
     }
 
     /// Locks the recording; one that is null cannot be locked.

@@ -3,11 +3,26 @@
 #include <cstdint>
 #include <ostream>
 #include <string>
+#include <utility>
+#include <vector>
 
-/// One call of the logger, as the tests write and compare it.
+/// One call of the logger, as the tests write and compare it. Where a test keeps what happens in one order, also a call of
+/// another kind, which is only its text: "VWoVInitSession()", "Lock".
 struct LogLine
 {
-    std::string operation; ///< name of the logger's operation
+    LogLine() = default;
+    LogLine(std::string operationName, uint32_t lineLevel, uint32_t lineSource, std::string lineText, uint32_t lineValue)
+        : operation(std::move(operationName)), level(lineLevel), source(lineSource), text(std::move(lineText)), value(lineValue)
+    {
+    }
+    LogLine(std::string call) : text(std::move(call))
+    {
+    }
+    LogLine(const char* call) : text(call)
+    {
+    }
+
+    std::string operation; ///< name of the logger's operation; of another call empty
     uint32_t level = 0;    ///< of SetLevel: its argument
     uint32_t source = 0;
     std::string text;   ///< formatted; empty for the setters
@@ -50,4 +65,43 @@ inline LogLine SetLevel(uint32_t level)
 inline LogLine SetLogToFile(bool enabled)
 {
     return {"SetLogToFile", 0, 0, "", enabled ? 1U : 0U};
+}
+
+/// Lines in their order: `Entry + ForLanguage(1033) + "VWoVInitSession()" + Exit`.
+class Lines : public std::vector<LogLine>
+{
+public:
+    using vector::vector;
+
+    Lines(const LogLine& line) : vector{line}
+    {
+    }
+    Lines(const char* call) : Lines(LogLine(call))
+    {
+    }
+
+    /// The text of each.
+    std::vector<std::string> Texts() const
+    {
+        std::vector<std::string> texts;
+        for (const LogLine& line : *this)
+        {
+            texts.push_back(line.text);
+        }
+        return texts;
+    }
+
+    /// Those that were logged.
+    Lines Logged() const
+    {
+        Lines logged = *this;
+        std::erase_if(logged, [](const LogLine& line) { return line.operation.empty(); });
+        return logged;
+    }
+};
+
+inline Lines operator+(Lines first, const Lines& rest)
+{
+    first.insert(first.end(), rest.begin(), rest.end());
+    return first;
 }

@@ -47,13 +47,17 @@ const std::vector<ReaderOperation>& ReaderOperations()
         {"GetEnrollmentParameters",
          [](ConfigurationReader& reader, uint16_t languageId, ReaderOutputs* outputs) {
              return reader.GetEnrollmentParameters(languageId, &outputs->enrollment);
-         }},
+         },
+         true},
         {"GetPredefinedModel",
          [](ConfigurationReader& reader, uint16_t languageId, ReaderOutputs* outputs) {
              return reader.GetPredefinedModel(languageId, &outputs->model, &outputs->modelSize);
-         }},
-        {"GetDetectionParameters", [](ConfigurationReader& reader, uint16_t languageId, ReaderOutputs* outputs) {
+         },
+         true},
+        {"GetDetectionParameters",
+         [](ConfigurationReader& reader, uint16_t languageId, ReaderOutputs* outputs) {
              return reader.GetDetectionParameters(languageId, &outputs->detection);
-         }}};
+         },
+         true}};
     return operations;
 }

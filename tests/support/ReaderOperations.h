@@ -1,6 +1,9 @@
 #pragma once
 
 #include "library/configuration/ConfigurationReader.h"
+#include "tests/support/ReaderTest.h"
+
+#include <gmock/gmock.h>
 
 #include <cstdint>
 #include <ostream>
@@ -35,12 +38,7 @@ struct ReaderOperation
 {
     std::string name;
     HRESULT (*run)(ConfigurationReader& reader, uint16_t languageId, ReaderOutputs* outputs);
-
-    /// The operation's own line: its name in brackets and the text.
-    std::string Line(const std::string& text) const
-    {
-        return "[" + name + "] " + text;
-    }
+    bool looksUpLanguage = false; ///< it needs the directory and valid ids
 };
 
 inline std::ostream& operator<<(std::ostream& out, const ReaderOperation& operation)
@@ -50,3 +48,38 @@ inline std::ostream& operator<<(std::ostream& out, const ReaderOperation& operat
 
 /// All seven of them; GetLanguagesIds gets room for 262144 entries.
 const std::vector<ReaderOperation>& ReaderOperations();
+
+/// A reader before which each of the operations is put.
+class EveryReaderOperation : public ReaderTest
+{
+protected:
+    /// Each operation for which it is called fails with this line and leaves its outputs.
+    /// @param line `LogLine(const ReaderOperation&)`
+    template <typename Line>
+    void ExpectRefused(
+        Line line, bool (*concerns)(const ReaderOperation&) = [](const ReaderOperation&) { return true; })
+    {
+        for (const ReaderOperation& operation : ReaderOperations())
+        {
+            if (concerns(operation))
+            {
+                SCOPED_TRACE(operation);
+                ReaderOutputs outputs;
+                EXPECT_EQ(operation.run(reader, 1033, &outputs), E_FAIL);
+                EXPECT_TRUE(outputs.Untouched());
+                EXPECT_THAT(logger.Take(), testing::ElementsAre(line(operation)));
+            }
+        }
+    }
+
+    /// Each operation succeeds without a line.
+    void ExpectAccepted(ReaderOutputs* outputs)
+    {
+        for (const ReaderOperation& operation : ReaderOperations())
+        {
+            SCOPED_TRACE(operation);
+            EXPECT_EQ(operation.run(reader, 1033, outputs), S_OK);
+        }
+        EXPECT_THAT(logger.Take(), testing::IsEmpty());
+    }
+};

@@ -6,6 +6,14 @@
 
 #include <gtest/gtest.h>
 
+/// What happens to a configuration, and the line of it.
+struct ConfigurationDamage
+{
+    const char* description;
+    void (*inflict)(const TestConfiguration& configuration);
+    LogLine line;
+};
+
 /// A reader of a complete configuration.
 class ReaderTest : public testing::Test
 {

@@ -52,7 +52,7 @@ void RecordingLogger::SetLogToFile(bool enabled)
     Keep(::SetLogToFile(enabled));
 }
 
-std::vector<LogLine> RecordingLogger::Take()
+Lines RecordingLogger::Take()
 {
     return std::exchange(lines, {});
 }

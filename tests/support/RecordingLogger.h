@@ -4,7 +4,6 @@
 #include "tests/support/LogLine.h"
 
 #include <functional>
-#include <vector>
 
 /// A logger that keeps every call, whatever its level, and can be told to throw. What it allocates itself does not count as a
 /// FallibleCall.
@@ -19,12 +18,12 @@ public:
     void SetLogToFile(bool enabled) override;
 
     /// The lines since the last call, which are forgotten then.
-    std::vector<LogLine> Take();
+    Lines Take();
 
     /// Called before a line is kept, for example to change a file in the middle of an operation, or to throw.
     std::function<void(const LogLine&)> onLine;
 
-    std::vector<LogLine> lines;
+    Lines lines;
 
 private:
     void Keep(LogLine line);

@@ -32,8 +32,7 @@ public:
 private:
     void Add(const LogLine& line)
     {
-        outcome.lines.push_back(line);
-        outcome.events.push_back(line.text);
+        outcome.events.push_back(line);
     }
 
     template <typename... Arguments>
@@ -47,7 +46,7 @@ private:
     /// @return the status that the script has for the call, 0 when it has none
     uint32_t Call(const std::string& function, const std::string& arguments)
     {
-        outcome.events.push_back(function + "(" + arguments + ")");
+        outcome.events.emplace_back(function + "(" + arguments + ")");
         const auto answer = script.answers.find({function, ++calls[function]});
         return answer == script.answers.end() ? 0 : answer->second;
     }

@@ -31,8 +31,7 @@ struct VerificationOutcome
 {
     bool succeeded = false; ///< S_OK, else E_FAIL
     bool detected = false;
-    std::vector<std::string> events; ///< engine calls and lines in one order; those of the buffer are "Lock" and "Unlock"
-    std::vector<LogLine> lines;
+    Lines events; ///< lines and engine calls in one order; those of the buffer are "Lock" and "Unlock"
 };
 
 /// The whole operation written straight down, against the script; it shares nothing with the product or the scripted engine.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "library/wovwrapper/VeloxWovSDK.h"
 #include "tests/scripted-engine/ScriptedEngine.h"
 #include "tests/support/EventSequence.h"
 #include "tests/support/PrivateAccess.h"
@@ -24,7 +25,7 @@ protected:
         Fill(parameters.znormPopulation, "znorm population");
         Fill(parameters.keyphraseModel, "keyphrase model");
         logger.onLine = [this](const LogLine& line) {
-            Happen(line.text);
+            Happen(line);
         };
         Restart();
     }
@@ -51,6 +52,7 @@ protected:
             Happen(call.text);
         };
         events.clear();
+        throwingEvent.reset();
     }
 
     RecordingLogger logger;
@@ -65,4 +67,47 @@ private:
         block = new uint8_t[text.size()];
         std::copy(text.begin(), text.end(), block);
     }
+};
+
+/// A wrapper in whose session 1 nothing has happened yet.
+class SessionTest : public WrapperTest
+{
+protected:
+    SessionTest()
+    {
+        Open();
+    }
+
+    /// Begins anew, and opens a session without a trace.
+    void Open()
+    {
+        Restart();
+        session = 0;
+        EXPECT_EQ(wrapper.InitializeSession(&session), EngineStatus::Success);
+        logger.Take();
+        engine.Take();
+        TakeEvents();
+    }
+
+    void UseFrameSize(int32_t samples)
+    {
+        WrapperTest::UseFrameSize(samples);
+        Open();
+    }
+
+    /// What the engine was fed, frame by frame.
+    std::vector<std::vector<int16_t>> FramesFed() const
+    {
+        std::vector<std::vector<int16_t>> frames;
+        for (const EngineCall& call : engine.calls)
+        {
+            if (call.function == "VWoVFeedAudioFrame")
+            {
+                frames.push_back(call.samples);
+            }
+        }
+        return frames;
+    }
+
+    uint32_t session = 0;
 };

@@ -1,8 +1,7 @@
+#include "tests/library/adapter/Lines.h"
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/ArmingTest.h"
 #include "tests/support/FaultInjector.h"
-#include "tests/support/PrivateAccess.h"
-#include "tests/support/ScriptedStream.h"
 #include "tests/support/TaskMemory.h"
 
 #include <gmock/gmock.h>
@@ -12,19 +11,12 @@
 namespace
 {
 
-using testing::IsEmpty;
-
-const LogLine UserModelFailed = Log(1, 0, "[BuildArmingPatternData] Failed to get user model.");
+using namespace ArmingLines;
+using namespace StreamLines;
 
 class BuildArmingPatternDataFaults : public ArmingTest
 {
 protected:
-    void ExpectArmed(bool userModel, uint16_t languageId)
-    {
-        EXPECT_EQ(PrivateAccess::UserModelArmed(adapter), userModel);
-        EXPECT_EQ(PrivateAccess::ArmedLanguageId(adapter), languageId);
-    }
-
     /// Arms 1033 with a user model of 9 bytes whose read moves at most so many bytes and then gives this result.
     /// @return bytes that were allocated and not freed
     std::size_t LossOfArming(uint32_t mostBytes, HRESULT shortResult)
@@ -43,64 +35,41 @@ protected:
 
 TEST_F(BuildArmingPatternDataFaults, WithoutTaskMemoryThereIsNoPatternButTheModelKindIsRecorded)
 {
-    struct Case
+    for (const bool userModel : {true, false})
     {
-        const char* content;
-        bool userModel;
-    };
-    for (const Case& one : {Case{"VWOV user", true}, Case{"", false}})
-    {
-        SCOPED_TRACE(one.content);
-        ScriptedStream other(one.userModel ? "" : "VWOV other");
-        ASSERT_EQ(Arm(&other, 1040).result, S_OK);
+        SCOPED_TRACE(userModel);
+        Armed(userModel ? "" : "VWOV other", 1040);
         logger.Take();
 
-        ScriptedStream stream(one.content);
+        ScriptedStream stream(userModel ? "VWOV user" : "");
         const std::size_t blocks = LiveTaskMemoryBlocks();
         const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::TaskMemory);
-        const ArmingOutcome outcome = Arm(&stream, 1033);
-        EXPECT_EQ(outcome.result, E_OUTOFMEMORY);
-        EXPECT_THAT(outcome.pattern, IsEmpty());
-        EXPECT_EQ(logger.lines.back(), Log(1, 0, "[BuildArmingPatternData] Failed to allocate memory for pattern data."));
-        for (const LogLine& line : logger.lines)
-        {
-            EXPECT_THAT(line.text, testing::Not(testing::HasSubstr("Detection parameters")));
-        }
-        ExpectArmed(one.userModel, 1040);
+        ExpectNotArmed(E_OUTOFMEMORY, &stream, {1, 1033});
+        EXPECT_EQ(logger.lines,
+                  Choosing(1033, userModel) + (userModel ? ModelRead(9) + DynamicSize(9) : Lines()) + WithoutMemory);
+        ExpectRecord(userModel, 1040);
         EXPECT_EQ(LiveTaskMemoryBlocks(), blocks);
     }
 }
 
 TEST_F(BuildArmingPatternDataFaults, WithoutMemoryForTheCheckThePredefinedModelIsArmed)
 {
-    ScriptedStream stream("VWOV user");
     const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::NothrowAllocation);
-    const ArmingOutcome outcome = Arm(&stream, 1033);
-    EXPECT_EQ(outcome.result, S_OK);
-    EXPECT_EQ(std::string(outcome.pattern.begin() + 44, outcome.pattern.end()), "firmware 1033");
-    ExpectArmed(false, 1033);
+    EXPECT_EQ(Armed("VWOV user", 1033), "firmware 1033");
+    ExpectRecord(false, 1033);
 }
 
-TEST_F(BuildArmingPatternDataFaults, WithoutMemoryForTheUserModelArmingFails)
+TEST_F(BuildArmingPatternDataFaults, WithoutMemoryForTheModelArmingFails)
 {
-    ScriptedStream stream("VWOV user");
-    const FaultPlan plan = FaultPlan::Nth(2, FallibleCall::NothrowAllocation);
-    const ArmingOutcome outcome = Arm(&stream, 1033);
-    EXPECT_EQ(outcome.result, E_FAIL);
-    EXPECT_THAT(outcome.pattern, IsEmpty());
-    EXPECT_EQ(logger.lines.back(), UserModelFailed);
-    ExpectArmed(false, 0);
-}
-
-TEST_F(BuildArmingPatternDataFaults, WithoutMemoryForThePredefinedModelArmingFails)
-{
-    ScriptedStream stream;
-    const FaultPlan plan = FaultPlan::Nth(2, FallibleCall::NothrowAllocation);
-    const ArmingOutcome outcome = Arm(&stream, 1033);
-    EXPECT_EQ(outcome.result, E_FAIL);
-    EXPECT_THAT(outcome.pattern, IsEmpty());
-    EXPECT_EQ(logger.lines.back(), Log(1, 0, "[BuildArmingPatternData] Failed to get predefined model."));
-    ExpectArmed(false, 0);
+    for (const bool userModel : {true, false})
+    {
+        SCOPED_TRACE(userModel);
+        ScriptedStream stream(userModel ? "VWOV user" : "");
+        const FaultPlan plan = FaultPlan::Nth(2, FallibleCall::NothrowAllocation);
+        ExpectNotArmed(E_FAIL, &stream, {1, 1033});
+        EXPECT_EQ(logger.Take().back(), userModel ? UserModelFailed : PredefinedModelFailed);
+        ExpectRecord(false, 0);
+    }
 }
 
 TEST_F(BuildArmingPatternDataFaults, EverySingleStreamFailureEndsInAPatternOrItsCode)

@@ -15,8 +15,7 @@ protected:
         const RealStream stream = GetParam().Create(content);
         const ArmingOutcome outcome = Arm(stream.get(), 1033);
         EXPECT_EQ(outcome.result, S_OK);
-        EXPECT_GE(outcome.pattern.size(), 44U);
-        return {outcome.pattern.begin() + 44, outcome.pattern.end()};
+        return outcome.Model();
     }
 };
 
@@ -43,7 +42,7 @@ TEST_P(BuildArmingPatternDataOnRealStreams, WrittenModelIsArmed)
                           &logger);
     const ArmingOutcome outcome = Arm(stream.get(), 1033);
     EXPECT_EQ(outcome.result, S_OK);
-    EXPECT_EQ(std::string(outcome.pattern.begin() + 44, outcome.pattern.end()), model);
+    EXPECT_EQ(outcome.Model(), model);
     EXPECT_TRUE(PrivateAccess::UserModelArmed(adapter));
 }
 

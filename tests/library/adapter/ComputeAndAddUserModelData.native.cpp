@@ -1,19 +1,15 @@
-#include "tests/support/AllocationCounter.h"
-#include "tests/support/EngineOperationTest.h"
-#include "tests/support/FaultInjector.h"
-#include "tests/support/RegistryDouble.h"
+#include "tests/library/adapter/EngineOperationFaults.h"
 #include "tests/support/ScriptedStream.h"
 
 #include <gmock/gmock.h>
 
-#include <stdexcept>
-
 namespace
 {
 
+using namespace RequestLines;
 using testing::IsEmpty;
 
-class ComputeAndAddUserModelDataFaults : public EngineOperationTest
+class ComputeAndAddUserModelDataFaults : public EngineOperationFaults
 {
 protected:
     HRESULT Compute(ScriptedStream& stream)
@@ -27,49 +23,37 @@ protected:
     /// Bytes that a computation leaves behind when this stream operation is refused.
     std::size_t LossOfARefused(const std::string& operation)
     {
-        const std::size_t before = AllocatedBytes();
-        {
+        return LossOf([&] {
             ScriptedStream stream;
             stream.Answer(operation, 1, STG_E_ACCESSDENIED);
             EXPECT_EQ(Compute(stream), operation == "Commit" ? S_OK : E_FAIL);
-        }
-        Restart();
-        events = {};
-        return AllocatedBytes() - before;
+        });
     }
 };
 
-TEST_F(ComputeAndAddUserModelDataFaults, WithoutMemoryForTheParametersItFails)
+TEST_F(ComputeAndAddUserModelDataFaults, WithoutMemoryForTheParametersOrTheModelItFails)
 {
-    ScriptedStream stream;
-    const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::NothrowAllocation);
-    EXPECT_EQ(Compute(stream), E_FAIL);
-    EXPECT_EQ(logger.lines.back(), Log(1, 0, "[ComputeAndAddUserModelData] Failed to create enrollment parameters instance."));
-}
-
-TEST_F(ComputeAndAddUserModelDataFaults, WithoutMemoryForTheModelTheTrainingFailsWithItsStatus)
-{
-    ScriptedStream stream;
-    // The parameters and their three files come before it.
-    const FaultPlan plan = FaultPlan::Nth(5, FallibleCall::NothrowAllocation);
-    EXPECT_EQ(Compute(stream), E_FAIL);
-    EXPECT_EQ(logger.lines.back(), LogWithStatus(1, 0, "[ComputeAndAddUserModelData] Failed to train model.", E_OUTOFMEMORY));
-    EXPECT_THAT(stream.calls, IsEmpty());
+    // The parameters; their three files and then the model.
+    for (const uint64_t n : {1U, 5U})
+    {
+        SCOPED_TRACE(n);
+        ScriptedStream stream;
+        const FaultPlan plan = FaultPlan::Nth(n, FallibleCall::NothrowAllocation);
+        EXPECT_EQ(Compute(stream), E_FAIL);
+        EXPECT_EQ(logger.Take().back(), n == 1 ? ParametersNotCreated(Computing) : NotTrained(E_OUTOFMEMORY));
+        EXPECT_THAT(stream.calls, IsEmpty());
+    }
 }
 
 TEST_F(ComputeAndAddUserModelDataFaults, TrainingThatFailsAfterTheAllocationLosesNothing)
 {
-    ScriptedStream stream;
-    engine.Answer("VWoVPrepareLpeData", 2, 7);
-    EXPECT_EQ(Compute(stream), E_FAIL);
-    Restart();
-    events = {};
-    const std::size_t before = AllocatedBytes();
-    engine.Answer("VWoVPrepareLpeData", 2, 7);
-    EXPECT_EQ(Compute(stream), E_FAIL);
-    Restart();
-    events = {};
-    EXPECT_EQ(AllocatedBytes(), before);
+    const auto fail = [this] {
+        ScriptedStream stream;
+        engine.Answer("VWoVPrepareLpeData", 2, 7);
+        EXPECT_EQ(Compute(stream), E_FAIL);
+    };
+    LossOf(fail); // The first run pays for what the runtime keeps.
+    EXPECT_EQ(LossOf(fail), 0U);
 }
 
 TEST_F(ComputeAndAddUserModelDataFaults, StreamThatCannotBeWrittenLosesTheModelKept)
@@ -85,32 +69,10 @@ TEST_F(ComputeAndAddUserModelDataFaults, StreamThatCannotBeWrittenLosesTheModelK
 
 TEST_F(ComputeAndAddUserModelDataFaults, ExceptionAtAnyPointLosesNothing)
 {
-    {
+    ExpectNoLossAtAnyException([this] {
         ScriptedStream stream;
-        ASSERT_EQ(Compute(stream), S_OK);
-    }
-    const std::size_t all = events.size();
-    for (std::size_t n = 1; n <= all; ++n)
-    {
-        SCOPED_TRACE(n);
-        Restart();
-        events = {};
-        const std::size_t before = AllocatedBytes();
-        throwingEvent = n;
-        try
-        {
-            ScriptedStream stream;
-            EXPECT_EQ(Compute(stream), E_FAIL);
-        }
-        catch (const std::runtime_error&)
-        {
-            // All but those of the wrapper's creation.
-        }
-        Restart();
-        events = {};
-        EXPECT_EQ(AllocatedBytes(), before);
-        EXPECT_EQ(OpenRegistryKeys(), 0U);
-    }
+        return Compute(stream);
+    });
 }
 
 } // namespace

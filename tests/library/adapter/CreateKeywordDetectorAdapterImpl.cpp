@@ -1,8 +1,9 @@
 #include "library/adapter/VeloxKeywordDetectorAdapterImpl.h"
 
+#include "tests/library/configuration/Lines.h"
+#include "tests/support/AdapterTest.h"
 #include "tests/support/CapabilitiesOutputs.h"
 #include "tests/support/PrivateAccess.h"
-#include "tests/support/RecordingLogger.h"
 
 #include <gmock/gmock.h>
 
@@ -19,16 +20,14 @@ using KeywordDetectorAdapterImplementation::CreateKeywordDetectorAdapterImpl;
 using KeywordDetectorAdapterImplementation::IVeloxKeywordDetectorAdapterImpl;
 using testing::Contains;
 
-constexpr GUID Detector{0xA3A2A1A0, 0xA5A4, 0xA7A6, {0xA8, 0xA9, 0xAA, 0xAB, 0xAC, 0xAD, 0xAE, 0xAF}};
-
-static_assert(std::is_same_v<decltype(CreateKeywordDetectorAdapterImpl(nullptr, "", "", Detector)),
+static_assert(std::is_same_v<decltype(CreateKeywordDetectorAdapterImpl(nullptr, "", "", DetectorId)),
                              std::unique_ptr<IVeloxKeywordDetectorAdapterImpl, AdapterCustomDeleter>>);
 
 /// An adapter whose destructor will run, unlike one that stays with the factory's deleter.
 std::unique_ptr<IVeloxKeywordDetectorAdapterImpl> MakeAdapter(RecordingLogger& logger, const std::string& path)
 {
     return std::unique_ptr<IVeloxKeywordDetectorAdapterImpl>(
-        CreateKeywordDetectorAdapterImpl(&logger, path, "7.0 beta", Detector).release());
+        CreateKeywordDetectorAdapterImpl(&logger, path, "7.0 beta", DetectorId).release());
 }
 
 TEST(CreateKeywordDetectorAdapterImpl, HandsItsArgumentsToTheAdapter)
@@ -40,7 +39,7 @@ TEST(CreateKeywordDetectorAdapterImpl, HandsItsArgumentsToTheAdapter)
     auto* made = dynamic_cast<VeloxKeywordDetectorAdapterImpl*>(adapter.get());
     ASSERT_NE(made, nullptr);
     const std::size_t detectorId = PrivateAccess::AdapterFieldOffsets(*made)[4];
-    EXPECT_EQ(std::memcmp(reinterpret_cast<const char*>(made) + detectorId, &Detector, sizeof(Detector)), 0);
+    EXPECT_EQ(std::memcmp(reinterpret_cast<const char*>(made) + detectorId, &DetectorId, sizeof(DetectorId)), 0);
 }
 
 TEST(CreateKeywordDetectorAdapterImpl, CopiesThePathOfTheConfigurationFile)
@@ -53,9 +52,8 @@ TEST(CreateKeywordDetectorAdapterImpl, CopiesThePathOfTheConfigurationFile)
     CapabilitiesOutputs outputs;
     EXPECT_EQ(outputs.Get(*adapter), E_FAIL);
     EXPECT_THAT(logger.lines,
-                Contains(LogFormat(2, 1,
-                                   "[GetLanguagesCount] Failed to load configuration file: "
-                                   "a-missing-configuration-file-with-a-long-name.xml. Status: XML_ERROR_FILE_NOT_FOUND.")));
+                Contains(ConfigurationLines::NotLoaded("GetLanguagesCount", "a-missing-configuration-file-with-a-long-name.xml",
+                                                       "XML_ERROR_FILE_NOT_FOUND")));
 }
 
 TEST(CreateKeywordDetectorAdapterImpl, TwoAdaptersAreTwoObjects)

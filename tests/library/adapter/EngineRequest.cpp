@@ -1,4 +1,4 @@
-#include "library/adapter/EngineRequest.h"
+#include "tests/library/adapter/EngineRequest.h"
 
 #include "tests/support/EngineOperationTest.h"
 
@@ -16,24 +16,18 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr EngineRequestLines Lines{
-    .parametersNotCreated = "[Operation] Failed to create enrollment parameters.",
-    .enrollmentParametersFailed = "[Operation] Failed to get enrollment parameters.",
-    .detectionParametersFailed = "[Operation] Failed to get detection parameters.",
-    .constraintsFailed = "[Operation] Failed to get platform constraints.",
-    .logLevelFallbackFormat = "[Operation] Failed to get SDK logger severity level. Continuing with log level: %d",
-    .wrapperNotCreated = "[Operation] Failed to create key-phrase recognition instance.",
-};
+using namespace ConfigurationLines;
+using namespace Requesting;
+using RequestLines::NotGathered;
 
-const LogLine LevelTaken = LogFormat(4, 1, "[GetLoggerSeverityLevelFromRegistry] Logger S severity level: 2.");
-const LogLine WrapperNotCreated = Log(1, 0, Lines.wrapperNotCreated);
+const LogLine Taken = LevelTaken("S", 2);
 
 class EngineRequest : public EngineOperationTest
 {
 protected:
     HRESULT Open(uint16_t languageId = 1033)
     {
-        return OpenEngineRequest(&reader, &logger, languageId, Lines, &request);
+        return OpenEngineRequest(&reader, &logger, languageId, Texts, &request);
     }
 
     /// Opens a request for 1033 and verifies a recording with it.
@@ -58,9 +52,7 @@ TEST_F(EngineRequest, LoadsTheModelsAndCreatesTheWrapper)
     EXPECT_EQ(std::string(request.parameters->keyphraseModel, request.parameters->keyphraseModel + 13), "kp_1033 model");
     EXPECT_EQ(std::string(request.parameters->acousticModel, request.parameters->acousticModel + 13), "am_1033 model");
     EXPECT_EQ(std::string(request.parameters->znormPopulation, request.parameters->znormPopulation + 13), "zn_1033 model");
-    EXPECT_THAT(events, ElementsAre(LevelTaken.text, "VWoVInitSession()", "VWoVGetIntOutput(1, 5, null, 0)",
-                                    "VWoVGetIntOutput(1, 5, buffer, 1)", "VWoVDestroySession(1)"));
-    EXPECT_THAT(logger.lines, ElementsAre(LevelTaken));
+    EXPECT_EQ(events, RequestLines::Gathered);
 }
 
 TEST_F(EngineRequest, WrapperWorksWithWhatWasGathered)
@@ -85,48 +77,24 @@ TEST_F(EngineRequest, FailuresGiveEFailAndTheCallersLineWithTheStatus)
     {
         const char* description;
         void (*damage)(const TestConfiguration& configuration);
-        std::vector<LogLine> lines;
+        Lines lines;
     };
-    const Case cases[]{
-        {"no configuration file",
-         [](const TestConfiguration& damaged) { damaged.WriteXml("<keywords"); },
-         {LogFormat(2, 1,
-                    "[GetEnrollmentParameters] Failed to load configuration file: " + configuration.Path() +
-                        ". Status: XML_ERROR_PARSING_ELEMENT."),
-          LogWithStatus(1, 0, Lines.enrollmentParametersFailed, E_FAIL)}},
-        {"no ZNorm population",
-         [](const TestConfiguration& damaged) { damaged.RemoveFile("zn_1033.bin"); },
-         {LogFormat(2, 1, "[LoadFile] Failed to load file: zn_1033.bin."),
-          LogWithStatus(1, 0, Lines.enrollmentParametersFailed, E_FAIL)}},
-        {"no threshold",
-         [](const TestConfiguration& damaged) { damaged.RemoveFile("kpd_user_1033.txt"); },
-         {Log(2, 1, "[ReadThresholdFile] Failed to open threshold file."),
-          Log(2, 1, "[GetDetectionParameters] Failed to read threshold file."),
-          LogWithStatus(1, 0, Lines.detectionParametersFailed, E_FAIL)}},
-        {"no constraints",
-         [](const TestConfiguration& damaged) { damaged.ReplaceInXml("constraints.txt", "missing.txt"); },
-         {Log(2, 1, "[GetPlatformConstraints] Failed to open platform constraints file."),
-          LogWithStatus(1, 0, Lines.constraintsFailed, E_FAIL)}},
-    };
-    for (const Case& one : cases)
+    // From the last thing that is read to the first.
+    for (const Case& row : {Case{"no constraints", [](auto& damaged) { damaged.ReplaceInXml("constraints.txt", "missing.txt"); },
+                                 ConstraintsNotOpened + NotGathered(Operation, "platform constraints")},
+                            Case{"no threshold", [](auto& damaged) { damaged.RemoveFile("kpd_user_1033.txt"); },
+                                 ThresholdNotOpened + ThresholdNotRead + NotGathered(Operation, "detection parameters")},
+                            Case{"no ZNorm population", [](auto& damaged) { damaged.RemoveFile("zn_1033.bin"); },
+                                 FileNotOpened("zn_1033.bin") + NotGathered(Operation, "enrollment parameters")},
+                            Case{"no configuration file", [](auto& damaged) { damaged.WriteXml("<keywords"); },
+                                 NotLoaded("GetEnrollmentParameters", configuration.Path(), "XML_ERROR_PARSING_ELEMENT") +
+                                     NotGathered(Operation, "enrollment parameters")}})
     {
-        SCOPED_TRACE(one.description);
-        const TestConfiguration damaged;
-        one.damage(damaged);
-        std::vector<LogLine> expected = one.lines;
-        for (LogLine& line : expected)
-        {
-            if (const std::size_t path = line.text.find(configuration.Path()); path != std::string::npos)
-            {
-                line.text.replace(path, configuration.Path().size(), damaged.Path());
-            }
-        }
-        ConfigurationReader damagedReader(damaged.Path(), &logger);
-        ::EngineRequest failed;
-        EXPECT_EQ(OpenEngineRequest(&damagedReader, &logger, 1033, Lines, &failed), E_FAIL);
-        EXPECT_EQ(failed.wrapper, nullptr);
-        EXPECT_EQ(logger.Take(), expected);
-        EXPECT_THAT(engine.calls, IsEmpty());
+        SCOPED_TRACE(row.description);
+        row.damage(configuration);
+        EXPECT_EQ(Open(), E_FAIL);
+        EXPECT_EQ(request.wrapper, nullptr);
+        EXPECT_EQ(TakeEvents(), row.lines);
     }
 }
 
@@ -150,40 +118,23 @@ TEST_F(EngineRequest, LanguageThatIsNotListedGivesNoModelsAndThresholdsOfZero)
     EXPECT_TRUE(detected);
 }
 
-TEST_F(EngineRequest, EnginesLogLevelIsTheRegistrysBetweenZeroAndSix)
+TEST_F(EngineRequest, EnginesLogLevelIsTheRegistrysBetweenZeroAndSixAndElseThree)
 {
-    for (const uint32_t level : {0U, 1U, 5U, 6U})
+    for (const uint32_t level : {0U, 1U, 5U, 6U, 7U, 0xFFFFFFFFU})
     {
         SCOPED_TRACE(level);
         Restart();
         WriteSettingsDword(L"SDKLoggerLevel", level);
         Verify();
-        EXPECT_THAT(events, Contains("VWoVSetAttribute(13, \"" + std::to_string(level) + "\")"));
-        EXPECT_THAT(logger.lines, testing::Not(Contains(LogFormat(3, 0,
-                                                                  "[Operation] Failed to get SDK logger severity level. "
-                                                                  "Continuing with log level: 3"))));
-    }
-}
-
-TEST_F(EngineRequest, WithoutAValidLogLevelTheEngineGetsThree)
-{
-    const LogLine fallback = LogFormat(3, 0, "[Operation] Failed to get SDK logger severity level. Continuing with log level: 3");
-    for (const uint32_t level : {7U, 0xFFFFFFFFU})
-    {
-        SCOPED_TRACE(level);
-        Restart();
-        WriteSettingsDword(L"SDKLoggerLevel", level);
-        Verify();
-        EXPECT_THAT(events, Contains(R"(VWoVSetAttribute(13, "3"))"));
-        EXPECT_EQ(logger.lines.at(0).level, 3U);
-        EXPECT_EQ(logger.lines.at(1), fallback);
+        EXPECT_THAT(events, Contains("VWoVSetAttribute(13, \"" + std::to_string(level <= 6 ? level : 3) + "\")"));
+        EXPECT_THAT(events, Contains(Fallback).Times(level <= 6 ? 0 : 1));
     }
     Restart();
     RemoveSettingsKey();
     Verify();
     EXPECT_THAT(events, Contains(R"(VWoVSetAttribute(13, "3"))"));
-    EXPECT_EQ(logger.lines.at(0), LogFormat(4, 1, "[GetLoggerSeverityLevelFromRegistry] Failed to open registry. Status: 0x2"));
-    EXPECT_EQ(logger.lines.at(1), fallback);
+    EXPECT_EQ(events.at(0), RegistryNotOpened("GetLoggerSeverityLevelFromRegistry", "2"));
+    EXPECT_EQ(events.at(1), Fallback);
 }
 
 TEST_F(EngineRequest, FrameSizeThatCannotBeHadStillGivesAWrapper)
@@ -209,7 +160,7 @@ TEST_F(EngineRequest, StandardExceptionOfTheCreationIsAFailure)
         };
         EXPECT_EQ(Open(), E_FAIL);
         EXPECT_EQ(request.wrapper, nullptr);
-        EXPECT_THAT(logger.lines, ElementsAre(LevelTaken, WrapperNotCreated));
+        EXPECT_THAT(logger.lines, ElementsAre(Taken, WrapperNotCreated));
         EXPECT_THAT(engine.openSessions, IsEmpty());
     }
 }
@@ -224,7 +175,7 @@ TEST_F(EngineRequest, StandardExceptionOfTheLoggerDuringTheCreationIsAFailure)
         }
     };
     EXPECT_EQ(Open(), E_FAIL);
-    EXPECT_THAT(logger.lines, ElementsAre(LevelTaken, WrapperNotCreated));
+    EXPECT_THAT(logger.lines, ElementsAre(Taken, WrapperNotCreated));
     EXPECT_THAT(engine.openSessions, IsEmpty());
 }
 
@@ -235,7 +186,7 @@ TEST_F(EngineRequest, OtherExceptionOfTheCreationReachesTheCaller)
     };
     EXPECT_THROW(Open(), int);
     EXPECT_EQ(request.wrapper, nullptr);
-    EXPECT_THAT(logger.lines, ElementsAre(LevelTaken));
+    EXPECT_THAT(logger.lines, ElementsAre(Taken));
 }
 
 TEST_F(EngineRequest, ExceptionBeforeTheCreationReachesTheCaller)

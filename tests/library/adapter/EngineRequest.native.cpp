@@ -1,10 +1,7 @@
-#include "library/adapter/EngineRequest.h"
+#include "tests/library/adapter/EngineRequest.h"
 
 #include "library/wovwrapper/VeloxWovWrapper.h"
-#include "tests/support/AllocationCounter.h"
-#include "tests/support/EngineOperationTest.h"
-#include "tests/support/FaultInjector.h"
-#include "tests/support/RegistryDouble.h"
+#include "tests/library/adapter/EngineOperationFaults.h"
 
 #include <gmock/gmock.h>
 
@@ -16,35 +13,24 @@ namespace
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr EngineRequestLines Lines{
-    .parametersNotCreated = "[Operation] Failed to create enrollment parameters.",
-    .enrollmentParametersFailed = "[Operation] Failed to get enrollment parameters.",
-    .detectionParametersFailed = "[Operation] Failed to get detection parameters.",
-    .constraintsFailed = "[Operation] Failed to get platform constraints.",
-    .logLevelFallbackFormat = "[Operation] Failed to get SDK logger severity level. Continuing with log level: %d",
-    .wrapperNotCreated = "[Operation] Failed to create key-phrase recognition instance.",
-};
+using namespace Requesting;
 
-class EngineRequestFaults : public EngineOperationTest
+class EngineRequestFaults : public EngineOperationFaults
 {
 protected:
     HRESULT Open(EngineRequest* request)
     {
-        return OpenEngineRequest(&reader, &logger, 1033, Lines, request);
+        return OpenEngineRequest(&reader, &logger, 1033, Texts, request);
     }
 
     /// Bytes that a request with these constraints leaves behind.
     std::size_t LossOfARequest(const std::string& constraints)
     {
         WriteWholeFile(configuration.ConstraintsPath(), constraints);
-        const std::size_t before = AllocatedBytes();
-        {
+        return LossOf([this] {
             EngineRequest request;
             EXPECT_EQ(Open(&request), S_OK);
-        }
-        Restart();
-        events.shrink_to_fit();
-        return AllocatedBytes() - before;
+        });
     }
 
     ConfigurationReader reader{configuration.Path(), &logger};
@@ -56,7 +42,7 @@ TEST_F(EngineRequestFaults, WithoutMemoryForTheParametersNothingIsRead)
     const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::NothrowAllocation);
     EXPECT_EQ(Open(&request), E_FAIL);
     EXPECT_EQ(request.parameters, nullptr);
-    EXPECT_THAT(logger.lines, ElementsAre(Log(1, 0, Lines.parametersNotCreated)));
+    EXPECT_THAT(logger.lines, ElementsAre(RequestLines::ParametersNotCreated(Operation)));
     EXPECT_THAT(engine.calls, IsEmpty());
 }
 
@@ -81,7 +67,7 @@ TEST_F(EngineRequestFaults, WithoutMemoryForTheWrapperOrItsTextThereIsNoRequest)
         const FaultPlan plan = FaultPlan::Nth(n, FallibleCall::Allocation);
         EXPECT_EQ(Open(&request), E_FAIL);
         EXPECT_EQ(request.wrapper, nullptr);
-        EXPECT_EQ(logger.lines.back(), Log(1, 0, Lines.wrapperNotCreated));
+        EXPECT_EQ(logger.lines.back(), WrapperNotCreated);
         EXPECT_THAT(engine.calls, IsEmpty());
     }
 }
@@ -95,8 +81,7 @@ TEST_F(EngineRequestFaults, LogLevelThatCannotBeReadIsThreeAndTheKeyIsClosed)
         EngineRequest request;
         const FaultPlan plan = FaultPlan::Nth(1, call);
         EXPECT_EQ(Open(&request), S_OK);
-        EXPECT_EQ(logger.lines.back(),
-                  LogFormat(3, 0, "[Operation] Failed to get SDK logger severity level. Continuing with log level: 3"));
+        EXPECT_EQ(logger.lines.back(), Fallback);
         EXPECT_EQ(OpenRegistryKeys(), 0U);
     }
 }

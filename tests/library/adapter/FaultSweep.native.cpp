@@ -1,4 +1,5 @@
 #include "DetectionResult.h"
+#include "tests/library/adapter/Lines.h"
 #include "tests/scripted-engine/ScriptedEngine.h"
 #include "tests/support/AdapterTest.h"
 #include "tests/support/AllocationCounter.h"
@@ -47,12 +48,12 @@ struct Outcome
 {
     std::optional<HRESULT> result; ///< none: a std::bad_alloc reached the caller
     std::string outputs;
-    std::vector<LogLine> lines;
+    Lines lines;
     std::vector<std::string> engineCalls;
 
-    bool Logged(const std::string& text) const
+    bool Logged(const LogLine& line) const
     {
-        return std::any_of(lines.begin(), lines.end(), [&](const LogLine& line) { return line.text == text; });
+        return std::count(lines.begin(), lines.end(), line) > 0;
     }
 };
 
@@ -91,20 +92,21 @@ struct Balance
 // that with the operation's table; KeptLosses() lists what the run may have lost.
 
 /// The endings of an operation that needs the engine, up to the wrapper's.
-std::vector<Ending> RequestEndings(const std::string& operation, const std::string& parametersNotCreated)
+std::vector<Ending> RequestEndings(const std::string& operation)
 {
-    return {{E_FAIL, Log(1, 0, operation + "Failed to check if language is supported.")},
-            {E_FAIL, Log(1, 0, operation + parametersNotCreated)},
-            {E_FAIL, LogWithStatus(1, 0, operation + "Failed to get enrollment parameters.", E_FAIL)},
-            {E_FAIL, LogWithStatus(1, 0, operation + "Failed to get detection parameters.", E_FAIL)},
-            {E_FAIL, LogWithStatus(1, 0, operation + "Failed to get platform constraints.", E_FAIL)},
-            {E_FAIL, Log(1, 0, operation + "Failed to create key-phrase recognition instance.")}};
+    using namespace RequestLines;
+    return {{E_FAIL, LanguageNotChecked(operation)},
+            {E_FAIL, ParametersNotCreated(operation)},
+            {E_FAIL, NotGathered(operation, "enrollment parameters")},
+            {E_FAIL, NotGathered(operation, "detection parameters")},
+            {E_FAIL, NotGathered(operation, "platform constraints")},
+            {E_FAIL, WrapperNotCreated(operation)}};
 }
 
 /// An engine session may stay open only when it never became open for the wrapper, whose guard begins there.
 bool OpeningWasCutShort(const Outcome& outcome)
 {
-    return !outcome.Logged("[InitializeSession] Exit. Status: 0");
+    return !outcome.Logged(WrapperLines::OpenExit);
 }
 
 /// The text that a wrapper loses. Before the engine was told the text, there may have been no wrapper yet; one that could not be
@@ -139,11 +141,10 @@ public:
 
     static std::vector<Ending> Endings()
     {
-        const std::string operation = "[VerifyUserKeyword] ";
-        std::vector<Ending> endings = RequestEndings(operation, "Failed to create enrollment parameters.");
-        endings.push_back({S_OK, LogFormat(4, 0, operation + "Exit. Key-phrase detected: TRUE.")});
-        endings.push_back({E_FAIL, LogFormat(4, 0, operation + "Exit. Key-phrase detected: FALSE.")});
-        endings.push_back({E_FAIL, LogWithStatus(1, 0, operation + "Failed to verify keyword.", E_FAIL)});
+        std::vector<Ending> endings = RequestEndings(RequestLines::Verifying);
+        endings.push_back({S_OK, RequestLines::Detected});
+        endings.push_back({E_FAIL, RequestLines::NotDetected});
+        endings.push_back({E_FAIL, RequestLines::NotVerified});
         return endings;
     }
 
@@ -187,14 +188,11 @@ public:
 
     static std::vector<Ending> Endings()
     {
-        const std::string operation = "[ComputeAndAddUserModelData] ";
-        std::vector<Ending> endings = RequestEndings(operation, "Failed to create enrollment parameters instance.");
-        endings.push_back({S_OK, Log(4, 0, operation + "Exit.")});
-        for (const HRESULT status : {E_FAIL, E_OUTOFMEMORY})
-        {
-            endings.push_back({E_FAIL, LogWithStatus(1, 0, operation + "Failed to train model.", status)});
-        }
-        endings.push_back({E_FAIL, LogWithStatus(1, 0, operation + "Failed to write model to IStream.", STG_E_MEDIUMFULL)});
+        std::vector<Ending> endings = RequestEndings(RequestLines::Computing);
+        endings.push_back({S_OK, RequestLines::ComputeExit});
+        endings.push_back({E_FAIL, RequestLines::NotTrained(E_FAIL)});
+        endings.push_back({E_FAIL, RequestLines::NotTrained(E_OUTOFMEMORY)});
+        endings.push_back({E_FAIL, RequestLines::NotWritten(STG_E_MEDIUMFULL)});
         return endings;
     }
 
@@ -220,7 +218,7 @@ public:
     static Losses KeptLosses(const Outcome& outcome)
     {
         Losses losses = WrapperLosses(outcome);
-        if (outcome.result && outcome.Logged("[ComputeAndAddUserModelData] Failed to write model to IStream."))
+        if (outcome.result && outcome.Logged(RequestLines::NotWritten(STG_E_MEDIUMFULL)))
         {
             for (std::size_t& loss : losses)
             {
@@ -267,14 +265,14 @@ public:
 
     static std::vector<Ending> Endings()
     {
-        const std::string operation = "[BuildArmingPatternData] ";
-        return {{S_OK, Log(4, 0, operation + "Exit, success.")},
-                {E_FAIL, Log(1, 0, operation + "Failed to check if language is supported.")},
-                {E_FAIL, Log(1, 0, operation + "Failed to get predefined model.")},
-                {E_FAIL, Log(1, 0, operation + "Failed to get user model.")},
-                {STG_E_MEDIUMFULL, Log(1, 0, operation + "Failed to get user model.")},
-                {E_FAIL, LogWithStatus(1, 0, operation + "Failed to load configuration parameters.", E_FAIL)},
-                {E_OUTOFMEMORY, Log(1, 0, operation + "Failed to allocate memory for pattern data.")}};
+        using namespace ArmingLines;
+        return {{S_OK, Success},
+                {E_FAIL, LanguageNotChecked},
+                {E_FAIL, PredefinedModelFailed},
+                {E_FAIL, UserModelFailed},
+                {STG_E_MEDIUMFULL, UserModelFailed},
+                {E_FAIL, ParametersFailed},
+                {E_OUTOFMEMORY, WithoutMemory}};
     }
 
     void Check(const Outcome& outcome, const Adapter& adapter) const
@@ -349,9 +347,7 @@ public:
 
     static std::vector<Ending> Endings()
     {
-        const std::string operation = "[ParseDetectionResultData] ";
-        return {{S_OK, Log(4, 0, operation + "Exit, success.")},
-                {E_FAIL, LogWithStatus(1, 0, operation + "Failed to get detection parameters.", E_FAIL)}};
+        return {{S_OK, ParsingLines::Success}, {E_FAIL, ParsingLines::ParametersFailed}};
     }
 
     void Check(const Outcome& outcome, const Adapter& /*adapter*/) const
@@ -428,14 +424,14 @@ public:
 
     static std::vector<Ending> Endings()
     {
-        const std::string operation = "[GetCapabilities] ";
-        return {{S_OK, Success()},
-                {E_OUTOFMEMORY, Success()},
-                {MF_E_INVALIDMEDIATYPE, Success()},
-                {E_OUTOFMEMORY, Log(1, 0, operation + "Failed to allocate buffer for keyword IDs.")},
-                {E_FAIL, Log(1, 0, operation + "Failed to get languages count from configuration file.")},
-                {E_OUTOFMEMORY, Log(1, 0, operation + "Failed to allocate buffer for language IDs.")},
-                {E_FAIL, Log(1, 0, operation + "Failed to get languages IDs from configuration file.")}};
+        using namespace CapabilityLines;
+        return {{S_OK, Success},
+                {E_OUTOFMEMORY, Success},
+                {MF_E_INVALIDMEDIATYPE, Success},
+                {E_OUTOFMEMORY, NoKeywordBuffer},
+                {E_FAIL, NoCount},
+                {E_OUTOFMEMORY, NoLanguageBuffer},
+                {E_FAIL, NoIds}};
     }
 
     void Check(const Outcome& outcome, const Adapter& /*adapter*/) const
@@ -445,11 +441,11 @@ public:
             return;
         }
         const std::map<std::string, std::string> outputsOfLine{
-            {"[GetCapabilities] Failed to allocate buffer for keyword IDs.", "4711, 4711: null, 4711:"},
-            {"[GetCapabilities] Failed to get languages count from configuration file.", "4711, 1: 1, 4711:"},
-            {"[GetCapabilities] Failed to allocate buffer for language IDs.", "4711, 1: freed, 4711: null"},
-            {"[GetCapabilities] Failed to get languages IDs from configuration file.", "4711, 1: 1, 2: ? ?"},
-            {"[GetCapabilities] Exit, success.", "1, 1: 1, 2: 1033 1040"}};
+            {CapabilityLines::NoKeywordBuffer.text, "4711, 4711: null, 4711:"},
+            {CapabilityLines::NoCount.text, "4711, 1: 1, 4711:"},
+            {CapabilityLines::NoLanguageBuffer.text, "4711, 1: freed, 4711: null"},
+            {CapabilityLines::NoIds.text, "4711, 1: 1, 2: ? ?"},
+            {CapabilityLines::Success.text, "1, 1: 1, 2: 1033 1040"}};
         EXPECT_EQ(outcome.outputs, outputsOfLine.at(outcome.lines.back().text) + (outcome.result == S_OK ? ", format" : ""));
     }
 
@@ -460,11 +456,6 @@ public:
 
 private:
     static constexpr uint32_t MostLanguages = 2;
-
-    static LogLine Success()
-    {
-        return Log(4, 0, "[GetCapabilities] Exit, success.");
-    }
 
     CapabilitiesOutputs outputs;
     const uint32_t* freedKeywordIds = nullptr;

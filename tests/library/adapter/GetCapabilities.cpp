@@ -1,3 +1,4 @@
+#include "tests/library/adapter/Lines.h"
 #include "tests/support/AdapterTest.h"
 #include "tests/support/AudioFormat.h"
 #include "tests/support/CapabilitiesOutputs.h"
@@ -11,71 +12,54 @@
 namespace
 {
 
-using testing::ElementsAre;
+using namespace CapabilityLines;
 using testing::ElementsAreArray;
 
 class GetCapabilities : public AdapterTest
 {
 protected:
-    /// The failure of a configuration file that cannot be loaded, as `operation` reports it.
-    LogLine LoadFailure(const std::string& operation) const
+    /// The keyword's buffer is the caller's.
+    void ExpectKeyword() const
     {
-        return LogFormat(2, 1,
-                         "[" + operation + "] Failed to load configuration file: " + configuration.Path() +
-                             ". Status: XML_ERROR_FILE_NOT_FOUND.");
+        ASSERT_TRUE(outputs.KeywordIdsWritten());
+        EXPECT_EQ(outputs.keywordCount, 1U);
+        EXPECT_EQ(outputs.keywordIds[0], 1U);
     }
 
     CapabilitiesOutputs outputs;
 };
 
-const LogLine Entry = Log(4, 0, "[GetCapabilities] Entry.");
-const LogLine Success = Log(4, 0, "[GetCapabilities] Exit, success.");
-const LogLine CountFailure = Log(1, 0, "[GetCapabilities] Failed to get languages count from configuration file.");
-const LogLine IdsFailure = Log(1, 0, "[GetCapabilities] Failed to get languages IDs from configuration file.");
-
-LogLine Supported(std::size_t languages)
-{
-    return LogFormat(4, 0, "[GetCapabilities] Languages supported: " + std::to_string(languages) + ".");
-}
-
 TEST_F(GetCapabilities, AnnouncesUserModelsTheKeywordAndTheLanguages)
 {
     EXPECT_EQ(outputs.Get(adapter), S_OK);
     EXPECT_EQ(outputs.supportsUserModels, 1);
-    EXPECT_EQ(outputs.keywordCount, 1U);
-    EXPECT_EQ(outputs.keywordIds[0], 1U);
+    ExpectKeyword();
     ASSERT_EQ(outputs.languageCount, 2U);
     EXPECT_EQ(outputs.languageIds[0], 1033);
     EXPECT_EQ(outputs.languageIds[1], 1040);
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, Supported(2), Success));
+    EXPECT_EQ(logger.lines, Entry + Supported(2) + Success);
 }
 
-TEST_F(GetCapabilities, FileThatGrowsBetweenCountAndListGivesAsManyAsWereCounted)
+TEST_F(GetCapabilities, FileThatChangesBetweenCountAndListGivesAsManyAsWereCountedWithZerosForWhatIsMissing)
 {
-    logger.onLine = [this](const LogLine& line) {
-        if (line == Supported(2))
-        {
-            configuration.WriteLanguages("<a id='1'/><a id='2'/><a id='3'/><a id='4'/>");
-        }
-    };
-    EXPECT_EQ(outputs.Get(adapter), S_OK);
-    ASSERT_EQ(outputs.languageCount, 2U);
-    EXPECT_EQ(outputs.languageIds[0], 1);
-    EXPECT_EQ(outputs.languageIds[1], 2);
-}
-
-TEST_F(GetCapabilities, FileThatShrinksBetweenCountAndListGivesZerosForWhatIsMissing)
-{
-    logger.onLine = [this](const LogLine& line) {
-        if (line == Supported(2))
-        {
-            configuration.WriteLanguages("<a id='1'/>");
-        }
-    };
-    EXPECT_EQ(outputs.Get(adapter), S_OK);
-    ASSERT_EQ(outputs.languageCount, 2U);
-    EXPECT_EQ(outputs.languageIds[0], 1);
-    EXPECT_EQ(outputs.languageIds[1], 0);
+    const std::pair<const char*, uint16_t> cases[]{{"<a id='1'/><a id='2'/><a id='3'/><a id='4'/>", 2}, {"<a id='1'/>", 0}};
+    for (const auto& [languages, second] : cases)
+    {
+        SCOPED_TRACE(languages);
+        const TestConfiguration before;
+        configuration.WriteXml(ReadWholeFile(before.Path()));
+        logger.onLine = [this, list = languages](const LogLine& line) {
+            if (line == Supported(2))
+            {
+                configuration.WriteLanguages(list);
+            }
+        };
+        CapabilitiesOutputs found;
+        EXPECT_EQ(found.Get(adapter), S_OK);
+        ASSERT_EQ(found.languageCount, 2U);
+        EXPECT_EQ(found.languageIds[0], 1);
+        EXPECT_EQ(found.languageIds[1], second);
+    }
 }
 
 TEST_F(GetCapabilities, AnnouncesSixteenKilohertzMonoSixteenBit)
@@ -127,7 +111,7 @@ TEST_F(GetCapabilities, KeepsTheFilesOrderAndAlwaysOneKeyword)
         ASSERT_EQ(found.languageCount, list.size());
         EXPECT_NE(found.languageIds, nullptr);
         EXPECT_THAT(std::vector<uint16_t>(found.languageIds, found.languageIds + found.languageCount), ElementsAreArray(list));
-        EXPECT_THAT(logger.Take(), ElementsAre(Entry, Supported(list.size()), Success));
+        EXPECT_EQ(logger.Take(), Entry + Supported(list.size()) + Success);
     }
 }
 
@@ -151,51 +135,48 @@ TEST_F(GetCapabilities, AnyNullOutputFailsAndNothingIsWritten)
         EXPECT_FALSE(untouched.LanguageIdsWritten());
         EXPECT_EQ(untouched.languageCount, CapabilitiesOutputs::Untouched);
         EXPECT_EQ(untouched.audioFormat, nullptr);
-        EXPECT_THAT(
-            logger.Take(),
-            ElementsAre(Entry, Log(1, 0, "[GetCapabilities] Validation error, one or more of the output parameters is null.")));
+        EXPECT_EQ(logger.Take(), Entry + OutputMissing);
     }
 }
 
-TEST_F(GetCapabilities, AMissingConfigurationLeavesTheKeywordBuffer)
+TEST_F(GetCapabilities, FailedCountLeavesTheKeywordBuffer)
 {
-    std::filesystem::remove(configuration.Path());
-    EXPECT_EQ(outputs.Get(adapter), E_FAIL);
-    EXPECT_TRUE(outputs.KeywordIdsWritten());
-    EXPECT_EQ(outputs.keywordIds[0], 1U);
-    EXPECT_EQ(outputs.keywordCount, 1U);
-    EXPECT_FALSE(outputs.LanguageIdsWritten());
-    EXPECT_EQ(outputs.languageCount, CapabilitiesOutputs::Untouched);
-    EXPECT_EQ(outputs.audioFormat, nullptr);
-    EXPECT_EQ(outputs.supportsUserModels, CapabilitiesOutputs::Untouched);
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, LoadFailure("GetLanguagesCount"), CountFailure));
-}
-
-TEST_F(GetCapabilities, AConfigurationWithoutRootLeavesTheKeywordBuffer)
-{
-    configuration.WriteXml("<!-- nothing -->");
-    EXPECT_EQ(outputs.Get(adapter), E_FAIL);
-    EXPECT_TRUE(outputs.KeywordIdsWritten());
-    EXPECT_FALSE(outputs.LanguageIdsWritten());
-    EXPECT_THAT(logger.lines,
-                ElementsAre(Entry, LogFormat(2, 1, "[GetLanguagesCount] Failed to load root element of DOM."), CountFailure));
+    struct Case
+    {
+        const char* xml; ///< null for no file
+        LogLine line;
+    };
+    for (const Case& row :
+         {Case{"<!-- nothing -->", ConfigurationLines::NoRoot("GetLanguagesCount")},
+          Case{nullptr, ConfigurationLines::NotLoaded("GetLanguagesCount", configuration.Path(), "XML_ERROR_FILE_NOT_FOUND")}})
+    {
+        SCOPED_TRACE(row.line);
+        row.xml != nullptr ? configuration.WriteXml(row.xml) : void(std::filesystem::remove(configuration.Path()));
+        CapabilitiesOutputs failed;
+        EXPECT_EQ(failed.Get(adapter), E_FAIL);
+        EXPECT_EQ(failed.keywordIds[0], 1U);
+        EXPECT_EQ(failed.keywordCount, 1U);
+        EXPECT_FALSE(failed.LanguageIdsWritten());
+        EXPECT_EQ(failed.languageCount, CapabilitiesOutputs::Untouched);
+        EXPECT_EQ(failed.audioFormat, nullptr);
+        EXPECT_EQ(failed.supportsUserModels, CapabilitiesOutputs::Untouched);
+        EXPECT_EQ(logger.Take(), Entry + row.line + NoCount);
+    }
 }
 
 TEST_F(GetCapabilities, ALanguageWithoutIdLeavesBothBuffers)
 {
     configuration.ReplaceInXml("id=\"1040\"", "");
     EXPECT_EQ(outputs.Get(adapter), E_FAIL);
-    EXPECT_EQ(outputs.keywordIds[0], 1U);
-    EXPECT_EQ(outputs.keywordCount, 1U);
+    ExpectKeyword();
     EXPECT_EQ(outputs.languageCount, 2U);
     EXPECT_EQ(outputs.languageIds[0], 1033);
     EXPECT_EQ(outputs.audioFormat, nullptr);
     EXPECT_EQ(outputs.supportsUserModels, CapabilitiesOutputs::Untouched);
-    EXPECT_THAT(
-        logger.lines,
-        ElementsAre(Entry, Supported(2),
-                    LogFormat(2, 1, "[GetLanguagesIds] Failed to query ID attribute for language: 2. XML parser status: 1."),
-                    IdsFailure));
+    EXPECT_EQ(logger.lines,
+              Entry + Supported(2) +
+                  LogFormat(2, 1, "[GetLanguagesIds] Failed to query ID attribute for language: 2. XML parser status: 1.") +
+                  NoIds);
 }
 
 TEST_F(GetCapabilities, AConfigurationThatVanishesAfterTheCountLeavesBothBuffers)
@@ -207,10 +188,12 @@ TEST_F(GetCapabilities, AConfigurationThatVanishesAfterTheCountLeavesBothBuffers
         }
     };
     EXPECT_EQ(outputs.Get(adapter), E_FAIL);
-    EXPECT_EQ(outputs.keywordIds[0], 1U);
+    ExpectKeyword();
     EXPECT_TRUE(outputs.LanguageIdsWritten());
     EXPECT_EQ(outputs.languageCount, 2U);
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, Supported(2), LoadFailure("GetLanguagesIds"), IdsFailure));
+    EXPECT_EQ(logger.lines,
+              Entry + Supported(2) +
+                  ConfigurationLines::NotLoaded("GetLanguagesIds", configuration.Path(), "XML_ERROR_FILE_NOT_FOUND") + NoIds);
 }
 
 } // namespace

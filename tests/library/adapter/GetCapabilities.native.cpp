@@ -1,3 +1,4 @@
+#include "tests/library/adapter/Lines.h"
 #include "tests/support/AdapterTest.h"
 #include "tests/support/CapabilitiesOutputs.h"
 #include "tests/support/FaultInjector.h"
@@ -13,7 +14,7 @@
 namespace
 {
 
-using testing::ElementsAre;
+using namespace CapabilityLines;
 using testing::IsEmpty;
 
 class GetCapabilitiesFaults : public AdapterTest
@@ -23,10 +24,6 @@ protected:
     const std::size_t blocksBefore = LiveTaskMemoryBlocks();
     const std::size_t mediaTypesBefore = LiveMediaTypes();
 };
-
-const LogLine Entry = Log(4, 0, "[GetCapabilities] Entry.");
-const LogLine TwoLanguages = LogFormat(4, 0, "[GetCapabilities] Languages supported: 2.");
-const LogLine Success = Log(4, 0, "[GetCapabilities] Exit, success.");
 
 TEST_F(GetCapabilitiesFaults, SuccessLeavesTwoBuffersAndOneMediaType)
 {
@@ -47,14 +44,14 @@ TEST_F(GetCapabilitiesFaults, NoKeywordBuffer)
     EXPECT_EQ(outputs.supportsUserModels, CapabilitiesOutputs::Untouched);
     EXPECT_EQ(outputs.audioFormat, nullptr);
     EXPECT_EQ(LiveTaskMemoryBlocks(), blocksBefore);
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, Log(1, 0, "[GetCapabilities] Failed to allocate buffer for keyword IDs.")));
+    EXPECT_EQ(logger.lines, Entry + NoKeywordBuffer);
 }
 
 TEST_F(GetCapabilitiesFaults, NoLanguageBufferFreesTheKeywordBufferAndKeepsItsAddress)
 {
     uint32_t* keywordIds = nullptr;
     logger.onLine = [&](const LogLine& line) {
-        if (line == TwoLanguages)
+        if (line == Supported(2))
         {
             keywordIds = outputs.keywordIds;
         }
@@ -69,8 +66,7 @@ TEST_F(GetCapabilitiesFaults, NoLanguageBufferFreesTheKeywordBufferAndKeepsItsAd
     EXPECT_EQ(outputs.supportsUserModels, CapabilitiesOutputs::Untouched);
     EXPECT_EQ(outputs.audioFormat, nullptr);
     EXPECT_EQ(LiveTaskMemoryBlocks(), blocksBefore);
-    EXPECT_THAT(logger.lines,
-                ElementsAre(Entry, TwoLanguages, Log(1, 0, "[GetCapabilities] Failed to allocate buffer for language IDs.")));
+    EXPECT_EQ(logger.lines, Entry + Supported(2) + NoLanguageBuffer);
     outputs.keywordIds = nullptr;
 }
 
@@ -80,8 +76,7 @@ TEST_F(GetCapabilitiesFaults, NoLanguageBufferFailsWithoutLanguagesToo)
     const FaultPlan plan = FaultPlan::Nth(2, FallibleCall::TaskMemory);
     EXPECT_EQ(outputs.Get(adapter), E_OUTOFMEMORY);
     EXPECT_EQ(LiveTaskMemoryBlocks(), blocksBefore);
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, LogFormat(4, 0, "[GetCapabilities] Languages supported: 0."),
-                                          Log(1, 0, "[GetCapabilities] Failed to allocate buffer for language IDs.")));
+    EXPECT_EQ(logger.lines, Entry + Supported(0) + NoLanguageBuffer);
     outputs.keywordIds = nullptr;
 }
 
@@ -105,7 +100,7 @@ TEST_F(GetCapabilitiesFaults, AFailedMediaTypeGivesItsCodeAndStillLogsSuccess)
         EXPECT_EQ(stored.audioFormat, nullptr);
         EXPECT_EQ(LiveTaskMemoryBlocks(), blocksBefore + 2);
         EXPECT_EQ(LiveMediaTypes(), mediaTypesBefore);
-        EXPECT_THAT(logger.Take(), ElementsAre(Entry, TwoLanguages, Success));
+        EXPECT_EQ(logger.Take(), Entry + Supported(2) + Success);
     }
 }
 

@@ -1,6 +1,5 @@
+#include "tests/library/adapter/Lines.h"
 #include "tests/support/ArmingTest.h"
-#include "tests/support/PrivateAccess.h"
-#include "tests/support/ScriptedStream.h"
 
 #include <gmock/gmock.h>
 
@@ -10,51 +9,10 @@
 namespace
 {
 
-using testing::ElementsAre;
-using testing::ElementsAreArray;
+using namespace ParsingLines;
 using testing::IsEmpty;
 
 using Bytes = std::vector<uint8_t>;
-
-const LogLine Entry = Log(4, 0, "[ParseDetectionResultData] Entry.");
-const LogLine OutputMissing =
-    Log(1, 0, "[ParseDetectionResultData] Validation error, one or more of the output parameters is null.");
-const LogLine InputMissing =
-    Log(1, 0, "[ParseDetectionResultData] Validation error, one or more of the input parameters is null.");
-const LogLine UserMatched = Log(4, 0, "[ParseDetectionResultData] User matched for the user model.");
-const LogLine IndependentMatched = Log(4, 0, "[ParseDetectionResultData] User matched for the user independent model.");
-const LogLine Success = Log(4, 0, "[ParseDetectionResultData] Exit, success.");
-
-LogLine Language(int languageId)
-{
-    return LogFormat(4, 0, "[ParseDetectionResultData] Language Id: " + std::to_string(languageId) + ".");
-}
-
-LogLine InvalidSize(uint32_t size)
-{
-    return LogFormat(1, 0,
-                     "[ParseDetectionResultData] Validation error, expected result data size: 60, actual size : " +
-                         std::to_string(size) + ".");
-}
-
-LogLine Scores(unsigned int keywordId, unsigned int score, unsigned int threshold)
-{
-    return LogFormat(5, 0,
-                     "[ParseDetectionResultData] KeywordIdFw (" + std::to_string(keywordId) + "), KPD score (" +
-                         std::to_string(score) + "), KPD threshold (" + std::to_string(threshold) + ").");
-}
-
-LogLine InvalidKeyword(unsigned int keywordId)
-{
-    return LogFormat(3, 0, "[ParseDetectionResultData] Invalid KeywordId: " + std::to_string(keywordId) + ".");
-}
-
-LogLine Position(uint64_t start, uint64_t end)
-{
-    return LogFormat(5, 0,
-                     "[ParseDetectionResultData] Keyword start (" + std::to_string(start) + "), keyword end (" +
-                         std::to_string(end) + ").");
-}
 
 /// A block of 60 bytes: keyword 1, score 258, start 0x1716151413121110, end 0x2726252423222120. What is not read is EE.
 const Bytes ValidBlock{0x3C, 0x00, 0x00, 0x00,                         // size
@@ -123,15 +81,13 @@ protected:
 
     void ArmUserModel(uint16_t languageId)
     {
-        ScriptedStream stream("VWOV user");
-        ASSERT_EQ(Arm(&stream, languageId).result, S_OK);
+        Armed("VWOV user", languageId);
         logger.Take();
     }
 
     void ArmPredefinedModel(uint16_t languageId)
     {
-        ScriptedStream stream;
-        ASSERT_EQ(Arm(&stream, languageId).result, S_OK);
+        Armed("", languageId);
         logger.Take();
     }
 };
@@ -148,23 +104,20 @@ uint64_t LittleEndian(const Bytes& bytes, std::size_t offset, std::size_t count)
 }
 
 /// What a block that is armed for the predefined model of 1033 gives, and the lines of it.
-Outcome Predict(const Bytes& block, std::vector<LogLine>* lines)
+Outcome Predict(const Bytes& block, Lines* lines)
 {
-    *lines = {Entry, Language(1033)};
+    *lines = Begun(1033);
     const auto size = static_cast<uint32_t>(LittleEndian(block, 0, 4));
     if (size < 60 || !std::equal(block.begin() + 4, block.begin() + 20, ValidBlock.begin() + 4))
     {
-        lines->push_back(InvalidSize(size));
+        *lines = *lines + InvalidSize(size);
         return Failure(E_INVALIDARG);
     }
     const auto keywordId = static_cast<unsigned int>(LittleEndian(block, 48, 2));
-    lines->push_back(Scores(keywordId, block[52] * 256U + block[53], 192));
-    if (keywordId != 1)
-    {
-        lines->push_back(InvalidKeyword(keywordId));
-    }
     const Outcome outcome{S_OK, keywordId == 1 ? 1U : 0U, 1033, 0, LittleEndian(block, 28, 8), LittleEndian(block, 36, 8)};
-    lines->insert(lines->end(), {IndependentMatched, Position(outcome.keywordStart, outcome.keywordEnd), Success});
+    *lines = *lines + Scores(keywordId, block[52] * 256U + block[53], 192) +
+             (keywordId != 1 ? Lines(InvalidKeyword(keywordId)) : Lines()) +
+             Matched(false, outcome.keywordStart, outcome.keywordEnd);
     return outcome;
 }
 
@@ -172,8 +125,7 @@ TEST_F(ParseDetectionResultData, GivesTheBlocksFieldsAfterArmingThePredefinedMod
 {
     ArmPredefinedModel(1033);
     EXPECT_EQ(Parse(ValidBlock), (Outcome{S_OK, 1, 1033, FALSE, ValidStart, ValidEnd}));
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, Language(1033), Scores(1, 258, 192), IndependentMatched,
-                                          Position(1663540288323457296, 2820983053732684064), Success));
+    EXPECT_EQ(logger.lines, Begun(1033) + Scores(1, 258, 192) + Matched(false, 1663540288323457296, 2820983053732684064));
 }
 
 TEST_F(ParseDetectionResultData, ReportsAUserMatchAfterArmingTheUserModel)
@@ -181,8 +133,7 @@ TEST_F(ParseDetectionResultData, ReportsAUserMatchAfterArmingTheUserModel)
     ArmUserModel(1040);
     EXPECT_EQ(Parse(ValidBlock), (Outcome{S_OK, 1, 1040, TRUE, ValidStart, ValidEnd}));
     // The negative threshold is shown unsigned.
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, Language(1040), Scores(1, 258, 4294966963), UserMatched,
-                                          Position(ValidStart, ValidEnd), Success));
+    EXPECT_EQ(logger.lines, Begun(1040) + Scores(1, 258, 4294966963) + Matched(true, ValidStart, ValidEnd));
 }
 
 TEST_F(ParseDetectionResultData, EveryBitOfTheBlockDoesWhatItsFieldSays)
@@ -193,10 +144,10 @@ TEST_F(ParseDetectionResultData, EveryBitOfTheBlockDoesWhatItsFieldSays)
         SCOPED_TRACE(bit);
         Bytes block = ValidBlock;
         block[bit / 8] = static_cast<uint8_t>(block[bit / 8] ^ (1 << bit % 8));
-        std::vector<LogLine> lines;
+        Lines lines;
         const Outcome predicted = Predict(block, &lines);
         EXPECT_EQ(Parse(block), predicted);
-        EXPECT_THAT(logger.Take(), ElementsAreArray(lines));
+        EXPECT_EQ(logger.Take(), lines);
     }
 }
 
@@ -232,7 +183,7 @@ TEST_F(ParseDetectionResultData, ForeignDetectorIsReportedWithTheSizeLineKept)
         Bytes block = ValidBlock;
         block[offset] = 0;
         EXPECT_EQ(Parse(block), Failure(E_INVALIDARG));
-        EXPECT_THAT(logger.Take(), ElementsAre(Entry, Language(1033), InvalidSize(60)));
+        EXPECT_EQ(logger.Take(), Begun(1033) + InvalidSize(60));
     }
 }
 
@@ -246,8 +197,8 @@ TEST_F(ParseDetectionResultData, OtherKeywordIdIsASuccessWithKeywordZeroAndAWarn
         block[48] = static_cast<uint8_t>(keywordId & 0xFF);
         block[49] = static_cast<uint8_t>(keywordId >> 8);
         EXPECT_EQ(Parse(block), (Outcome{S_OK, 0, 1033, TRUE, ValidStart, ValidEnd}));
-        EXPECT_THAT(logger.Take(), ElementsAre(Entry, Language(1033), Scores(keywordId, 258, 128), InvalidKeyword(keywordId),
-                                               UserMatched, Position(ValidStart, ValidEnd), Success));
+        EXPECT_EQ(logger.Take(),
+                  Begun(1033) + Scores(keywordId, 258, 128) + InvalidKeyword(keywordId) + Matched(true, ValidStart, ValidEnd));
     }
 }
 
@@ -285,7 +236,7 @@ TEST_F(ParseDetectionResultData, PositionsAreHandedOnWithoutACheck)
         std::memcpy(&block[28], &one.start, sizeof(one.start));
         std::memcpy(&block[36], &one.end, sizeof(one.end));
         EXPECT_EQ(Parse(block), (Outcome{S_OK, 1, 1033, FALSE, one.start, one.end}));
-        EXPECT_EQ(logger.Take().at(4), Position(one.start, one.end));
+        EXPECT_EQ(logger.Take(), Begun(1033) + Scores(1, 258, 192) + Matched(false, one.start, one.end));
     }
 }
 
@@ -318,7 +269,7 @@ TEST_F(ParseDetectionResultData, EveryMissingOutputIsRefusedBeforeTheInputsAreLo
                 output(0, &outcome.keywordId), output(1, &outcome.languageId), output(2, &outcome.isUserMatch),
                 output(3, &outcome.keywordStart), output(4, &outcome.keywordEnd));
             EXPECT_EQ(outcome, Failure(E_POINTER));
-            EXPECT_THAT(logger.Take(), ElementsAre(Entry, OutputMissing));
+            EXPECT_EQ(logger.Take(), Entry + OutputMissing);
         }
     }
 }
@@ -340,7 +291,7 @@ TEST_F(ParseDetectionResultData, MissingInputIsRefusedAfterTheLanguageLine)
         outcome.result = adapter.ParseDetectionResultData(one.stream, one.block, &outcome.keywordId, &outcome.languageId,
                                                           &outcome.isUserMatch, &outcome.keywordStart, &outcome.keywordEnd);
         EXPECT_EQ(outcome, Failure(E_POINTER));
-        EXPECT_THAT(logger.Take(), ElementsAre(Entry, Language(1033), InputMissing));
+        EXPECT_EQ(logger.Take(), Begun(1033) + InputMissing);
     }
 }
 
@@ -349,17 +300,14 @@ TEST_F(ParseDetectionResultData, FailedParametersLeaveTheOutputs)
     ArmPredefinedModel(1033);
     configuration.RemoveFile("kpd_pre_1033.txt");
     EXPECT_EQ(Parse(ValidBlock), Failure(E_FAIL));
-    EXPECT_THAT(logger.lines,
-                ElementsAre(Entry, Language(1033), Log(2, 1, "[ReadThresholdFile] Failed to open threshold file."),
-                            Log(2, 1, "[GetDetectionParameters] Failed to read threshold file."),
-                            LogWithStatus(1, 0, "[ParseDetectionResultData] Failed to get detection parameters.", E_FAIL)));
+    EXPECT_EQ(logger.lines,
+              Begun(1033) + ConfigurationLines::ThresholdNotOpened + ConfigurationLines::ThresholdNotRead + ParametersFailed);
 }
 
 TEST_F(ParseDetectionResultData, AdapterThatWasNeverArmedReportsLanguageZeroAndNoUserMatch)
 {
     EXPECT_EQ(Parse(ValidBlock), (Outcome{S_OK, 1, 0, FALSE, ValidStart, ValidEnd}));
-    EXPECT_THAT(logger.lines,
-                ElementsAre(Entry, Language(0), Scores(1, 258, 0), IndependentMatched, Position(ValidStart, ValidEnd), Success));
+    EXPECT_EQ(logger.lines, Begun(0) + Scores(1, 258, 0) + Matched(false, ValidStart, ValidEnd));
 }
 
 TEST_F(ParseDetectionResultData, LanguageThatLeftTheConfigurationIsReportedWithAThresholdOfZero)
@@ -386,7 +334,7 @@ TEST_F(ParseDetectionResultData, LargestLanguageIdIsShownUnsigned)
     configuration.ReplaceInXml("id=\"1033\"", "id=\"65535\"");
     ArmPredefinedModel(65535);
     EXPECT_EQ(Parse(ValidBlock), (Outcome{S_OK, 1, 65535, FALSE, ValidStart, ValidEnd}));
-    EXPECT_EQ(logger.lines.at(1), Language(65535));
+    EXPECT_EQ(logger.lines.at(1), Begun(65535)[1]);
 }
 
 TEST_F(ParseDetectionResultData, FailedArmingMayChangeTheUserMatchButNotTheLanguageKept)
@@ -397,8 +345,7 @@ TEST_F(ParseDetectionResultData, FailedArmingMayChangeTheUserMatchButNotTheLangu
     ASSERT_EQ(Arm(&stream, 1040).result, E_FAIL);
     logger.Take();
     EXPECT_EQ(Parse(ValidBlock), (Outcome{S_OK, 1, 1033, TRUE, ValidStart, ValidEnd}));
-    EXPECT_THAT(logger.lines,
-                ElementsAre(Entry, Language(1033), Scores(1, 258, 128), UserMatched, Position(ValidStart, ValidEnd), Success));
+    EXPECT_EQ(logger.lines, Begun(1033) + Scores(1, 258, 128) + Matched(true, ValidStart, ValidEnd));
 }
 
 TEST_F(ParseDetectionResultData, AnswersFromTheArmingRecordAndWritesNothingToIt)

@@ -1,7 +1,8 @@
 #include "library/adapter/VeloxKeywordDetectorAdapterImpl.h"
 
+#include "tests/library/configuration/Lines.h"
+#include "tests/support/AdapterTest.h"
 #include "tests/support/PrivateAccess.h"
-#include "tests/support/RecordingLogger.h"
 #include "tests/support/Registry.h"
 
 #include <gmock/gmock.h>
@@ -13,100 +14,62 @@
 namespace
 {
 
+using namespace ConfigurationLines;
 using testing::ElementsAre;
-
-constexpr GUID Detector{0xA3A2A1A0, 0xA5A4, 0xA7A6, {0xA8, 0xA9, 0xAA, 0xAB, 0xAC, 0xAD, 0xAE, 0xAF}};
-
-class NoSettings
-{
-public:
-    NoSettings()
-    {
-        RemoveSettingsKey();
-    }
-    NoSettings(const NoSettings&) = delete;
-    NoSettings& operator=(const NoSettings&) = delete;
-    ~NoSettings()
-    {
-        RemoveSettingsKey();
-    }
-};
 
 // The configuration file is not touched before an operation needs it: none of these adapters has one.
 std::unique_ptr<VeloxKeywordDetectorAdapterImpl> MakeAdapter(RecordingLogger& logger)
 {
-    return std::make_unique<VeloxKeywordDetectorAdapterImpl>(&logger, "missing.xml", "1.2.3", Detector);
+    return std::make_unique<VeloxKeywordDetectorAdapterImpl>(&logger, "missing.xml", "1.2.3", DetectorId);
 }
 
 TEST(VeloxKeywordDetectorAdapterImpl, HandsTheSettingsToTheLoggerBeforeItsOwnLine)
 {
-    const NoSettings before;
-    WriteSettingsDword(L"LoggerLevel", 4);
-    WriteSettingsDword(L"LogToFile", 2);
-    RecordingLogger logger;
-    const auto adapter = MakeAdapter(logger);
-    EXPECT_THAT(logger.Take(),
-                ElementsAre(LogFormat(4, 1, "[GetLoggerSeverityLevelFromRegistry] Logger L severity level: 4."),
-                            LogFormat(4, 1, "[GetLogToFileFromReg] Log to file value: 2."), SetLevel(4), SetLogToFile(true),
-                            LogFormat(4, 0, "[VeloxKeywordDetectorAdapter] Constructor - Version: 1.2.3.")));
+    const std::string ofLevel = "GetLoggerSeverityLevelFromRegistry";
+    const std::string ofFile = "GetLogToFileFromReg";
+    struct Case
+    {
+        const char* description;
+        void (*prepare)();
+        Lines lines;
+    };
+    for (const Case& row :
+         {Case{"both",
+               [] {
+                   WriteSettingsDword(L"LoggerLevel", 4);
+                   WriteSettingsDword(L"LogToFile", 2);
+               },
+               LevelTaken("L", 4) + LogToFileTaken("2") + SetLevel(4) + SetLogToFile(true)},
+          Case{"no key", [] {},
+               RegistryNotOpened(ofLevel, "2") + RegistryNotOpened(ofFile, "2") + SetLevel(0) + SetLogToFile(false)},
+          Case{"no values", [] { WriteSettingsDword(L"Other", 1); },
+               LevelNotRead("L", "2", 0) + LogToFileNotRead("2") + SetLevel(0) + SetLogToFile(false)}})
+    {
+        SCOPED_TRACE(row.description);
+        RemoveSettingsKey();
+        row.prepare();
+        RecordingLogger logger;
+        const auto adapter = MakeAdapter(logger);
+        EXPECT_EQ(logger.Take(), row.lines + LogFormat(4, 0, "[VeloxKeywordDetectorAdapter] Constructor - Version: 1.2.3."));
+    }
+    RemoveSettingsKey();
 }
 
-TEST(VeloxKeywordDetectorAdapterImpl, WithoutSettingsLogsNothingAndToNoFile)
+TEST(VeloxKeywordDetectorAdapterImpl, TakesLoggerLevelsFromNoneToFiveAndElseLogsNothing)
 {
-    const NoSettings before;
-    RecordingLogger logger;
-    const auto adapter = MakeAdapter(logger);
-    EXPECT_THAT(logger.Take(),
-                ElementsAre(LogFormat(4, 1, "[GetLoggerSeverityLevelFromRegistry] Failed to open registry. Status: 0x2"),
-                            LogFormat(4, 1, "[GetLogToFileFromReg] Failed to open registry. Status: 0x2"), SetLevel(0),
-                            SetLogToFile(false), LogFormat(4, 0, "[VeloxKeywordDetectorAdapter] Constructor - Version: 1.2.3.")));
-}
-
-TEST(VeloxKeywordDetectorAdapterImpl, WithoutTheValuesLogsNothingAndToNoFile)
-{
-    const NoSettings before;
-    WriteSettingsDword(L"Other", 1);
-    RecordingLogger logger;
-    const auto adapter = MakeAdapter(logger);
-    EXPECT_THAT(logger.Take(),
-                ElementsAre(LogFormat(4, 1,
-                                      "[GetLoggerSeverityLevelFromRegistry] Failed to query registry key L value with status: "
-                                      "0x2.Setting logger level to: 0"),
-                            LogFormat(4, 1, "[GetLogToFileFromReg] Failed to query registry key value with status: 0x2."),
-                            SetLevel(0), SetLogToFile(false),
-                            LogFormat(4, 0, "[VeloxKeywordDetectorAdapter] Constructor - Version: 1.2.3.")));
-}
-
-TEST(VeloxKeywordDetectorAdapterImpl, TakesLoggerLevelsFromNoneToFive)
-{
-    const NoSettings before;
-    for (const uint32_t level : {0U, 1U, 2U, 3U, 4U, 5U})
+    RemoveSettingsKey();
+    for (const uint32_t level : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU})
     {
         SCOPED_TRACE(level);
         WriteSettingsDword(L"LoggerLevel", level);
         RecordingLogger logger;
         const auto adapter = MakeAdapter(logger);
-        EXPECT_THAT(logger.lines, testing::Contains(SetLevel(level)));
+        const bool taken = level <= 5;
+        EXPECT_EQ(logger.Take(), (taken ? LevelTaken("L", level) : LevelOutOfRange("L", 5, 0)) + LogToFileNotRead("2") +
+                                     SetLevel(taken ? level : 0) + SetLogToFile(false) +
+                                     LogFormat(4, 0, "[VeloxKeywordDetectorAdapter] Constructor - Version: 1.2.3."));
     }
-}
-
-TEST(VeloxKeywordDetectorAdapterImpl, ALoggerLevelOutOfRangeLogsNothing)
-{
-    const NoSettings before;
-    for (const uint32_t level : {6U, 7U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU})
-    {
-        SCOPED_TRACE(level);
-        WriteSettingsDword(L"LoggerLevel", level);
-        RecordingLogger logger;
-        const auto adapter = MakeAdapter(logger);
-        EXPECT_THAT(logger.Take(),
-                    ElementsAre(LogFormat(3, 1,
-                                          "[GetLoggerSeverityLevelFromRegistry] Logger L level for key out of range [0, "
-                                          "5].Actual value: 0. Using default level: NO_LOGS."),
-                                LogFormat(4, 1, "[GetLogToFileFromReg] Failed to query registry key value with status: 0x2."),
-                                SetLevel(0), SetLogToFile(false),
-                                LogFormat(4, 0, "[VeloxKeywordDetectorAdapter] Constructor - Version: 1.2.3.")));
-    }
+    RemoveSettingsKey();
 }
 
 TEST(VeloxKeywordDetectorAdapterImpl, BeginsWithNothingArmed)
@@ -126,7 +89,7 @@ TEST(VeloxKeywordDetectorAdapterImpl, KeepsTheOrderOfItsFields)
     const auto* bytes = reinterpret_cast<const char*>(adapter.get());
     IVeloxKeywordDetectorLogger* const borrowed = &logger;
     EXPECT_EQ(std::memcmp(bytes + 8, &borrowed, sizeof(borrowed)), 0);
-    EXPECT_EQ(std::memcmp(bytes + 28, &Detector, sizeof(Detector)), 0);
+    EXPECT_EQ(std::memcmp(bytes + 28, &DetectorId, sizeof(DetectorId)), 0);
 }
 
 TEST(VeloxKeywordDetectorAdapterImpl, DestructionThroughTheInterfaceWritesOneLineAndNothingAfterIt)

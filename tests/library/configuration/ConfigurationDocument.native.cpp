@@ -1,13 +1,12 @@
 #include "library/configuration/ConfigurationDocument.h"
 
 #include "tests/support/FaultInjector.h"
+#include "tests/support/FileOpen.h"
 #include "tests/support/RecordingLogger.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
-#include <filesystem>
-#include <iterator>
 #include <new>
 
 namespace
@@ -27,11 +26,6 @@ protected:
     {
         return LoadDocument(&document, path, &logger, "[Op] %s: %s");
     }
-    static std::ptrdiff_t OpenFiles()
-    {
-        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), std::filesystem::directory_iterator());
-    }
-
     TemporaryFolder folder;
     const std::string path = folder.Path() + "/configuration.xml";
     RecordingLogger logger;
@@ -53,7 +47,7 @@ TEST_F(ConfigurationDocumentFaults, DirectoryInsteadOfTheFileCannotBeRead)
 
 TEST_F(ConfigurationDocumentFaults, AllocationThatFailsInTheParserLosesTheOpenFileIsKept)
 {
-    const std::ptrdiff_t before = OpenFiles();
+    const std::size_t before = OpenFiles();
     {
         const FaultPlan plan(FaultPlan::Nth(1, FallibleCall::Allocation));
         EXPECT_THROW(Load(), std::bad_alloc);
@@ -63,6 +57,7 @@ TEST_F(ConfigurationDocumentFaults, AllocationThatFailsInTheParserLosesTheOpenFi
 
     EXPECT_EQ(Load(), S_OK);
     EXPECT_EQ(OpenFiles(), before + 1);
+    CloseOpenFiles();
 }
 
 } // namespace

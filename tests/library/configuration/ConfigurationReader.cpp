@@ -1,51 +1,48 @@
 #include "library/configuration/ConfigurationReader.h"
 
+#include "tests/library/configuration/Lines.h"
 #include "tests/support/ReaderOperations.h"
-#include "tests/support/ReaderTest.h"
-
-#include <gmock/gmock.h>
 
 #include <filesystem>
 #include <string>
 #include <type_traits>
 
-namespace
-{
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 static_assert(std::has_virtual_destructor_v<ConfigurationReader>);
 static_assert(!std::is_copy_constructible_v<ConfigurationReader> && !std::is_copy_assignable_v<ConfigurationReader>);
 
-TEST(ConfigurationReader, IsAPathAndALoggerBehindOneVirtualTable)
+// The suite is named like the class, which stands outside of this namespace.
+namespace AllOperations
 {
-    EXPECT_EQ(sizeof(ConfigurationReader), sizeof(void*) + sizeof(std::string) + sizeof(IVeloxKeywordDetectorLogger*));
+namespace
+{
+
+using namespace ConfigurationLines;
+using testing::IsEmpty;
+
+using ConfigurationReader = EveryReaderOperation;
+
+TEST_F(ConfigurationReader, IsAPathAndALoggerBehindOneVirtualTable)
+{
+    EXPECT_EQ(sizeof(reader), sizeof(void*) + sizeof(std::string) + sizeof(IVeloxKeywordDetectorLogger*));
 }
 
-TEST(ConfigurationReader, CopiesThePathAndDoesNotTouchTheFile)
+TEST_F(ConfigurationReader, CopiesThePathAndDoesNotTouchTheFile)
 {
-    const TestConfiguration configuration;
     const std::string text = ReadWholeFile(configuration.Path());
     std::filesystem::remove(configuration.Path());
-
-    RecordingLogger logger;
     std::string path = configuration.Path();
-    ConfigurationReader reader(path, &logger);
+    ::ConfigurationReader copying(path, &logger);
     path = "elsewhere";
     EXPECT_THAT(logger.lines, IsEmpty());
 
     configuration.WriteXml(text);
     uint32_t count = 0;
-    EXPECT_EQ(reader.GetLanguagesCount(&count), S_OK);
+    EXPECT_EQ(copying.GetLanguagesCount(&count), S_OK);
     EXPECT_EQ(count, 2U);
 }
 
-TEST(ConfigurationReader, NothingIsKeptBetweenCalls)
+TEST_F(ConfigurationReader, NothingIsKeptBetweenCalls)
 {
-    const TestConfiguration configuration;
-    RecordingLogger logger;
-    ConfigurationReader reader(configuration.Path(), &logger);
     uint32_t count = 0;
     EXPECT_EQ(reader.GetLanguagesCount(&count), S_OK);
     EXPECT_EQ(count, 2U);
@@ -59,12 +56,9 @@ TEST(ConfigurationReader, NothingIsKeptBetweenCalls)
     EXPECT_EQ(count, 1U);
 }
 
-TEST(ConfigurationReader, NoOperationChangesTheFile)
+TEST_F(ConfigurationReader, NoOperationChangesTheFile)
 {
-    const TestConfiguration configuration;
     const std::string text = ReadWholeFile(configuration.Path());
-    RecordingLogger logger;
-    ConfigurationReader reader(configuration.Path(), &logger);
     for (const ReaderOperation& operation : ReaderOperations())
     {
         SCOPED_TRACE(operation);
@@ -76,43 +70,39 @@ TEST(ConfigurationReader, NoOperationChangesTheFile)
     EXPECT_THAT(logger.lines, IsEmpty());
 }
 
-TEST(ConfigurationReader, EveryOperationLogsAnAbsentFileAndLeavesItsOutputs)
+TEST_F(ConfigurationReader, EveryOperationLogsAnAbsentFileAndLeavesItsOutputs)
 {
-    const TestConfiguration configuration;
     std::filesystem::remove(configuration.Path());
-    RecordingLogger logger;
-    ConfigurationReader reader(configuration.Path(), &logger);
-    for (const ReaderOperation& operation : ReaderOperations())
-    {
-        SCOPED_TRACE(operation);
-        ReaderOutputs outputs;
-        EXPECT_EQ(operation.run(reader, 1033, &outputs), E_FAIL);
-        EXPECT_TRUE(outputs.Untouched());
-        EXPECT_THAT(logger.Take(),
-                    ElementsAre(LogFormat(2, 1,
-                                          operation.Line("Failed to load configuration file: " + configuration.Path() +
-                                                         ". Status: XML_ERROR_FILE_NOT_FOUND."))));
-    }
+    ExpectRefused([this](const ReaderOperation& operation) {
+        return NotLoaded(operation.name, configuration.Path(), "XML_ERROR_FILE_NOT_FOUND");
+    });
 }
 
-TEST(ConfigurationReader, EveryOperationButIsLanguageSupportedNeedsARoot)
+TEST_F(ConfigurationReader, EveryOperationButIsLanguageSupportedNeedsARoot)
 {
-    const TestConfiguration configuration;
     configuration.WriteXml("<!-- no element -->");
-    RecordingLogger logger;
-    ConfigurationReader reader(configuration.Path(), &logger);
-    for (const ReaderOperation& operation : ReaderOperations())
+    ExpectRefused([](const ReaderOperation& operation) { return NoRoot(operation.name); },
+                  [](const ReaderOperation& operation) { return operation.name != "IsLanguageSupported"; });
+}
+
+TEST_F(ConfigurationReader, EveryLookupOfALanguageNeedsTheDirectory)
+{
+    configuration.ReplaceInXml(" directory=", " folder=");
+    ExpectRefused([](const ReaderOperation& operation) { return NotGot(operation.name, "directory attribute"); },
+                  [](const ReaderOperation& operation) { return operation.looksUpLanguage; });
+}
+
+TEST_F(ConfigurationReader, EveryLookupOfALanguageNeedsValidIdsAheadOfIt)
+{
+    for (const int status : {1, 2})
     {
-        if (operation.name == "IsLanguageSupported")
-        {
-            continue;
-        }
-        SCOPED_TRACE(operation);
-        ReaderOutputs outputs;
-        EXPECT_EQ(operation.run(reader, 1033, &outputs), E_FAIL);
-        EXPECT_TRUE(outputs.Untouched());
-        EXPECT_THAT(logger.Take(), ElementsAre(LogFormat(2, 1, operation.Line("Failed to load root element of DOM."))));
+        SCOPED_TRACE(status);
+        const std::string element = status == 1 ? "<a/>" : "<a id='abc'/>";
+        configuration.WriteLanguages(element + TestConfiguration::LanguageElement("1033", 10));
+        ExpectRefused([&](const ReaderOperation& operation) { return AttributeFailed(operation.name, status); },
+                      [](const ReaderOperation& operation) { return operation.looksUpLanguage; });
     }
 }
 
 } // namespace
+} // namespace AllOperations

@@ -1,4 +1,5 @@
 #include "tests/support/FaultInjector.h"
+#include "tests/support/FileOpen.h"
 #include "tests/support/ReaderOperations.h"
 #include "tests/support/ReaderTest.h"
 
@@ -12,6 +13,11 @@ namespace
 
 class ConfigurationReaderFaults : public ReaderTest
 {
+protected:
+    ~ConfigurationReaderFaults() override
+    {
+        CloseOpenFiles(); // TinyXML-2 loses the file that it has open when it gets no memory.
+    }
 };
 
 TEST_F(ConfigurationReaderFaults, EveryOperationOpensItsFilesAnew)

@@ -1,5 +1,5 @@
+#include "tests/library/configuration/GetDetectionParameters.h"
 #include "tests/support/FaultInjector.h"
-#include "tests/support/ReaderTest.h"
 
 #include <gmock/gmock.h>
 
@@ -12,38 +12,28 @@
 namespace
 {
 
+using namespace ConfigurationLines;
 using testing::ElementsAre;
 
-const LogLine NotOpened = Log(2, 1, "[ReadThresholdFile] Failed to open threshold file.");
-const LogLine NotRead = Log(2, 1, "[GetDetectionParameters] Failed to read threshold file.");
-
-class GetDetectionParametersFaults : public ReaderTest
-{
-protected:
-    VELOX_WOV_DETECTION_PARAMETERS parameters{4711, 4711, 4711};
-};
-
-struct OpenCase
-{
-    uint64_t failing;
-    int32_t predefined;
-    int32_t userDefined;
-};
+using GetDetectionParametersFaults = DetectionParametersTest;
 
 TEST_F(GetDetectionParametersFaults, ThresholdFileThatCannotBeOpenedFailsAndKeepsTheFieldsBefore)
 {
-    // The first open is the configuration file's. The last is the second read of the user-defined threshold.
-    for (const OpenCase& variant : {OpenCase{2, 4711, 4711}, OpenCase{3, 192, 4711}, OpenCase{4, 192, 128}})
+    struct Case
     {
-        SCOPED_TRACE(variant.failing);
+        uint64_t failing;
+        int32_t predefined, userDefined;
+    };
+    // The first open is the configuration file's. The last is the second read of the user-defined threshold.
+    for (const Case& row : {Case{2, 4711, 4711}, Case{3, 192, 4711}, Case{4, 192, 128}})
+    {
+        SCOPED_TRACE(row.failing);
         parameters = {4711, 4711, 4711};
-        const FaultPlan plan(FaultPlan::Nth(variant.failing, FallibleCall::FileOpen));
+        const FaultPlan plan(FaultPlan::Nth(row.failing, FallibleCall::FileOpen));
         EXPECT_EQ(reader.GetDetectionParameters(1033, &parameters), E_FAIL);
-        EXPECT_EQ(plan.Calls(), variant.failing);
-        EXPECT_EQ(parameters.qualityThreshold, 10);
-        EXPECT_EQ(parameters.preDefinedKpdSensitivity, variant.predefined);
-        EXPECT_EQ(parameters.userDefinedKpdSensitivity, variant.userDefined);
-        EXPECT_THAT(logger.Take(), ElementsAre(NotOpened, NotRead));
+        EXPECT_EQ(plan.Calls(), row.failing);
+        ExpectFields(10, row.predefined, row.userDefined);
+        EXPECT_THAT(logger.Take(), ElementsAre(ThresholdNotOpened, ThresholdNotRead));
     }
 }
 
@@ -61,10 +51,8 @@ TEST_F(GetDetectionParametersFaults, UserDefinedFileThatGoesAwayBetweenItsTwoRea
     });
     EXPECT_EQ(reader.GetDetectionParameters(1033, &parameters), E_FAIL);
     writer.join();
-    EXPECT_EQ(parameters.qualityThreshold, 10);
-    EXPECT_EQ(parameters.preDefinedKpdSensitivity, 192);
-    EXPECT_EQ(parameters.userDefinedKpdSensitivity, 64);
-    EXPECT_THAT(logger.lines, ElementsAre(NotOpened, NotRead));
+    ExpectFields(10, 192, 64);
+    EXPECT_THAT(logger.lines, ElementsAre(ThresholdNotOpened, ThresholdNotRead));
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "tests/library/configuration/Lines.h"
 #include "tests/support/FaultInjector.h"
 #include "tests/support/ReaderTest.h"
 
@@ -6,35 +7,22 @@
 namespace
 {
 
-using testing::ElementsAre;
-
-class GetEnrollmentParametersFaults : public ReaderTest
-{
-};
-
-struct AllocationCase
-{
-    uint64_t failing;
-    const char* file;
-    HRESULT result;
-};
+using GetEnrollmentParametersFaults = ReaderTest;
 
 TEST_F(GetEnrollmentParametersFaults, FailedAllocationLeavesItsMemberNullAndOnlyTheLastFails)
 {
-    for (const AllocationCase& variant : {AllocationCase{1, "kp_1033.bin", S_OK}, AllocationCase{2, "am_1033.bin", S_OK},
-                                          AllocationCase{3, "zn_1033.bin", E_FAIL}})
+    for (const uint64_t failing : {1U, 2U, 3U})
     {
-        SCOPED_TRACE(variant.file);
+        SCOPED_TRACE(failing);
         EnrollmentParameters parameters;
-        const FaultPlan plan(FaultPlan::Nth(variant.failing, FallibleCall::NothrowAllocation));
-        EXPECT_EQ(reader.GetEnrollmentParameters(1033, &parameters), variant.result);
+        const FaultPlan plan(FaultPlan::Nth(failing, FallibleCall::NothrowAllocation));
+        EXPECT_EQ(reader.GetEnrollmentParameters(1033, &parameters), failing == 3 ? E_FAIL : S_OK);
         EXPECT_EQ(plan.Calls(), 3U);
-        EXPECT_EQ(parameters.keyphraseModel == nullptr, variant.failing == 1);
-        EXPECT_EQ(parameters.acousticModel == nullptr, variant.failing == 2);
-        EXPECT_EQ(parameters.znormPopulation == nullptr, variant.failing == 3);
-        EXPECT_THAT(logger.Take(),
-                    ElementsAre(LogFormat(
-                        2, 1, "[LoadFile] Failed to allocate memory for data from file: " + std::string(variant.file) + ".")));
+        EXPECT_EQ(parameters.keyphraseModel == nullptr, failing == 1);
+        EXPECT_EQ(parameters.acousticModel == nullptr, failing == 2);
+        EXPECT_EQ(parameters.znormPopulation == nullptr, failing == 3);
+        const std::string files[]{"kp_1033.bin", "am_1033.bin", "zn_1033.bin"};
+        EXPECT_THAT(logger.Take(), testing::ElementsAre(ConfigurationLines::FileWithoutMemory(files[failing - 1])));
     }
 }
 

@@ -1,3 +1,4 @@
+#include "tests/library/configuration/Lines.h"
 #include "tests/support/FaultInjector.h"
 #include "tests/support/ReaderTest.h"
 
@@ -9,9 +10,7 @@ namespace
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class GetPlatformConstraintsFaults : public ReaderTest
-{
-};
+using GetPlatformConstraintsFaults = ReaderTest;
 
 TEST_F(GetPlatformConstraintsFaults, FileThatCannotBeOpenedFailsAndLeavesTheText)
 {
@@ -19,7 +18,7 @@ TEST_F(GetPlatformConstraintsFaults, FileThatCannotBeOpenedFailsAndLeavesTheText
     std::string constraints = "old";
     EXPECT_EQ(reader.GetPlatformConstraints(&constraints), E_FAIL);
     EXPECT_EQ(constraints, "old");
-    EXPECT_THAT(logger.lines, ElementsAre(Log(2, 1, "[GetPlatformConstraints] Failed to open platform constraints file.")));
+    EXPECT_THAT(logger.lines, ElementsAre(ConfigurationLines::ConstraintsNotOpened));
 }
 
 TEST_F(GetPlatformConstraintsFaults, FailedReadGivesAnEmptyLineIsKept)

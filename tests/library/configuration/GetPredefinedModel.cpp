@@ -1,4 +1,6 @@
+#include "tests/library/configuration/Lines.h"
 #include "tests/support/ReaderTest.h"
+#include "tests/support/Table.h"
 
 #include <gmock/gmock.h>
 
@@ -7,10 +9,13 @@
 namespace
 {
 
+using namespace ConfigurationLines;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class GetPredefinedModel : public ReaderTest
+using Damage = ConfigurationDamage;
+
+class GetPredefinedModel : public ReaderTest, public testing::WithParamInterface<Damage>
 {
 protected:
     /// A lookup that fails, or finds no language, and leaves what the caller had.
@@ -31,7 +36,7 @@ TEST_F(GetPredefinedModel, GivesTheLanguagesFirmwareModel)
     uint32_t size = 0;
     EXPECT_EQ(reader.GetPredefinedModel(1040, &data, &size), S_OK);
     const std::unique_ptr<uint8_t[]> owner(data);
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(data), size), "firmware 1040");
+    EXPECT_EQ(std::string(data, data + size), "firmware 1040");
     EXPECT_THAT(logger.lines, IsEmpty());
 }
 
@@ -41,69 +46,21 @@ TEST_F(GetPredefinedModel, UnknownLanguageIsNoFailureAndGivesNothing)
     EXPECT_THAT(logger.lines, IsEmpty());
 }
 
-TEST_F(GetPredefinedModel, MissingElementFails)
+TEST_P(GetPredefinedModel, DamageFails)
 {
-    configuration.ReplaceInXml("<fwBlob>fw_1033.bin</fwBlob>", "");
+    GetParam().inflict(configuration);
     ExpectOutputsLeft(1033, E_FAIL);
-    EXPECT_THAT(logger.lines, ElementsAre(Log(2, 1, "[GetPredefinedModel] Failed to get predefined model XML element.")));
+    EXPECT_THAT(logger.lines, ElementsAre(GetParam().line));
 }
 
-TEST_F(GetPredefinedModel, ElementWithoutTextFails)
-{
-    configuration.ReplaceInXml("fw_1033.bin", "");
-    ExpectOutputsLeft(1033, E_FAIL);
-    EXPECT_THAT(logger.lines, ElementsAre(Log(2, 1, "[GetPredefinedModel] Failed to get predefined model file name.")));
-}
-
-TEST_F(GetPredefinedModel, MissingModelFileFails)
-{
-    configuration.RemoveFile("fw_1033.bin");
-    ExpectOutputsLeft(1033, E_FAIL);
-    EXPECT_THAT(logger.lines, ElementsAre(LogFormat(2, 1, "[LoadFile] Failed to load file: fw_1033.bin.")));
-}
-
-TEST_F(GetPredefinedModel, EmptyModelFileFails)
-{
-    configuration.WriteFile("fw_1033.bin", "");
-    ExpectOutputsLeft(1033, E_FAIL);
-    EXPECT_THAT(logger.lines, ElementsAre(LogFormat(2, 1, "[LoadFile] The file: fw_1033.bin  is empty.")));
-}
-
-TEST_F(GetPredefinedModel, InvalidIdAheadFails)
-{
-    for (const auto& [element, status] : {std::pair{"<a/>", "1"}, std::pair{"<a id='abc'/>", "2"}})
-    {
-        SCOPED_TRACE(element);
-        configuration.WriteLanguages(element + TestConfiguration::LanguageElement("1033", 10));
-        ExpectOutputsLeft(1033, E_FAIL);
-        EXPECT_THAT(
-            logger.Take(),
-            ElementsAre(LogFormat(
-                2, 1, "[GetPredefinedModel] Failed to query ID attribute. XML parser status: " + std::string(status) + ".")));
-    }
-}
-
-TEST_F(GetPredefinedModel, MissingDirectoryFails)
-{
-    configuration.ReplaceInXml(" directory=", " folder=");
-    ExpectOutputsLeft(1033, E_FAIL);
-    EXPECT_THAT(logger.lines, ElementsAre(Log(2, 1, "[GetPredefinedModel] Failed to get directory attribute.")));
-}
-
-TEST_F(GetPredefinedModel, UnreadableFileFails)
-{
-    configuration.WriteXml("");
-    ExpectOutputsLeft(1033, E_FAIL);
-    EXPECT_THAT(logger.lines, ElementsAre(LogFormat(2, 1,
-                                                    "[GetPredefinedModel] Failed to load configuration file: " +
-                                                        configuration.Path() + ". Status: XML_ERROR_EMPTY_DOCUMENT.")));
-}
-
-TEST_F(GetPredefinedModel, DocumentWithoutElementFails)
-{
-    configuration.WriteXml("<!-- no element -->");
-    ExpectOutputsLeft(1033, E_FAIL);
-    EXPECT_THAT(logger.lines, ElementsAre(LogFormat(2, 1, "[GetPredefinedModel] Failed to load root element of DOM.")));
-}
+INSTANTIATE_TEST_SUITE_P(
+    Damages, GetPredefinedModel,
+    testing::Values(Damage{"no element", [](auto& damaged) { damaged.ReplaceInXml("<fwBlob>fw_1033.bin</fwBlob>", ""); },
+                           NotGot("GetPredefinedModel", "predefined model XML element")},
+                    Damage{"no name", [](auto& damaged) { damaged.ReplaceInXml("fw_1033.bin", ""); },
+                           NotGot("GetPredefinedModel", "predefined model file name")},
+                    Damage{"no file", [](auto& damaged) { damaged.RemoveFile("fw_1033.bin"); }, FileNotOpened("fw_1033.bin")},
+                    Damage{"empty file", [](auto& damaged) { damaged.WriteFile("fw_1033.bin", ""); }, FileEmpty("fw_1033.bin")}),
+    RowName());
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "tests/library/configuration/Lines.h"
 #include "tests/support/FaultInjector.h"
 #include "tests/support/ReaderTest.h"
 
@@ -6,11 +7,7 @@
 namespace
 {
 
-using testing::ElementsAre;
-
-class GetPredefinedModelFaults : public ReaderTest
-{
-};
+using GetPredefinedModelFaults = ReaderTest;
 
 TEST_F(GetPredefinedModelFaults, FailedAllocationLeavesNullAndNoSize)
 {
@@ -21,8 +18,7 @@ TEST_F(GetPredefinedModelFaults, FailedAllocationLeavesNullAndNoSize)
     EXPECT_EQ(reader.GetPredefinedModel(1033, &data, &size), E_FAIL);
     EXPECT_EQ(data, nullptr);
     EXPECT_EQ(size, 4711U);
-    EXPECT_THAT(logger.lines,
-                ElementsAre(LogFormat(2, 1, "[LoadFile] Failed to allocate memory for data from file: fw_1033.bin.")));
+    EXPECT_THAT(logger.lines, testing::ElementsAre(ConfigurationLines::FileWithoutMemory("fw_1033.bin")));
 }
 
 } // namespace

@@ -1,50 +1,34 @@
 // Configuration files that nobody sane writes, before every operation that reads them: the outcome is a return code and a log
 // line, whatever they hold.
+#include "tests/library/configuration/Lines.h"
 #include "tests/support/ReaderOperations.h"
-#include "tests/support/ReaderTest.h"
-
-#include <gmock/gmock.h>
 
 #include <algorithm>
 
 namespace
 {
 
-using testing::ElementsAre;
+using namespace ConfigurationLines;
 using testing::IsEmpty;
 using testing::StartsWith;
 
 using namespace std::string_literals;
 
-class HostileConfiguration : public ReaderTest
+class HostileConfiguration : public EveryReaderOperation
 {
 protected:
     /// Every operation fails to load the file, says so in one line and leaves its outputs.
     void ExpectRefused(const std::string& status)
     {
-        for (const ReaderOperation& operation : ReaderOperations())
-        {
-            SCOPED_TRACE(operation);
-            ReaderOutputs outputs;
-            EXPECT_EQ(operation.run(reader, 1033, &outputs), E_FAIL);
-            EXPECT_TRUE(outputs.Untouched());
-            EXPECT_THAT(logger.Take(),
-                        ElementsAre(LogFormat(2, 1,
-                                              operation.Line("Failed to load configuration file: " + configuration.Path() +
-                                                             ". Status: " + status + "."))));
-        }
+        EveryReaderOperation::ExpectRefused(
+            [&](const ReaderOperation& operation) { return NotLoaded(operation.name, configuration.Path(), status); });
     }
 
     /// Every operation succeeds without a line; the file holds `count` languages, 1033 among them.
     void ExpectAccepted(uint32_t count)
     {
         ReaderOutputs outputs;
-        for (const ReaderOperation& operation : ReaderOperations())
-        {
-            SCOPED_TRACE(operation);
-            EXPECT_EQ(operation.run(reader, 1033, &outputs), S_OK);
-        }
-        EXPECT_THAT(logger.Take(), IsEmpty());
+        EveryReaderOperation::ExpectAccepted(&outputs);
         EXPECT_EQ(outputs.count, count);
         EXPECT_EQ(std::count(outputs.ids.begin(), outputs.ids.begin() + count, 1033), 1);
         EXPECT_TRUE(outputs.supported);
@@ -128,8 +112,8 @@ TEST_F(HostileConfiguration, EveryProperBeginningOfAFileIsRefused)
             ASSERT_EQ(operation.run(reader, 1033, &outputs), E_FAIL);
             ASSERT_TRUE(outputs.Untouched());
             ASSERT_EQ(logger.lines.size(), 1U);
-            ASSERT_THAT(logger.Take().front().text, StartsWith(operation.Line("Failed to load configuration file: " +
-                                                                              configuration.Path() + ". Status: XML_ERROR_")));
+            const std::string begin = NotLoaded(operation.name, configuration.Path(), "XML_ERROR_").text;
+            ASSERT_THAT(logger.Take().front().text, StartsWith(begin.substr(0, begin.size() - 1)));
         }
     }
 }
@@ -181,22 +165,13 @@ TEST_F(HostileConfiguration, DocumentsWithoutAnElementHaveNoRoot)
     {
         SCOPED_TRACE(xml);
         configuration.WriteXml(xml);
-        for (const ReaderOperation& operation : ReaderOperations())
-        {
-            SCOPED_TRACE(operation);
-            ReaderOutputs outputs;
-            const HRESULT result = operation.run(reader, 1033, &outputs);
-            if (operation.name == "IsLanguageSupported")
-            {
-                EXPECT_EQ(result, S_OK);
-                EXPECT_FALSE(outputs.supported);
-                EXPECT_THAT(logger.Take(), IsEmpty());
-                continue;
-            }
-            EXPECT_EQ(result, E_FAIL);
-            EXPECT_TRUE(outputs.Untouched());
-            EXPECT_THAT(logger.Take(), ElementsAre(LogFormat(2, 1, operation.Line("Failed to load root element of DOM."))));
-        }
+        EveryReaderOperation::ExpectRefused(
+            [](const ReaderOperation& operation) { return NoRoot(operation.name); },
+            [](const ReaderOperation& operation) { return operation.name != "IsLanguageSupported"; });
+        bool supported = true;
+        EXPECT_EQ(reader.IsLanguageSupported(1033, &supported), S_OK);
+        EXPECT_FALSE(supported);
+        EXPECT_THAT(logger.Take(), IsEmpty());
     }
 }
 
@@ -253,12 +228,7 @@ TEST_F(HostileConfiguration, TwoHundredThousandLanguagesAreRead)
     configuration.WriteLanguages(languages + TestConfiguration::LanguageElement("1033", 10));
 
     ReaderOutputs outputs;
-    for (const ReaderOperation& operation : ReaderOperations())
-    {
-        SCOPED_TRACE(operation);
-        EXPECT_EQ(operation.run(reader, 1033, &outputs), S_OK);
-    }
-    EXPECT_THAT(logger.lines, IsEmpty());
+    EveryReaderOperation::ExpectAccepted(&outputs);
     EXPECT_EQ(outputs.count, Count);
     EXPECT_EQ(outputs.ids[0], static_cast<uint16_t>(100001));
     EXPECT_EQ(outputs.ids[Count - 1], 1033);
@@ -329,12 +299,7 @@ TEST_F(HostileConfiguration, IdThatIsListedNeedNotBeSupported)
 {
     configuration.WriteLanguages("<l id='66569'/>");
     ReaderOutputs outputs;
-    for (const ReaderOperation& operation : ReaderOperations())
-    {
-        SCOPED_TRACE(operation);
-        EXPECT_EQ(operation.run(reader, 1033, &outputs), S_OK);
-    }
-    EXPECT_THAT(logger.lines, IsEmpty());
+    EveryReaderOperation::ExpectAccepted(&outputs);
     EXPECT_EQ(outputs.count, 1U);
     EXPECT_EQ(outputs.ids[0], 1033);
     EXPECT_FALSE(outputs.supported);
@@ -353,7 +318,7 @@ TEST_F(HostileConfiguration, DirectoryInsteadOfTheFileIsRefused)
         EXPECT_TRUE(outputs.Untouched());
         ASSERT_EQ(logger.lines.size(), 1U);
         // The status is the platform's: the open fails, or the first read does.
-        EXPECT_THAT(logger.Take().front().text, StartsWith(operation.Line("Failed to load configuration file: ")));
+        EXPECT_THAT(logger.Take().front().text, StartsWith("[" + operation.name + "] Failed to load configuration file: "));
     }
 }
 

@@ -5,7 +5,6 @@
 namespace
 {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 class IsLanguageSupported : public ReaderTest
@@ -34,21 +33,20 @@ TEST_F(IsLanguageSupported, AnyOtherIsNot)
     EXPECT_THAT(logger.lines, IsEmpty());
 }
 
-struct SupportCase
-{
-    const char* description;
-    const char* languages;
-    bool supported;
-};
-
 TEST_F(IsLanguageSupported, ElementsWithoutAValidIdArePassedOver)
 {
-    const SupportCase cases[]{
+    struct Case
+    {
+        const char* description;
+        const char* languages;
+        bool supported;
+    };
+    const Case cases[]{
         {"missing ahead", "<a/><a id='1033'/>", true},          {"empty ahead", "<a id=''/><a id='1033'/>", true},
         {"letters ahead", "<a id='abc'/><a id='1033'/>", true}, {"only invalid ones", "<a/><a id=''/><a id='abc'/>", false},
         {"twice", "<a id='1033'/><a id='1033'/>", true},        {"only in a child", "<a><b id='1033'/></a>", false},
         {"the whole value counts", "<a id='66569'/>", false},   {"no languages", "", false}};
-    for (const SupportCase& variant : cases)
+    for (const Case& variant : cases)
     {
         SCOPED_TRACE(variant.description);
         configuration.WriteLanguages(variant.languages);
@@ -79,15 +77,9 @@ TEST_F(IsLanguageSupported, DocumentWithoutElementSupportsNone)
 TEST_F(IsLanguageSupported, UnreadableFileFailsAndLeavesTheAnswer)
 {
     configuration.WriteXml("<keywords></language>");
-    for (bool supported : {false, true})
-    {
-        const bool before = supported;
-        EXPECT_EQ(reader.IsLanguageSupported(1033, &supported), E_FAIL);
-        EXPECT_EQ(supported, before);
-        EXPECT_THAT(logger.Take(), ElementsAre(LogFormat(2, 1,
-                                                         "[IsLanguageSupported] Failed to load configuration file: " +
-                                                             configuration.Path() + ". Status: XML_ERROR_MISMATCHED_ELEMENT.")));
-    }
+    bool supported = false; // What a refusal does to true is seen where all operations are.
+    EXPECT_EQ(reader.IsLanguageSupported(1033, &supported), E_FAIL);
+    EXPECT_FALSE(supported);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "tests/library/configuration/Lines.h"
 #include "tests/support/PrivateAccess.h"
 #include "tests/support/ReaderTest.h"
 
@@ -8,6 +9,7 @@
 namespace
 {
 
+using namespace ConfigurationLines;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -27,18 +29,6 @@ protected:
         EXPECT_EQ(PrivateAccess::LoadFile(reader, directory, fileName, &data, &size), S_OK);
         const std::unique_ptr<uint8_t[]> owner(data);
         return {reinterpret_cast<const char*>(data), size};
-    }
-
-    /// A load that fails and leaves what the caller had.
-    void ExpectFailureLeavesTheOutputs(const std::string& directory, const std::string& fileName, const std::string& line)
-    {
-        uint8_t mark = 0;
-        uint8_t* data = &mark;
-        uint32_t size = 4711;
-        EXPECT_EQ(PrivateAccess::LoadFile(reader, directory, fileName, &data, &size), E_FAIL);
-        EXPECT_EQ(data, &mark);
-        EXPECT_EQ(size, 4711U);
-        EXPECT_THAT(logger.Take(), ElementsAre(LogFormat(2, 1, line)));
     }
 };
 
@@ -76,31 +66,32 @@ TEST_F(ModelFile, SizeMayBeNull)
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(data), 3), "abc");
 }
 
-TEST_F(ModelFile, EmptyFileFailsAndKeepsItsWording)
+TEST_F(ModelFile, FailureLeavesTheOutputsAndLogsTheNameAsItWasGiven)
 {
     configuration.WriteFile("empty.bin", "");
-    ExpectFailureLeavesTheOutputs(configuration.Directory(), "empty.bin", "[LoadFile] The file: empty.bin  is empty.");
-}
-
-TEST_F(ModelFile, MissingFileIsLoggedWithItsBareName)
-{
-    ExpectFailureLeavesTheOutputs(configuration.Directory(), "absent.bin", "[LoadFile] Failed to load file: absent.bin.");
-}
-
-TEST_F(ModelFile, MissingDirectoryIsLoggedWithTheFilesBareName)
-{
-    ExpectFailureLeavesTheOutputs(configuration.Directory() + "-absent", "kp_1033.bin",
-                                  "[LoadFile] Failed to load file: kp_1033.bin.");
-}
-
-TEST_F(ModelFile, PercentSignsInTheNameAreNotFormatted)
-{
-    ExpectFailureLeavesTheOutputs(configuration.Directory(), "100%s%n.bin", "[LoadFile] Failed to load file: 100%s%n.bin.");
-}
-
-TEST_F(ModelFile, EmptyNameFails)
-{
-    ExpectFailureLeavesTheOutputs(configuration.Directory(), "", "[LoadFile] Failed to load file: .");
+    configuration.WriteFile("model.bin", "abc");
+    const std::string directory = configuration.Directory();
+    const std::string absolute = directory + "\\model.bin";
+    struct Case
+    {
+        std::string directory, fileName;
+        LogLine line;
+    };
+    for (const Case& row :
+         {Case{directory, "empty.bin", FileEmpty("empty.bin")}, Case{directory, "absent.bin", FileNotOpened("absent.bin")},
+          Case{directory + "-absent", "kp_1033.bin", FileNotOpened("kp_1033.bin")},
+          Case{directory, "100%s%n.bin", FileNotOpened("100%s%n.bin")}, Case{directory, "", FileNotOpened("")},
+          Case{directory, absolute, FileNotOpened(absolute)}})
+    {
+        SCOPED_TRACE(row.fileName);
+        uint8_t mark = 0;
+        uint8_t* data = &mark;
+        uint32_t size = 4711;
+        EXPECT_EQ(PrivateAccess::LoadFile(reader, row.directory, row.fileName, &data, &size), E_FAIL);
+        EXPECT_EQ(data, &mark);
+        EXPECT_EQ(size, 4711U);
+        EXPECT_THAT(logger.Take(), ElementsAre(row.line));
+    }
 }
 
 TEST_F(ModelFile, TrailingSeparatorOfTheDirectoryIsDoubled)
@@ -108,13 +99,6 @@ TEST_F(ModelFile, TrailingSeparatorOfTheDirectoryIsDoubled)
     const std::string directory = configuration.Directory() + "\\";
     WriteWholeFile(directory + "\\model.bin", "abc");
     EXPECT_EQ(LoadedBytes(directory, "model.bin"), "abc");
-}
-
-TEST_F(ModelFile, AbsoluteNameIsAppendedAllTheSame)
-{
-    configuration.WriteFile("model.bin", "abc");
-    const std::string absolute = configuration.Directory() + "\\model.bin";
-    ExpectFailureLeavesTheOutputs(configuration.Directory(), absolute, "[LoadFile] Failed to load file: " + absolute + ".");
 }
 
 TEST_F(ModelFile, BlockThatIsThereAlreadyIsDroppedNotReleasedIsKept)

@@ -1,3 +1,4 @@
+#include "tests/library/configuration/Lines.h"
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/FaultInjector.h"
 #include "tests/support/PrivateAccess.h"
@@ -15,6 +16,7 @@
 namespace
 {
 
+using namespace ConfigurationLines;
 using testing::ElementsAre;
 
 constexpr std::size_t Length = 54321;
@@ -53,8 +55,7 @@ TEST_F(ModelFileFaults, BlockThatCannotBeAllocatedLeavesNullAndNoSize)
     EXPECT_EQ(Load(configuration.Directory(), "model.bin"), E_FAIL);
     EXPECT_EQ(data, nullptr);
     EXPECT_EQ(size, 4711U);
-    EXPECT_THAT(logger.lines,
-                ElementsAre(LogFormat(2, 1, "[LoadFile] Failed to allocate memory for data from file: model.bin.")));
+    EXPECT_THAT(logger.lines, ElementsAre(FileWithoutMemory("model.bin")));
 }
 
 TEST_F(ModelFileFaults, FileThatCannotBeOpenedLeavesTheOutputs)
@@ -63,7 +64,7 @@ TEST_F(ModelFileFaults, FileThatCannotBeOpenedLeavesTheOutputs)
     EXPECT_EQ(Load(configuration.Directory(), "model.bin"), E_FAIL);
     EXPECT_EQ(data, &mark);
     EXPECT_EQ(size, 4711U);
-    EXPECT_THAT(logger.lines, ElementsAre(LogFormat(2, 1, "[LoadFile] Failed to load file: model.bin.")));
+    EXPECT_THAT(logger.lines, ElementsAre(FileNotOpened("model.bin")));
 }
 
 TEST_F(ModelFileFaults, DirectoryInsteadOfAFileFails)
@@ -73,10 +74,7 @@ TEST_F(ModelFileFaults, DirectoryInsteadOfAFileFails)
     EXPECT_EQ(size, 4711U);
     // What the end of a directory is differs from file system to file system: none, or one too far away for memory.
     ASSERT_EQ(logger.lines.size(), 1U);
-    EXPECT_THAT(logger.lines.front(),
-                testing::AnyOf(LogFormat(2, 1, "[LoadFile] Failed to load file: folder."),
-                               LogFormat(2, 1, "[LoadFile] The file: folder  is empty."),
-                               LogFormat(2, 1, "[LoadFile] Failed to allocate memory for data from file: folder.")));
+    EXPECT_THAT(logger.lines.front(), testing::AnyOf(FileNotOpened("folder"), FileEmpty("folder"), FileWithoutMemory("folder")));
 }
 
 TEST_F(ModelFileFaults, PipeInsteadOfAFileFails)
@@ -90,7 +88,7 @@ TEST_F(ModelFileFaults, PipeInsteadOfAFileFails)
     close(other);
     EXPECT_EQ(data, &mark);
     EXPECT_EQ(size, 4711U);
-    EXPECT_THAT(logger.lines, ElementsAre(LogFormat(2, 1, "[LoadFile] Failed to load file: pipe.")));
+    EXPECT_THAT(logger.lines, ElementsAre(FileNotOpened("pipe")));
 }
 
 } // namespace

@@ -1,115 +1,73 @@
-#include "library/configuration/ConfigurationReader.h"
-#include "tests/support/RecordingLogger.h"
-#include "tests/support/Registry.h"
+#include "tests/library/configuration/RegistrySettings.h"
 
 #include <gmock/gmock.h>
 
 namespace
 {
 
+using namespace ConfigurationLines;
 using testing::ElementsAre;
 
-class RegistrySettings : public testing::Test
-{
-protected:
-    RegistrySettings()
-    {
-        RemoveSettingsKey();
-    }
-    ~RegistrySettings() override
-    {
-        RemoveSettingsKey();
-    }
-
-    RecordingLogger logger;
-    ConfigurationReader reader{"missing.xml", &logger};
-};
-
-struct LevelCase
-{
-    const wchar_t* name;
-    int32_t maxLevel;
-    uint32_t defaultLevel;
-    uint32_t value;
-    HRESULT result;
-    uint32_t level;
-    LogLine line;
-};
-
-LogLine Taken(const std::string& name, uint32_t level)
-{
-    return LogFormat(4, 1,
-                     "[GetLoggerSeverityLevelFromRegistry] Logger " + name + " severity level: " + std::to_string(level) + ".");
-}
-
-LogLine OutOfRange(const std::string& name, int32_t maxLevel, uint32_t level)
-{
-    return LogFormat(3, 1,
-                     "[GetLoggerSeverityLevelFromRegistry] Logger " + name + " level for key out of range [0, " +
-                         std::to_string(maxLevel) + "].Actual value: " + std::to_string(level) +
-                         ". Using default level: NO_LOGS.");
-}
+using RegistrySettings = RegistrySettingsTest;
 
 // Kept: a wide name handed to "%s" comes out as its first character, "Actual value" is the caller's default, and NO_LOGS is
 // named whatever that default is.
 TEST_F(RegistrySettings, TakesALevelInRangeAndKeepsTheDefaultOtherwise)
 {
-    const LevelCase cases[]{
-        {L"LoggerLevel", 5, 0, 0, S_OK, 0, Taken("L", 0)},
-        {L"LoggerLevel", 5, 0, 1, S_OK, 1, Taken("L", 1)},
-        {L"LoggerLevel", 5, 0, 5, S_OK, 5, Taken("L", 5)},
-        {L"LoggerLevel", 5, 0, 6, E_FAIL, 0, OutOfRange("L", 5, 0)},
-        {L"LoggerLevel", 5, 0, 0x7FFFFFFF, E_FAIL, 0, OutOfRange("L", 5, 0)},
-        {L"LoggerLevel", 5, 0, 0x80000000, E_FAIL, 0, OutOfRange("L", 5, 0)},
-        {L"LoggerLevel", 5, 0, 0xFFFFFFFF, E_FAIL, 0, OutOfRange("L", 5, 0)},
-        {L"SDKLoggerLevel", 6, 3, 0, S_OK, 0, Taken("S", 0)},
-        {L"SDKLoggerLevel", 6, 3, 6, S_OK, 6, Taken("S", 6)},
-        {L"SDKLoggerLevel", 6, 3, 7, E_FAIL, 3, OutOfRange("S", 6, 3)},
-        {L"SDKLoggerLevel", 6, 3, 0xFFFFFFFF, E_FAIL, 3, OutOfRange("S", 6, 3)},
-    };
-    for (const LevelCase& levelCase : cases)
+    for (const uint32_t value : {0U, 1U, 5U, 6U, 7U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU})
     {
-        SCOPED_TRACE(testing::Message() << levelCase.line << " for " << levelCase.value);
-        WriteSettingsDword(levelCase.name, levelCase.value);
-        uint32_t level = levelCase.defaultLevel;
-        EXPECT_EQ(reader.GetLoggerSeverityLevelFromRegistry(&level, levelCase.name, levelCase.maxLevel), levelCase.result);
-        EXPECT_EQ(level, levelCase.level);
-        EXPECT_THAT(logger.Take(), ElementsAre(levelCase.line));
+        SCOPED_TRACE(value);
+        WriteSettingsDword(L"LoggerLevel", value);
+        WriteSettingsDword(L"SDKLoggerLevel", value);
+        uint32_t level = 0;
+        EXPECT_EQ(GetLoggerLevel(&level), value <= 5 ? S_OK : E_FAIL);
+        EXPECT_EQ(level, value <= 5 ? value : 0);
+        EXPECT_THAT(logger.Take(), ElementsAre(value <= 5 ? LevelTaken("L", value) : LevelOutOfRange("L", 5, 0)));
+
+        level = 3;
+        EXPECT_EQ(GetEngineLevel(&level), value <= 6 ? S_OK : E_FAIL);
+        EXPECT_EQ(level, value <= 6 ? value : 3);
+        EXPECT_THAT(logger.Take(), ElementsAre(value <= 6 ? LevelTaken("S", value) : LevelOutOfRange("S", 6, 3)));
     }
 }
 
-TEST_F(RegistrySettings, WithoutTheKeyLevelsStayAtTheirDefaults)
+TEST_F(RegistrySettings, WhatCannotBeReadStaysAsItWas)
 {
-    const LogLine failure = LogFormat(4, 1, "[GetLoggerSeverityLevelFromRegistry] Failed to open registry. Status: 0x2");
-    uint32_t loggerLevel = 0;
-    uint32_t sdkLoggerLevel = 3;
-    EXPECT_EQ(reader.GetLoggerSeverityLevelFromRegistry(&loggerLevel, L"LoggerLevel", 5), E_FAIL);
-    EXPECT_EQ(reader.GetLoggerSeverityLevelFromRegistry(&sdkLoggerLevel, L"SDKLoggerLevel", 6), E_FAIL);
-    EXPECT_EQ(loggerLevel, 0U);
-    EXPECT_EQ(sdkLoggerLevel, 3U);
-    EXPECT_THAT(logger.lines, ElementsAre(failure, failure));
-}
-
-TEST_F(RegistrySettings, WithoutTheValueALevelStaysAtItsDefault)
-{
-    WriteSettingsDword(L"LoggerLevel", 5);
-    uint32_t level = 3;
-    EXPECT_EQ(reader.GetLoggerSeverityLevelFromRegistry(&level, L"SDKLoggerLevel", 6), E_FAIL);
-    EXPECT_EQ(level, 3U);
-    EXPECT_THAT(logger.lines, ElementsAre(LogFormat(4, 1,
-                                                    "[GetLoggerSeverityLevelFromRegistry] Failed to query registry key S value "
-                                                    "with status: 0x2.Setting logger level to: 3")));
-}
-
-TEST_F(RegistrySettings, ALevelOfEightBytesIsNotRead)
-{
-    WriteSettingsQword(L"LoggerLevel", 2);
-    uint32_t level = 1;
-    EXPECT_EQ(reader.GetLoggerSeverityLevelFromRegistry(&level, L"LoggerLevel", 5), E_FAIL);
-    EXPECT_EQ(level, 1U);
-    EXPECT_THAT(logger.lines, ElementsAre(LogFormat(4, 1,
-                                                    "[GetLoggerSeverityLevelFromRegistry] Failed to query registry key L value "
-                                                    "with status: 0xea.Setting logger level to: 1")));
+    struct Case
+    {
+        const char* description;
+        void (*prepare)();
+        LogLine loggerLevel, engineLevel, logToFile;
+    };
+    for (const Case& row :
+         {Case{"no key", [] {}, RegistryNotOpened(OfLevel, "2"), RegistryNotOpened(OfLevel, "2"), RegistryNotOpened(OfFile, "2")},
+          Case{"no value", [] { WriteSettingsDword(L"Other", 1); }, LevelNotRead("L", "2", 1), LevelNotRead("S", "2", 3),
+               LogToFileNotRead("2")},
+          Case{"eight bytes",
+               [] {
+                   for (const wchar_t* name : {L"LoggerLevel", L"SDKLoggerLevel", L"LogToFile"})
+                   {
+                       WriteSettingsQword(name, 2);
+                   }
+               },
+               LevelNotRead("L", "ea", 1), LevelNotRead("S", "ea", 3), LogToFileNotRead("ea")}})
+    {
+        SCOPED_TRACE(row.description);
+        row.prepare();
+        uint32_t loggerLevel = 1;
+        uint32_t engineLevel = 3;
+        EXPECT_EQ(GetLoggerLevel(&loggerLevel), E_FAIL);
+        EXPECT_EQ(GetEngineLevel(&engineLevel), E_FAIL);
+        EXPECT_EQ(loggerLevel, 1U);
+        EXPECT_EQ(engineLevel, 3U);
+        for (const bool before : {false, true})
+        {
+            bool logToFile = before;
+            reader.GetLogToFileFromReg(&logToFile);
+            EXPECT_EQ(logToFile, before);
+        }
+        EXPECT_THAT(logger.Take(), ElementsAre(row.loggerLevel, row.engineLevel, row.logToFile, row.logToFile));
+    }
 }
 
 TEST_F(RegistrySettings, AnyValueButZeroLogsToTheFile)
@@ -122,38 +80,7 @@ TEST_F(RegistrySettings, AnyValueButZeroLogsToTheFile)
         bool logToFile = value == 0;
         reader.GetLogToFileFromReg(&logToFile);
         EXPECT_EQ(logToFile, value != 0);
-        EXPECT_THAT(logger.Take(), ElementsAre(LogFormat(4, 1, "[GetLogToFileFromReg] Log to file value: " + text + ".")));
-    }
-}
-
-struct UnreadLogToFileCase
-{
-    const char* description;
-    void (*prepare)();
-    LogLine line;
-};
-
-TEST_F(RegistrySettings, LogToFileThatCannotBeReadStaysAsItWas)
-{
-    const UnreadLogToFileCase cases[]{
-        {"no key", [] {}, LogFormat(4, 1, "[GetLogToFileFromReg] Failed to open registry. Status: 0x2")},
-        {"no value", [] { WriteSettingsDword(L"LoggerLevel", 1); },
-         LogFormat(4, 1, "[GetLogToFileFromReg] Failed to query registry key value with status: 0x2.")},
-        {"eight bytes", [] { WriteSettingsQword(L"LogToFile", 1); },
-         LogFormat(4, 1, "[GetLogToFileFromReg] Failed to query registry key value with status: 0xea.")},
-    };
-    for (const UnreadLogToFileCase& unread : cases)
-    {
-        for (const bool before : {false, true})
-        {
-            SCOPED_TRACE(testing::Message() << unread.description << ", " << before);
-            RemoveSettingsKey();
-            unread.prepare();
-            bool logToFile = before;
-            reader.GetLogToFileFromReg(&logToFile);
-            EXPECT_EQ(logToFile, before);
-            EXPECT_THAT(logger.Take(), ElementsAre(unread.line));
-        }
+        EXPECT_THAT(logger.Take(), ElementsAre(LogToFileTaken(text)));
     }
 }
 

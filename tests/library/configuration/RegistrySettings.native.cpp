@@ -1,117 +1,104 @@
-#include "library/configuration/ConfigurationReader.h"
+#include "tests/library/configuration/RegistrySettings.h"
 #include "tests/support/FaultInjector.h"
-#include "tests/support/RecordingLogger.h"
-#include "tests/support/Registry.h"
 #include "tests/support/RegistryDouble.h"
 
 #include <gmock/gmock.h>
 
+#include <optional>
+
 namespace
 {
 
-using testing::ElementsAre;
+using namespace ConfigurationLines;
+using testing::ElementsAreArray;
 
-class RegistrySettingsFaults : public testing::Test
+class RegistrySettingsFaults : public RegistrySettingsTest
 {
 protected:
     RegistrySettingsFaults()
     {
-        RemoveSettingsKey();
         WriteSettingsDword(L"LoggerLevel", 4);
         WriteSettingsDword(L"SDKLoggerLevel", 7);
         WriteSettingsDword(L"LogToFile", 1);
     }
-    ~RegistrySettingsFaults() override
+
+    /// Reads the level 4, the level 7, a level that is not there, and the flag.
+    /// @param flag what the flag is then
+    void ReadAll(HRESULT result, uint32_t expectedLevel, bool flag)
     {
-        RemoveSettingsKey();
+        uint32_t level = 2;
+        bool logToFile = false;
+        EXPECT_EQ(GetLoggerLevel(&level), result);
+        EXPECT_EQ(level, expectedLevel);
+        EXPECT_EQ(OpenRegistryKeys(), 0U);
+        level = 2;
+        EXPECT_EQ(GetEngineLevel(&level), E_FAIL);
+        EXPECT_EQ(OpenRegistryKeys(), 0U);
+        EXPECT_EQ(reader.GetLoggerSeverityLevelFromRegistry(&level, L"Missing", 6), E_FAIL);
+        EXPECT_EQ(OpenRegistryKeys(), 0U);
+        EXPECT_EQ(level, 2U);
+        reader.GetLogToFileFromReg(&logToFile);
+        EXPECT_EQ(logToFile, flag);
         EXPECT_EQ(OpenRegistryKeys(), 0U);
     }
-
-    RecordingLogger logger;
-    ConfigurationReader reader{"missing.xml", &logger};
-    uint32_t level = 2;
-    bool logToFile = false;
 };
 
-const LogLine LevelCloseFailure =
-    LogFormat(3, 1, "[GetLoggerSeverityLevelFromRegistry] Failed to close registry key with status: 0x6.");
-const LogLine FileCloseFailure = LogFormat(3, 1, "[GetLogToFileFromReg] Failed to close registry key with status: 0x6.");
-
-TEST_F(RegistrySettingsFaults, EveryReadClosesItsKey)
+TEST_F(RegistrySettingsFaults, EveryReadClosesItsKeyAndLogsTheStatusOfWhatFails)
 {
-    EXPECT_EQ(reader.GetLoggerSeverityLevelFromRegistry(&level, L"LoggerLevel", 5), S_OK);
-    EXPECT_EQ(OpenRegistryKeys(), 0U);
-    EXPECT_EQ(reader.GetLoggerSeverityLevelFromRegistry(&level, L"SDKLoggerLevel", 6), E_FAIL);
-    EXPECT_EQ(OpenRegistryKeys(), 0U);
-    EXPECT_EQ(reader.GetLoggerSeverityLevelFromRegistry(&level, L"Missing", 6), E_FAIL);
-    EXPECT_EQ(OpenRegistryKeys(), 0U);
-    reader.GetLogToFileFromReg(&logToFile);
-    EXPECT_EQ(OpenRegistryKeys(), 0U);
+    struct Case
+    {
+        const char* description;
+        std::optional<FallibleCall> failing;
+        HRESULT result;
+        uint32_t level;
+        bool flag;
+        std::vector<LogLine> lines;
+    };
+    const LogLine levelNotOpened = RegistryNotOpened(OfLevel, "5");
+    const LogLine levelNotClosed = RegistryNotClosed(OfLevel);
+    for (const Case& row :
+         {Case{"nothing fails",
+               std::nullopt,
+               S_OK,
+               4,
+               true,
+               {LevelTaken("L", 4), LevelOutOfRange("S", 6, 2), LevelNotRead("M", "2", 2), LogToFileTaken("1")}},
+          Case{"open",
+               FallibleCall::RegistryOpen,
+               E_FAIL,
+               2,
+               false,
+               {levelNotOpened, levelNotOpened, levelNotOpened, RegistryNotOpened(OfFile, "5")}},
+          Case{"query",
+               FallibleCall::RegistryQuery,
+               E_FAIL,
+               2,
+               false,
+               {LevelNotRead("L", "5", 2), LevelNotRead("S", "5", 2), LevelNotRead("M", "5", 2), LogToFileNotRead("5")}},
+          Case{"close: the result stays",
+               FallibleCall::RegistryClose,
+               S_OK,
+               4,
+               true,
+               {LevelTaken("L", 4), levelNotClosed, LevelOutOfRange("S", 6, 2), levelNotClosed, LevelNotRead("M", "2", 2),
+                levelNotClosed, LogToFileTaken("1"), RegistryNotClosed(OfFile)}}})
+    {
+        SCOPED_TRACE(row.description);
+        const FaultPlan plan = row.failing ? FaultPlan::From(1, row.failing) : FaultPlan::Count();
+        ReadAll(row.result, row.level, row.flag);
+        EXPECT_THAT(logger.Take(), ElementsAreArray(row.lines));
+    }
 }
 
-TEST_F(RegistrySettingsFaults, TheOpenFailuresStatusIsLogged)
-{
-    const FaultPlan plan = FaultPlan::From(1, FallibleCall::RegistryOpen);
-    EXPECT_EQ(reader.GetLoggerSeverityLevelFromRegistry(&level, L"LoggerLevel", 5), E_FAIL);
-    reader.GetLogToFileFromReg(&logToFile);
-    EXPECT_EQ(level, 2U);
-    EXPECT_FALSE(logToFile);
-    EXPECT_THAT(logger.lines,
-                ElementsAre(LogFormat(4, 1, "[GetLoggerSeverityLevelFromRegistry] Failed to open registry. Status: 0x5"),
-                            LogFormat(4, 1, "[GetLogToFileFromReg] Failed to open registry. Status: 0x5")));
-}
-
-TEST_F(RegistrySettingsFaults, TheQueryFailuresStatusIsLogged)
-{
-    const FaultPlan plan = FaultPlan::From(1, FallibleCall::RegistryQuery);
-    EXPECT_EQ(reader.GetLoggerSeverityLevelFromRegistry(&level, L"LoggerLevel", 5), E_FAIL);
-    reader.GetLogToFileFromReg(&logToFile);
-    EXPECT_EQ(level, 2U);
-    EXPECT_FALSE(logToFile);
-    EXPECT_THAT(logger.lines,
-                ElementsAre(LogFormat(4, 1,
-                                      "[GetLoggerSeverityLevelFromRegistry] Failed to query registry key L value with status: "
-                                      "0x5.Setting logger level to: 2"),
-                            LogFormat(4, 1, "[GetLogToFileFromReg] Failed to query registry key value with status: 0x5.")));
-}
-
-TEST_F(RegistrySettingsFaults, AFailedCloseIsLoggedAndLeavesTheResult)
-{
-    const FaultPlan plan = FaultPlan::From(1, FallibleCall::RegistryClose);
-    EXPECT_EQ(reader.GetLoggerSeverityLevelFromRegistry(&level, L"LoggerLevel", 5), S_OK);
-    reader.GetLogToFileFromReg(&logToFile);
-    EXPECT_EQ(level, 4U);
-    EXPECT_TRUE(logToFile);
-    EXPECT_THAT(logger.lines,
-                ElementsAre(LogFormat(4, 1, "[GetLoggerSeverityLevelFromRegistry] Logger L severity level: 4."),
-                            LevelCloseFailure, LogFormat(4, 1, "[GetLogToFileFromReg] Log to file value: 1."), FileCloseFailure));
-}
-
-TEST_F(RegistrySettingsFaults, AFailedCloseIsLoggedAfterALevelOutOfRange)
-{
-    const FaultPlan plan = FaultPlan::From(1, FallibleCall::RegistryClose);
-    EXPECT_EQ(reader.GetLoggerSeverityLevelFromRegistry(&level, L"SDKLoggerLevel", 6), E_FAIL);
-    EXPECT_EQ(level, 2U);
-    EXPECT_THAT(logger.lines, ElementsAre(LogFormat(3, 1,
-                                                    "[GetLoggerSeverityLevelFromRegistry] Logger S level for key out of range "
-                                                    "[0, 6].Actual value: 2. Using default level: NO_LOGS."),
-                                          LevelCloseFailure));
-}
-
-TEST_F(RegistrySettingsFaults, AFailedCloseIsLoggedAfterAFailedQuery)
+TEST_F(RegistrySettingsFaults, AFailedCloseIsLoggedAfterAFlagThatIsNotThere)
 {
     RemoveSettingsKey();
     WriteSettingsDword(L"Other", 1);
     const FaultPlan plan = FaultPlan::From(1, FallibleCall::RegistryClose);
-    EXPECT_EQ(reader.GetLoggerSeverityLevelFromRegistry(&level, L"LoggerLevel", 5), E_FAIL);
+    bool logToFile = false;
     reader.GetLogToFileFromReg(&logToFile);
-    EXPECT_THAT(logger.lines,
-                ElementsAre(LogFormat(4, 1,
-                                      "[GetLoggerSeverityLevelFromRegistry] Failed to query registry key L value with status: "
-                                      "0x2.Setting logger level to: 2"),
-                            LevelCloseFailure,
-                            LogFormat(4, 1, "[GetLogToFileFromReg] Failed to query registry key value with status: 0x2."),
-                            FileCloseFailure));
+    EXPECT_THAT(logger.lines, testing::ElementsAre(LogToFileNotRead("2"), RegistryNotClosed(OfFile)));
+    EXPECT_EQ(OpenRegistryKeys(), 0U);
 }
 
 } // namespace

@@ -1,7 +1,7 @@
-#include "library/configuration/ConfigurationReader.h"
+#include "tests/library/configuration/Lines.h"
 #include "tests/support/PrivateAccess.h"
-#include "tests/support/RecordingLogger.h"
-#include "tests/support/TestConfiguration.h"
+#include "tests/support/ReaderTest.h"
+#include "tests/support/Table.h"
 
 #include <gmock/gmock.h>
 
@@ -20,17 +20,13 @@ struct ThresholdCase
     int32_t q8;
 };
 
-class ThresholdFile : public testing::TestWithParam<ThresholdCase>
+class ThresholdFile : public ReaderTest, public testing::WithParamInterface<ThresholdCase>
 {
 protected:
     HRESULT Read(int32_t* value)
     {
         return PrivateAccess::ReadThresholdFile(reader, configuration.Directory(), "threshold.txt", value);
     }
-
-    TestConfiguration configuration;
-    RecordingLogger logger;
-    ConfigurationReader reader{configuration.Path(), &logger};
 };
 
 TEST_P(ThresholdFile, GivesTheNumberInQ8)
@@ -61,14 +57,15 @@ INSTANTIATE_TEST_SUITE_P(
                     ThresholdCase{"too large for 32 bits", "8388608\n", Most},
                     ThresholdCase{"the largest that fits", "8388607.99609375\n", Most},
                     ThresholdCase{"too small for 32 bits", "-8388609\n", Least},
-                    ThresholdCase{"the smallest that fits", "-8388608\n", Least}));
+                    ThresholdCase{"the smallest that fits", "-8388608\n", Least}),
+    RowName());
 
 TEST_F(ThresholdFile, MissingFileFailsAndLeavesTheValue)
 {
     int32_t value = 4711;
     EXPECT_EQ(Read(&value), E_FAIL);
     EXPECT_EQ(value, 4711);
-    EXPECT_THAT(logger.lines, ElementsAre(Log(2, 1, "[ReadThresholdFile] Failed to open threshold file.")));
+    EXPECT_THAT(logger.lines, ElementsAre(ConfigurationLines::ThresholdNotOpened));
 }
 
 } // namespace

@@ -1,5 +1,4 @@
-#include "library/modelstream/UserModelStream.h"
-#include "tests/support/AdapterTest.h"
+#include "tests/library/modelstream/StreamTest.h"
 #include "tests/support/ScriptedStream.h"
 
 #include <gmock/gmock.h>
@@ -7,45 +6,31 @@
 namespace
 {
 
+using namespace StreamLines;
+using namespace std::string_view_literals;
 using testing::ElementsAre;
 
-const LogLine Entry = Log(4, 1, "[CheckIStreamForUserModel] Entry.");
-const LogLine NoModel = Log(5, 1, "[CheckIStreamForUserModel] There is no user model data in IStream.");
-const LogLine Exit = Log(4, 1, "[CheckIStreamForUserModel] Exit.");
-
-class CheckIStreamForUserModel : public AdapterTest
-{
-protected:
-    HRESULT Check(IStream* stream)
-    {
-        return ::CheckIStreamForUserModel(stream, &logger);
-    }
-};
+using CheckIStreamForUserModel = StreamTest;
 
 TEST_F(CheckIStreamForUserModel, ModelIsFoundByItsFirstFourBytes)
 {
-    using namespace std::string_view_literals;
-    for (const std::string_view content : {"VWOV"sv, "VWOV\0"sv, "VWOVx"sv, "VWOV and the rest of the model"sv})
+    struct Case
     {
-        SCOPED_TRACE(content);
-        ScriptedStream stream(content);
-        EXPECT_EQ(Check(&stream), S_OK);
-        EXPECT_THAT(logger.Take(), ElementsAre(Entry, Exit));
-        EXPECT_THAT(stream.calls, ElementsAre("Seek(0, SET, no position)", "Read(5)"));
-    }
-}
-
-TEST_F(CheckIStreamForUserModel, OtherContentIsNoModel)
-{
-    using namespace std::string_view_literals;
-    for (const std::string_view content :
-         {""sv, "V"sv, "VW"sv, "VWO"sv, "vwov1"sv, " VWOV"sv, "VWO\0V"sv, "VOWV1"sv, "\0\0\0\0\0"sv})
+        bool model;
+        std::vector<std::string_view> contents;
+    };
+    for (const Case& row :
+         {Case{true, {"VWOV"sv, "VWOV\0"sv, "VWOVx"sv, "VWOV and the rest of the model"sv}},
+          Case{false, {""sv, "V"sv, "VW"sv, "VWO"sv, "vwov1"sv, " VWOV"sv, "VWO\0V"sv, "VOWV1"sv, "\0\0\0\0\0"sv}}})
     {
-        SCOPED_TRACE(content);
-        ScriptedStream stream(content);
-        EXPECT_EQ(Check(&stream), E_FAIL);
-        EXPECT_THAT(logger.Take(), ElementsAre(Entry, NoModel, Exit));
-        EXPECT_THAT(stream.calls, ElementsAre("Seek(0, SET, no position)", "Read(5)"));
+        for (const std::string_view content : row.contents)
+        {
+            SCOPED_TRACE(content);
+            ScriptedStream stream(content);
+            EXPECT_EQ(Check(&stream), row.model ? S_OK : E_FAIL);
+            EXPECT_EQ(logger.Take(), row.model ? ModelFound : NoModelFound);
+            EXPECT_THAT(stream.calls, ElementsAre("Seek(0, SET, no position)", "Read(5)"));
+        }
     }
 }
 
@@ -58,7 +43,7 @@ TEST_F(CheckIStreamForUserModel, EveryBitOfTheMagicCounts)
         content[bit / 8] = static_cast<char>(content[bit / 8] ^ (1 << bit % 8));
         ScriptedStream stream(content);
         EXPECT_EQ(Check(&stream), E_FAIL);
-        EXPECT_THAT(logger.Take(), ElementsAre(Entry, NoModel, Exit));
+        EXPECT_EQ(logger.Take(), NoModelFound);
     }
 }
 
@@ -82,36 +67,20 @@ TEST_F(CheckIStreamForUserModel, BufferIsZeroBeforeTheReadSoThatNoFormerMagicIsL
     EXPECT_EQ(stream.before, std::string(5, '\0'));
 }
 
-TEST_F(CheckIStreamForUserModel, BytesThatTheReadDoesNotDeliverDoNotMatch)
+TEST_F(CheckIStreamForUserModel, ShortReadGivesItsOwnResultWhenItDeliversTheWholeMagic)
 {
-    for (uint32_t delivered = 0; delivered < 4; ++delivered)
+    for (const HRESULT result : {S_OK, S_FALSE})
     {
-        SCOPED_TRACE(delivered);
-        ScriptedStream stream("VWOV1");
-        stream.mostBytes = delivered;
-        EXPECT_EQ(Check(&stream), E_FAIL);
-        EXPECT_THAT(logger.Take(), ElementsAre(Entry, NoModel, Exit));
+        for (uint32_t delivered = 0; delivered <= 4; ++delivered)
+        {
+            SCOPED_TRACE(delivered);
+            ScriptedStream stream("VWOV1");
+            stream.mostBytes = delivered;
+            stream.shortResult = result;
+            EXPECT_EQ(Check(&stream), delivered < 4 ? E_FAIL : result);
+            EXPECT_EQ(logger.Take(), delivered < 4 ? NoModelFound : ModelFound);
+        }
     }
-}
-
-TEST_F(CheckIStreamForUserModel, ShortReadOfTheWholeMagicGivesTheReadsOwnResult)
-{
-    for (const HRESULT shortResult : {S_OK, S_FALSE})
-    {
-        SCOPED_TRACE(shortResult);
-        ScriptedStream stream("VWOV");
-        stream.shortResult = shortResult;
-        EXPECT_EQ(Check(&stream), shortResult);
-        EXPECT_THAT(logger.Take(), ElementsAre(Entry, Exit));
-    }
-}
-
-TEST_F(CheckIStreamForUserModel, PositiveReadResultWithoutTheMagicIsStillAFailure)
-{
-    ScriptedStream stream("VWO");
-    stream.shortResult = S_FALSE;
-    EXPECT_EQ(Check(&stream), E_FAIL);
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, NoModel, Exit));
 }
 
 TEST_F(CheckIStreamForUserModel, LooksAtTheBeginningAndStaysBehindTheBytesRead)
@@ -125,19 +94,26 @@ TEST_F(CheckIStreamForUserModel, LooksAtTheBeginningAndStaysBehindTheBytesRead)
     EXPECT_EQ(stream.Content(), "VWOV and the rest");
 }
 
-TEST_F(CheckIStreamForUserModel, FailedSeekGivesItsCodeAndNoExitLine)
+TEST_F(CheckIStreamForUserModel, FailureGivesItsCodeAndNoExitLine)
 {
     for (const HRESULT failure : {E_FAIL, E_ACCESSDENIED, STG_E_REVERTED})
     {
         SCOPED_TRACE(failure);
-        ScriptedStream stream("VWOV1");
-        stream.Answer("Seek", 1, failure);
-        EXPECT_EQ(Check(&stream), failure);
-        EXPECT_THAT(logger.Take(),
-                    ElementsAre(Entry, LogWithStatus(
-                                           2, 1, "[CheckIStreamForUserModel] Failed to set pointer to the beginning of IStream.",
-                                           failure)));
-        EXPECT_THAT(stream.calls, ElementsAre("Seek(0, SET, no position)"));
+        ScriptedStream lost("VWOV1");
+        lost.Answer("Seek", 1, failure);
+        EXPECT_EQ(Check(&lost), failure);
+        EXPECT_EQ(logger.Take(), CheckSeekFailed(failure));
+        EXPECT_THAT(lost.calls, ElementsAre("Seek(0, SET, no position)"));
+
+        for (const uint32_t delivered : {0U, 4U})
+        {
+            SCOPED_TRACE(delivered);
+            ScriptedStream unreadable("VWOV1");
+            unreadable.mostBytes = delivered;
+            unreadable.shortResult = failure;
+            EXPECT_EQ(Check(&unreadable), failure);
+            EXPECT_EQ(logger.Take(), CheckReadFailed(failure));
+        }
     }
 }
 
@@ -146,31 +122,7 @@ TEST_F(CheckIStreamForUserModel, PositiveSeekResultIsASuccess)
     ScriptedStream stream("VWOV1");
     stream.Answer("Seek", 1, S_FALSE);
     EXPECT_EQ(Check(&stream), S_OK);
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, Exit));
-}
-
-TEST_F(CheckIStreamForUserModel, FailedReadGivesItsCodeAndNoExitLine)
-{
-    for (const HRESULT failure : {E_FAIL, STG_E_ACCESSDENIED})
-    {
-        SCOPED_TRACE(failure);
-        ScriptedStream stream("VWOV1");
-        stream.Answer("Read", 1, failure);
-        EXPECT_EQ(Check(&stream), failure);
-        EXPECT_THAT(logger.Take(),
-                    ElementsAre(Entry, LogWithStatus(2, 1, "[CheckIStreamForUserModel] Failed to read from IStream.", failure)));
-        EXPECT_THAT(stream.calls, ElementsAre("Seek(0, SET, no position)", "Read(5)"));
-    }
-}
-
-TEST_F(CheckIStreamForUserModel, FailedReadIsAFailureEvenWhenItDeliveredTheMagic)
-{
-    ScriptedStream stream("VWOV1");
-    stream.mostBytes = 4;
-    stream.shortResult = STG_E_READFAULT;
-    EXPECT_EQ(Check(&stream), STG_E_READFAULT);
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, LogWithStatus(2, 1, "[CheckIStreamForUserModel] Failed to read from IStream.",
-                                                               STG_E_READFAULT)));
+    EXPECT_EQ(logger.lines, ModelFound);
 }
 
 } // namespace

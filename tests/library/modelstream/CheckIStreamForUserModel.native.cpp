@@ -1,32 +1,20 @@
-#include "library/modelstream/UserModelStream.h"
-#include "tests/support/AdapterTest.h"
+#include "tests/library/modelstream/StreamTest.h"
 #include "tests/support/FaultInjector.h"
 #include "tests/support/ScriptedStream.h"
-
-#include <gmock/gmock.h>
 
 namespace
 {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-class CheckIStreamForUserModelFaults : public AdapterTest
-{
-};
+using CheckIStreamForUserModelFaults = StreamTest;
 
 TEST_F(CheckIStreamForUserModelFaults, WithoutMemoryForTheBufferTheStreamIsNotTouched)
 {
     ScriptedStream stream("VWOV model");
-    HRESULT result = S_OK;
-    {
-        const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::NothrowAllocation);
-        result = ::CheckIStreamForUserModel(&stream, &logger);
-    }
-    EXPECT_EQ(result, E_OUTOFMEMORY);
-    EXPECT_THAT(stream.calls, IsEmpty());
-    EXPECT_THAT(logger.lines, ElementsAre(Log(4, 1, "[CheckIStreamForUserModel] Entry."),
-                                          Log(2, 1, "[CheckIStreamForUserModel] Failed to allocate memory for buffer.")));
+    const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::NothrowAllocation);
+    EXPECT_EQ(Check(&stream), E_OUTOFMEMORY);
+    EXPECT_TRUE(stream.calls.empty());
+    EXPECT_EQ(logger.lines,
+              StreamLines::CheckEntry + Log(2, 1, "[CheckIStreamForUserModel] Failed to allocate memory for buffer."));
 }
 
 } // namespace

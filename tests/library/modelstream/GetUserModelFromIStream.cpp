@@ -1,5 +1,4 @@
-#include "library/modelstream/UserModelStream.h"
-#include "tests/support/AdapterTest.h"
+#include "tests/library/modelstream/StreamTest.h"
 #include "tests/support/ScriptedStream.h"
 
 #include <gmock/gmock.h>
@@ -7,122 +6,47 @@
 namespace
 {
 
+using namespace StreamLines;
 using testing::ElementsAre;
 
-const LogLine Entry = Log(4, 1, "[GetUserModelFromIStream] Entry.");
-const LogLine Exit = Log(4, 1, "[GetUserModelFromIStream] Exit.");
+using GetUserModelFromIStream = StreamTest;
 
-LogLine Expected(uint32_t size)
+TEST_F(GetUserModelFromIStream, GivesTheWholeContentAndDoesNotLookForTheMagic)
 {
-    return LogFormat(5, 1, "[GetUserModelFromIStream] Expected user model size from IStream: " + std::to_string(size) + ".");
-}
-
-LogLine Success(uint32_t size)
-{
-    return LogFormat(5, 1,
-                     "[GetUserModelFromIStream] User model data read successfully. Data size: " + std::to_string(size) + ".");
-}
-
-LogLine Failure(const std::string& status, uint32_t count, uint32_t size)
-{
-    return LogFormat(2, 1,
-                     "[GetUserModelFromIStream] Reading user model data failed. Status: 0x" + status +
-                         " . Data size: " + std::to_string(count) + " , expected: " + std::to_string(size) + ".");
-}
-
-class GetUserModelFromIStream : public AdapterTest
-{
-protected:
-    /// Reads the model; the block comes to `model`, or stays `before` when the output was left alone.
-    HRESULT Get(IStream* stream)
+    std::string large(1U << 20, '\0');
+    for (std::size_t i = 0; i < large.size(); ++i)
     {
-        uint8_t* data = &before;
-        const HRESULT result = ::GetUserModelFromIStream(stream, data, size, &logger);
-        if (data != &before)
-        {
-            model.reset(data);
-        }
-        return result;
+        large[i] = static_cast<char>(i * 7 + i / 256);
     }
-
-    std::string Model() const
+    for (const std::string& content :
+         {std::string("VWOV model"), std::string("no model"), std::string("VWOV"), std::string(), large})
     {
-        return {model.get(), model.get() + size};
+        SCOPED_TRACE(content.size());
+        const auto length = static_cast<uint32_t>(content.size());
+        ScriptedStream stream(content);
+        EXPECT_EQ(Get(&stream), S_OK);
+        EXPECT_NE(model, nullptr);
+        EXPECT_TRUE(Model() == content);
+        EXPECT_EQ(logger.Take(), ModelRead(length));
+        EXPECT_THAT(stream.calls,
+                    ElementsAre("Seek(0, END)", "Seek(0, SET, no position)", "Read(" + std::to_string(length) + ")"));
+        EXPECT_TRUE(stream.Content() == content);
     }
-
-    uint8_t before = 0;
-    std::unique_ptr<uint8_t[]> model;
-    uint32_t size = 4711;
-};
-
-TEST_F(GetUserModelFromIStream, GivesTheWholeContentWithItsMagic)
-{
-    ScriptedStream stream("VWOV model");
-    EXPECT_EQ(Get(&stream), S_OK);
-    EXPECT_EQ(Model(), "VWOV model");
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, Expected(10), Success(10), Exit));
-    EXPECT_THAT(stream.calls, ElementsAre("Seek(0, END)", "Seek(0, SET, no position)", "Read(10)"));
-    EXPECT_EQ(stream.Content(), "VWOV model");
 }
 
-TEST_F(GetUserModelFromIStream, DoesNotLookForTheMagic)
+TEST_F(GetUserModelFromIStream, FailedSeekGivesItsCodeAndLeavesTheOutputsAndItsWordingIsKept)
 {
-    ScriptedStream stream("no model");
-    EXPECT_EQ(Get(&stream), S_OK);
-    EXPECT_EQ(Model(), "no model");
-}
-
-TEST_F(GetUserModelFromIStream, GivesTheFourBytesOfABareMagic)
-{
-    ScriptedStream stream("VWOV");
-    EXPECT_EQ(Get(&stream), S_OK);
-    EXPECT_EQ(Model(), "VWOV");
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, Expected(4), Success(4), Exit));
-}
-
-TEST_F(GetUserModelFromIStream, EmptyStreamGivesAnEmptyBlock)
-{
-    ScriptedStream stream;
-    EXPECT_EQ(Get(&stream), S_OK);
-    EXPECT_NE(model, nullptr);
-    EXPECT_EQ(size, 0U);
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, Expected(0), Success(0), Exit));
-    EXPECT_THAT(stream.calls, ElementsAre("Seek(0, END)", "Seek(0, SET, no position)", "Read(0)"));
-}
-
-TEST_F(GetUserModelFromIStream, GivesALargeModelUnchanged)
-{
-    std::string content(1U << 20, '\0');
-    for (std::size_t i = 0; i < content.size(); ++i)
+    for (const int n : {1, 2})
     {
-        content[i] = static_cast<char>(i * 7 + i / 256);
+        SCOPED_TRACE(n);
+        ScriptedStream stream("VWOV model");
+        stream.Answer("Seek", n, STG_E_REVERTED);
+        EXPECT_EQ(Get(&stream), STG_E_REVERTED);
+        EXPECT_TRUE(untouched);
+        EXPECT_EQ(size, 4711U);
+        EXPECT_EQ(logger.Take(), GetEntry + (n == 1 ? EndNotFound : BeginningNotFound));
+        EXPECT_EQ(stream.calls.size(), static_cast<std::size_t>(n));
     }
-    ScriptedStream stream(content);
-    EXPECT_EQ(Get(&stream), S_OK);
-    EXPECT_TRUE(Model() == content);
-}
-
-TEST_F(GetUserModelFromIStream, FailedSeekToTheEndLeavesTheOutputs)
-{
-    ScriptedStream stream("VWOV model");
-    stream.Answer("Seek", 1, STG_E_REVERTED);
-    EXPECT_EQ(Get(&stream), STG_E_REVERTED);
-    EXPECT_EQ(model, nullptr);
-    EXPECT_EQ(size, 4711U);
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, Log(2, 1, "[GetUserModelFromIStream] Failed to set pointer to end of stream.")));
-    EXPECT_THAT(stream.calls, ElementsAre("Seek(0, END)"));
-}
-
-TEST_F(GetUserModelFromIStream, FailedSeekToTheBeginningLeavesTheOutputsAndItsWordingIsKept)
-{
-    ScriptedStream stream("VWOV model");
-    stream.Answer("Seek", 2, E_ACCESSDENIED);
-    EXPECT_EQ(Get(&stream), E_ACCESSDENIED);
-    EXPECT_EQ(model, nullptr);
-    EXPECT_EQ(size, 4711U);
-    EXPECT_THAT(logger.lines,
-                ElementsAre(Entry, Log(2, 1, "[GetUserModelFromIStream] Failed set pointer to beggining of stream")));
-    EXPECT_THAT(stream.calls, ElementsAre("Seek(0, END)", "Seek(0, SET, no position)"));
 }
 
 TEST_F(GetUserModelFromIStream, PositiveSeekResultsAreSuccesses)
@@ -131,91 +55,59 @@ TEST_F(GetUserModelFromIStream, PositiveSeekResultsAreSuccesses)
     stream.Answer("Seek", 2, S_FALSE);
     EXPECT_EQ(Get(&stream), S_OK);
     // The seek to the beginning moved nothing, so the read came too late.
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, Expected(10), Failure("0", 0, 10), Exit));
+    EXPECT_EQ(logger.lines, ModelNotRead("0", 0, 10));
 }
 
 TEST_F(GetUserModelFromIStream, TakesTheLow32BitsOfTheLength)
 {
+    for (const auto& [end, length] :
+         {std::pair{uint64_t{0x1'0000'0000}, 0U}, {uint64_t{0x1'0000'0007}, 7U}, {uint64_t{0xFFFF'FFFF'0000'0004}, 4U}})
+    {
+        SCOPED_TRACE(end);
+        ScriptedStream stream("VWOV model");
+        stream.reportedEnd = end;
+        EXPECT_EQ(Get(&stream), S_OK);
+        EXPECT_EQ(Model(), std::string("VWOV model").substr(0, length));
+        EXPECT_EQ(logger.Take(), ModelRead(length));
+    }
+}
+
+TEST_F(GetUserModelFromIStream, ReadGivesItsOwnResultAndTheBlockWithZerosForWhatItDidNotDeliver)
+{
     struct Case
     {
-        uint64_t end;
-        uint32_t size;
+        const char* description;
+        HRESULT result;
+        uint32_t delivered; ///< 0: the read does nothing and reports nothing
+        std::optional<uint32_t> claimed;
+        Lines lines;
     };
-    for (const Case& one : {Case{0x1'0000'0000, 0}, Case{0x1'0000'0007, 7}, Case{0xFFFF'FFFF'0000'0004, 4}})
+    for (const Case& row : {Case{"short, called a success", S_OK, 6, {}, ModelNotRead("0", 6, 10)},
+                            Case{"short, called a positive result", S_FALSE, 6, {}, ModelNotRead("1", 6, 10)},
+                            Case{"short, called a failure", STG_E_READFAULT, 6, {}, ModelNotRead("8003001e", 6, 10)},
+                            Case{"nothing, called a success", S_OK, 0, {}, ModelNotRead("0", 0, 10)},
+                            Case{"nothing, called a failure", E_FAIL, 0, {}, ModelNotRead("80004005", 0, 10)},
+                            Case{"a failure that reports every byte", STG_E_READFAULT, 0, 10, ModelNotRead("8003001e", 10, 10)},
+                            Case{"every byte with a positive result", S_FALSE, 0, 10, ModelRead(10)},
+                            Case{"a success that reports more than there is room for", S_OK, 10, 11, ModelNotRead("0", 11, 10)}})
     {
-        SCOPED_TRACE(one.end);
+        SCOPED_TRACE(row.description);
         ScriptedStream stream("VWOV model");
-        stream.reportedEnd = one.end;
-        EXPECT_EQ(Get(&stream), S_OK);
-        EXPECT_EQ(Model(), std::string("VWOV model").substr(0, one.size));
-        EXPECT_THAT(logger.Take(), ElementsAre(Entry, Expected(one.size), Success(one.size), Exit));
+        stream.mostBytes = row.delivered;
+        stream.shortResult = row.result;
+        stream.claimedCount = row.claimed;
+        if (row.delivered == 0)
+        {
+            stream.Answer("Read", 1, row.result);
+        }
+        EXPECT_EQ(Get(&stream), row.result);
+        EXPECT_EQ(size, 10U);
+        if (row.delivered > 0 || !row.claimed) // else the bytes are what the stream says it wrote
+        {
+            EXPECT_EQ(Model(), std::string("VWOV model").substr(0, row.delivered) + std::string(10 - row.delivered, '\0'));
+        }
+        EXPECT_EQ(logger.Take(), row.lines);
     }
-}
-
-struct ShortRead
-{
-    const char* description;
-    HRESULT result;
-    const char* status;
-};
-
-TEST_F(GetUserModelFromIStream, ShortReadGivesTheReadsOwnResultAndTheBlockWithZeros)
-{
-    for (const ShortRead& one : {ShortRead{"called a success", S_OK, "0"}, ShortRead{"called a positive result", S_FALSE, "1"},
-                                 ShortRead{"called a failure", STG_E_READFAULT, "8003001e"}})
-    {
-        SCOPED_TRACE(one.description);
-        ScriptedStream stream("VWOV model");
-        stream.mostBytes = 6;
-        stream.shortResult = one.result;
-        EXPECT_EQ(Get(&stream), one.result);
-        EXPECT_EQ(Model(), std::string("VWOV m\0\0\0\0", 10));
-        EXPECT_THAT(logger.Take(), ElementsAre(Entry, Expected(10), Failure(one.status, 6, 10), Exit));
-    }
-}
-
-TEST_F(GetUserModelFromIStream, ReadThatReportsNothingCountsAsNoBytes)
-{
-    for (const ShortRead& one : {ShortRead{"called a success", S_OK, "0"}, ShortRead{"called a failure", E_FAIL, "80004005"}})
-    {
-        SCOPED_TRACE(one.description);
-        ScriptedStream stream("VWOV model");
-        stream.Answer("Read", 1, one.result);
-        EXPECT_EQ(Get(&stream), one.result);
-        EXPECT_EQ(Model(), std::string(10, '\0'));
-        EXPECT_THAT(logger.Take(), ElementsAre(Entry, Expected(10), Failure(one.status, 0, 10), Exit));
-    }
-}
-
-TEST_F(GetUserModelFromIStream, FailedReadIsAFailureEvenWhenItReportsEveryByte)
-{
-    ScriptedStream stream("VWOV model");
-    stream.Answer("Read", 1, STG_E_READFAULT);
-    stream.claimedCount = 10;
-    EXPECT_EQ(Get(&stream), STG_E_READFAULT);
-    EXPECT_NE(model, nullptr);
-    EXPECT_EQ(size, 10U);
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, Expected(10), Failure("8003001e", 10, 10), Exit));
-}
-
-TEST_F(GetUserModelFromIStream, PositiveResultOfAWholeReadIsHandedOnAfterTheSuccessLine)
-{
-    ScriptedStream stream("VWOV model");
-    stream.Answer("Read", 1, S_FALSE);
-    stream.claimedCount = 10;
-    EXPECT_EQ(Get(&stream), S_FALSE);
-    EXPECT_NE(model, nullptr);
-    EXPECT_EQ(size, 10U);
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, Expected(10), Success(10), Exit));
-}
-
-TEST_F(GetUserModelFromIStream, CountAboveTheSizeIsReportedAndTouchesNothingBehindTheBlock)
-{
-    ScriptedStream stream("VWOV model");
-    stream.claimedCount = 11;
-    EXPECT_EQ(Get(&stream), S_OK);
-    EXPECT_EQ(Model(), "VWOV model");
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, Expected(10), Failure("0", 11, 10), Exit));
 }
 
 } // namespace

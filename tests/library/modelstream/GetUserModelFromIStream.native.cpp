@@ -1,5 +1,4 @@
-#include "library/modelstream/UserModelStream.h"
-#include "tests/support/AdapterTest.h"
+#include "tests/library/modelstream/StreamTest.h"
 #include "tests/support/FaultInjector.h"
 #include "tests/support/ScriptedStream.h"
 
@@ -8,30 +7,20 @@
 namespace
 {
 
-using testing::ElementsAre;
+using namespace StreamLines;
 
-class GetUserModelFromIStreamFaults : public AdapterTest
-{
-};
+using GetUserModelFromIStreamFaults = StreamTest;
 
 TEST_F(GetUserModelFromIStreamFaults, WithoutMemoryForTheModelTheResultIsAPlainFailureKept)
 {
     ScriptedStream stream("VWOV model");
-    uint8_t before = 0;
-    uint8_t* data = &before;
-    uint32_t size = 4711;
-    HRESULT result = S_OK;
-    {
-        const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::NothrowAllocation);
-        result = ::GetUserModelFromIStream(&stream, data, size, &logger);
-    }
-    EXPECT_EQ(result, E_FAIL);
-    EXPECT_EQ(data, nullptr);
+    const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::NothrowAllocation);
+    EXPECT_EQ(Get(&stream), E_FAIL);
+    EXPECT_FALSE(untouched);
+    EXPECT_EQ(model, nullptr);
     EXPECT_EQ(size, 10U);
-    EXPECT_THAT(stream.calls, ElementsAre("Seek(0, END)", "Seek(0, SET, no position)"));
-    EXPECT_THAT(logger.lines, ElementsAre(Log(4, 1, "[GetUserModelFromIStream] Entry."),
-                                          LogFormat(5, 1, "[GetUserModelFromIStream] Expected user model size from IStream: 10."),
-                                          Log(2, 1, "[GetUserModelFromIStream] Failed to allocate memory for model data.")));
+    EXPECT_THAT(stream.calls, testing::ElementsAre("Seek(0, END)", "Seek(0, SET, no position)"));
+    EXPECT_EQ(logger.lines, GetEntry + SizeExpected(10) + GetWithoutMemory);
 }
 
 } // namespace

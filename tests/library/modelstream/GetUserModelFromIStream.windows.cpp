@@ -1,13 +1,9 @@
-#include "library/modelstream/UserModelStream.h"
-#include "tests/support/AdapterTest.h"
-#include "tests/support/RealStream.h"
+#include "tests/library/modelstream/RealStreamTest.h"
 
 namespace
 {
 
-class GetUserModelFromIStreamOnRealStreams : public AdapterTest, public testing::WithParamInterface<RealStreamKind>
-{
-};
+using GetUserModelFromIStreamOnRealStreams = RealStreamTest;
 
 INSTANTIATE_TEST_SUITE_P(Kinds, GetUserModelFromIStreamOnRealStreams, testing::ValuesIn(RealStreamKinds));
 
@@ -16,23 +12,15 @@ TEST_P(GetUserModelFromIStreamOnRealStreams, GivesTheWholeContent)
     for (const std::string& content : {std::string("VWOV"), std::string("VWOV model"), "VWOV" + std::string(1U << 20, 'm')})
     {
         SCOPED_TRACE(content.size());
-        const RealStream stream = GetParam().Create(content);
-        uint8_t* data = nullptr;
-        uint32_t size = 0;
-        EXPECT_EQ(::GetUserModelFromIStream(stream.get(), data, size, &logger), S_OK);
-        const std::unique_ptr<const uint8_t[]> model(data);
-        EXPECT_TRUE(std::string(model.get(), model.get() + size) == content);
+        EXPECT_EQ(Get(Create(content).get()), S_OK);
+        EXPECT_TRUE(Model() == content);
     }
 }
 
 TEST_P(GetUserModelFromIStreamOnRealStreams, EmptyStreamGivesAnEmptyBlock)
 {
-    const RealStream stream = GetParam().Create();
-    uint8_t* data = nullptr;
-    uint32_t size = 4711;
     // S_OK or S_FALSE, as the stream reports a read at its end.
-    EXPECT_TRUE(SUCCEEDED(::GetUserModelFromIStream(stream.get(), data, size, &logger)));
-    const std::unique_ptr<const uint8_t[]> model(data);
+    EXPECT_TRUE(SUCCEEDED(Get(Create().get())));
     EXPECT_NE(model, nullptr);
     EXPECT_EQ(size, 0U);
 }

@@ -1,72 +1,54 @@
-#include "library/modelstream/UserModelStream.h"
-#include "tests/support/AdapterTest.h"
+#include "tests/library/modelstream/StreamTest.h"
 #include "tests/support/ScriptedStream.h"
+#include "tests/support/Table.h"
 
 #include <gmock/gmock.h>
+
+#include <optional>
 
 namespace
 {
 
+using namespace StreamLines;
 using testing::ElementsAre;
 
-const LogLine Entry = Log(4, 1, "[WriteModelToIStream] Entry.");
-const LogLine Exit = Log(4, 1, "[WriteModelToIStream] Exit.");
+using Answers = std::vector<std::pair<const char*, HRESULT>>;
 
-LogLine BytesWritten(uint32_t count)
+/// A write of ten bytes into a stream that answers so.
+struct Trouble
 {
-    return LogFormat(5, 1, "[WriteModelToIStream] Bytes written: " + std::to_string(count) + ".");
-}
+    const char* description;
+    Answers answers; ///< to the first call of each of these operations
+    std::optional<uint32_t> mostBytes;
+    HRESULT shortResult;
+    std::optional<uint32_t> claimedCount;
+    HRESULT result;
+    std::size_t calls; ///< of the sequence of all five
+    Lines between;     ///< entry and exit
+};
 
-LogLine WriteFailed(HRESULT status)
+class WriteModelToIStream : public StreamTest, public testing::WithParamInterface<Trouble>
 {
-    return LogWithStatus(2, 1, "[WriteModelToIStream] Failed to write model to IStream.", status);
-}
-
-LogLine Lengths(uint32_t size, uint32_t written)
-{
-    return LogFormat(5, 1,
-                     "[WriteModelToIStream] Expected data length: " + std::to_string(size) +
-                         ", actually wrote: " + std::to_string(written) + ".");
-}
-
-LogLine CommitFailed(HRESULT status)
-{
-    return LogWithStatus(2, 1, "[WriteModelToIStream] Failed to commit data to stream.", status);
-}
-
-class WriteModelToIStream : public AdapterTest
-{
-protected:
-    HRESULT Write(const std::string& model, IStream* stream)
-    {
-        // A block of exactly the model's length, so that a read beyond it does not pass unseen.
-        const std::vector<uint8_t> data(model.begin(), model.end());
-        return ::WriteModelToIStream(stream, data.data(), static_cast<uint32_t>(data.size()), &logger);
-    }
 };
 
 TEST_F(WriteModelToIStream, ReplacesTheContentAndCommits)
 {
     for (const std::string_view former : {"", "short", "a former content that is longer than the model"})
     {
-        SCOPED_TRACE(former);
-        ScriptedStream stream(former);
-        ASSERT_EQ(stream.Seek(LARGE_INTEGER{}, STREAM_SEEK_END, nullptr), S_OK);
-        stream.calls.clear();
-        EXPECT_EQ(Write("VWOV model", &stream), S_OK);
-        EXPECT_EQ(stream.Content(), "VWOV model");
-        EXPECT_THAT(stream.calls, ElementsAre("SetSize(10)", "Seek(0, SET, no position)", "Write(10)", "Commit(1)"));
-        EXPECT_THAT(logger.Take(), ElementsAre(Entry, BytesWritten(10), Exit));
+        for (const std::string& content : {std::string("VWOV model"), std::string()})
+        {
+            SCOPED_TRACE(testing::Message() << content << " over " << former);
+            ScriptedStream stream(former);
+            ASSERT_EQ(stream.Seek(LARGE_INTEGER{}, STREAM_SEEK_END, nullptr), S_OK);
+            stream.calls.clear();
+            EXPECT_EQ(Write(content, &stream), S_OK);
+            EXPECT_EQ(stream.Content(), content);
+            const std::string length = std::to_string(content.size());
+            EXPECT_THAT(stream.calls, ElementsAre("SetSize(" + length + ")", "Seek(0, SET, no position)", "Write(" + length + ")",
+                                                  "Commit(1)"));
+            EXPECT_EQ(logger.Take(), ModelWritten(static_cast<uint32_t>(content.size())));
+        }
     }
-}
-
-TEST_F(WriteModelToIStream, EmptyModelEmptiesTheStream)
-{
-    ScriptedStream stream("former");
-    EXPECT_EQ(Write("", &stream), S_OK);
-    EXPECT_EQ(stream.Content(), "");
-    EXPECT_THAT(stream.calls, ElementsAre("SetSize(0)", "Seek(0, SET, no position)", "Write(0)", "Commit(1)"));
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, BytesWritten(0), Exit));
 }
 
 TEST_F(WriteModelToIStream, TheHighHalfOfTheSizeIsZero)
@@ -79,166 +61,95 @@ TEST_F(WriteModelToIStream, TheHighHalfOfTheSizeIsZero)
     EXPECT_THAT(stream.calls, ElementsAre("SetSize(4294967295)"));
 }
 
-TEST_F(WriteModelToIStream, WrittenModelIsFoundAndReadBack)
+TEST_F(WriteModelToIStream, WrittenModelIsReadBackAndFoundByItsMagic)
 {
-    ScriptedStream stream("a former content that is longer than the model");
-    ASSERT_EQ(Write("VWOV model", &stream), S_OK);
-    EXPECT_EQ(::CheckIStreamForUserModel(&stream, &logger), S_OK);
-
-    uint8_t* data = nullptr;
-    uint32_t size = 0;
-    EXPECT_EQ(::GetUserModelFromIStream(&stream, data, size, &logger), S_OK);
-    const std::unique_ptr<const uint8_t[]> model(data);
-    EXPECT_EQ(std::string(model.get(), model.get() + size), "VWOV model");
-}
-
-TEST_F(WriteModelToIStream, ModelWithoutTheMagicIsWrittenButNotFound)
-{
-    ScriptedStream stream("VWOV former");
-    EXPECT_EQ(Write("model", &stream), S_OK);
-    EXPECT_EQ(stream.Content(), "model");
-    EXPECT_EQ(::CheckIStreamForUserModel(&stream, &logger), E_FAIL);
-}
-
-TEST_F(WriteModelToIStream, FailedSizeChangeLeavesTheContent)
-{
-    ScriptedStream stream("former");
-    stream.Answer("SetSize", 1, STG_E_MEDIUMFULL);
-    EXPECT_EQ(Write("VWOV model", &stream), STG_E_MEDIUMFULL);
-    EXPECT_EQ(stream.Content(), "former");
-    EXPECT_THAT(stream.calls, ElementsAre("SetSize(10)"));
-    EXPECT_THAT(
-        logger.lines,
-        ElementsAre(Entry, LogWithStatus(2, 1, "[WriteModelToIStream] Failed to change stream size.", STG_E_MEDIUMFULL), Exit));
-}
-
-TEST_F(WriteModelToIStream, FailedSizeChangeOfAnEmptyModelWritesNoCount)
-{
-    ScriptedStream stream("former");
-    stream.Answer("SetSize", 1, E_NOTIMPL);
-    EXPECT_EQ(Write("", &stream), E_NOTIMPL);
-    EXPECT_THAT(logger.lines,
-                ElementsAre(Entry, LogWithStatus(2, 1, "[WriteModelToIStream] Failed to change stream size.", E_NOTIMPL), Exit));
-}
-
-TEST_F(WriteModelToIStream, FailedSeekEndsTheWriteAndItsWordingIsKept)
-{
-    ScriptedStream stream("former");
-    stream.Answer("Seek", 1, E_ACCESSDENIED);
-    EXPECT_EQ(Write("VWOV model", &stream), E_ACCESSDENIED);
-    EXPECT_THAT(stream.calls, ElementsAre("SetSize(10)", "Seek(0, SET, no position)"));
-    EXPECT_THAT(logger.lines,
-                ElementsAre(Entry,
-                            LogWithStatus(2, 1, "[WriteModelToIStream] Failed to seek to stream begining.", E_ACCESSDENIED),
-                            Exit));
-}
-
-TEST_F(WriteModelToIStream, FailedWriteIsNeitherCommittedNorReverted)
-{
-    ScriptedStream stream("former");
-    stream.Answer("Write", 1, STG_E_WRITEFAULT);
-    EXPECT_EQ(Write("VWOV model", &stream), STG_E_WRITEFAULT);
-    EXPECT_THAT(stream.calls, ElementsAre("SetSize(10)", "Seek(0, SET, no position)", "Write(10)"));
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, WriteFailed(STG_E_WRITEFAULT), Lengths(10, 0), Exit));
-}
-
-TEST_F(WriteModelToIStream, FailedWriteIsAFailureEvenWhenItReportsEveryByte)
-{
-    ScriptedStream stream("former");
-    stream.Answer("Write", 1, STG_E_WRITEFAULT);
-    stream.claimedCount = 10;
-    EXPECT_EQ(Write("VWOV model", &stream), STG_E_WRITEFAULT);
-    EXPECT_THAT(stream.calls, ElementsAre("SetSize(10)", "Seek(0, SET, no position)", "Write(10)"));
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, WriteFailed(STG_E_WRITEFAULT), Lengths(10, 10), Exit));
-}
-
-TEST_F(WriteModelToIStream, ShortWriteThatClaimsSuccessIsAnUncommittedSuccessKept)
-{
-    for (const HRESULT claimed : {S_OK, S_FALSE})
+    for (const std::string content : {"VWOV model", "model"})
     {
-        SCOPED_TRACE(claimed);
+        SCOPED_TRACE(content);
+        ScriptedStream stream("VWOV, and a former content that is longer than the model");
+        ASSERT_EQ(Write(content, &stream), S_OK);
+        EXPECT_EQ(Check(&stream), content == "model" ? E_FAIL : S_OK);
+        EXPECT_EQ(Get(&stream), S_OK);
+        EXPECT_EQ(Model(), content);
+    }
+}
+
+TEST_F(WriteModelToIStream, FailedSizeChangeLeavesTheContentAndWritesNoCount)
+{
+    for (const char* content : {"VWOV model", ""})
+    {
+        SCOPED_TRACE(content);
         ScriptedStream stream("former");
-        stream.mostBytes = 6;
-        stream.shortResult = claimed;
-        EXPECT_EQ(Write("VWOV model", &stream), claimed);
-        EXPECT_THAT(stream.calls, ElementsAre("SetSize(10)", "Seek(0, SET, no position)", "Write(10)"));
-        EXPECT_THAT(logger.Take(), ElementsAre(Entry, WriteFailed(claimed), Lengths(10, 6), Exit));
+        stream.Answer("SetSize", 1, E_NOTIMPL);
+        EXPECT_EQ(Write(content, &stream), E_NOTIMPL);
+        EXPECT_EQ(stream.Content(), "former");
+        EXPECT_EQ(logger.Take(), WriteEntry + NotDone("change stream size", E_NOTIMPL) + WriteExit);
     }
 }
 
-TEST_F(WriteModelToIStream, ShortWriteThatReportsAFailureGivesItsCode)
+TEST_P(WriteModelToIStream, TroubleHasItsResultCallsAndLines)
 {
+    const Trouble& trouble = GetParam();
     ScriptedStream stream("former");
-    stream.mostBytes = 6;
-    stream.shortResult = STG_E_MEDIUMFULL;
-    EXPECT_EQ(Write("VWOV model", &stream), STG_E_MEDIUMFULL);
-    EXPECT_THAT(stream.calls, ElementsAre("SetSize(10)", "Seek(0, SET, no position)", "Write(10)"));
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, WriteFailed(STG_E_MEDIUMFULL), Lengths(10, 6), Exit));
-}
-
-TEST_F(WriteModelToIStream, WriteThatReportsNothingCountsAsNoBytes)
-{
-    ScriptedStream stream("former");
-    stream.Answer("Write", 1, S_OK);
-    EXPECT_EQ(Write("VWOV model", &stream), S_OK);
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, WriteFailed(S_OK), Lengths(10, 0), Exit));
-}
-
-TEST_F(WriteModelToIStream, WriteThatReportsMoreThanItsBytesIsNotCommitted)
-{
-    ScriptedStream stream("former");
-    stream.claimedCount = 11;
-    EXPECT_EQ(Write("VWOV model", &stream), S_OK);
-    EXPECT_THAT(stream.calls, ElementsAre("SetSize(10)", "Seek(0, SET, no position)", "Write(10)"));
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, WriteFailed(S_OK), Lengths(10, 11), Exit));
-}
-
-TEST_F(WriteModelToIStream, PositiveResultsOfSizeChangeSeekAndWriteAreSuccesses)
-{
-    ScriptedStream stream;
-    stream.Answer("SetSize", 1, S_FALSE);
-    stream.Answer("Seek", 1, S_FALSE);
-    stream.Answer("Write", 1, S_FALSE);
-    stream.claimedCount = 10;
-    EXPECT_EQ(Write("VWOV model", &stream), S_OK);
-    EXPECT_THAT(stream.calls, ElementsAre("SetSize(10)", "Seek(0, SET, no position)", "Write(10)", "Commit(1)"));
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, BytesWritten(10), Exit));
-}
-
-TEST_F(WriteModelToIStream, GivesThePositiveResultOfTheCommit)
-{
-    ScriptedStream stream;
-    stream.Answer("Commit", 1, STG_S_CONVERTED);
-    EXPECT_EQ(Write("VWOV model", &stream), STG_S_CONVERTED);
-    EXPECT_THAT(stream.calls, ElementsAre("SetSize(10)", "Seek(0, SET, no position)", "Write(10)", "Commit(1)"));
-    EXPECT_THAT(logger.lines, ElementsAre(Entry, BytesWritten(10), Exit));
-}
-
-TEST_F(WriteModelToIStream, FailedCommitThatIsRevertedIsASuccessKept)
-{
-    for (const HRESULT reverted : {S_OK, S_FALSE})
+    for (const auto& [operation, result] : trouble.answers)
     {
-        SCOPED_TRACE(reverted);
-        ScriptedStream stream;
-        stream.Answer("Commit", 1, STG_E_MEDIUMFULL);
-        stream.Answer("Revert", 1, reverted);
-        EXPECT_EQ(Write("VWOV model", &stream), reverted);
-        EXPECT_THAT(stream.calls, ElementsAre("SetSize(10)", "Seek(0, SET, no position)", "Write(10)", "Commit(1)", "Revert()"));
-        EXPECT_THAT(logger.Take(), ElementsAre(Entry, CommitFailed(STG_E_MEDIUMFULL), BytesWritten(10), Exit));
+        stream.Answer(operation, 1, result);
     }
+    stream.mostBytes = trouble.mostBytes.value_or(stream.mostBytes);
+    stream.shortResult = trouble.shortResult;
+    stream.claimedCount = trouble.claimedCount;
+    EXPECT_EQ(Write("VWOV model", &stream), trouble.result);
+    std::vector<std::string> calls{"SetSize(10)", "Seek(0, SET, no position)", "Write(10)", "Commit(1)", "Revert()"};
+    calls.resize(trouble.calls);
+    EXPECT_EQ(stream.calls, calls);
+    EXPECT_EQ(logger.lines, WriteEntry + trouble.between + WriteExit);
 }
 
-TEST_F(WriteModelToIStream, FailedRevertGivesItsOwnCode)
+/// A write that is no plain success of all ten bytes.
+Lines NotWritten(HRESULT status, uint32_t written)
 {
-    ScriptedStream stream;
-    stream.Answer("Commit", 1, STG_E_MEDIUMFULL);
-    stream.Answer("Revert", 1, STG_E_REVERTED);
-    EXPECT_EQ(Write("VWOV model", &stream), STG_E_REVERTED);
-    EXPECT_THAT(stream.calls, ElementsAre("SetSize(10)", "Seek(0, SET, no position)", "Write(10)", "Commit(1)", "Revert()"));
-    EXPECT_THAT(logger.lines,
-                ElementsAre(Entry, CommitFailed(STG_E_MEDIUMFULL),
-                            LogWithStatus(2, 1, "[WriteModelToIStream] Failed to revert IStream changes.", STG_E_REVERTED),
-                            Exit));
+    return NotDone("write model to IStream", status) +
+           LogFormat(5, 1, "[WriteModelToIStream] Expected data length: 10, actually wrote: " + std::to_string(written) + ".");
 }
+
+constexpr std::nullopt_t All = std::nullopt;
+const Answers None;
+const Lines Full = NotDone("commit data to stream", STG_E_MEDIUMFULL);
+
+Answers Answering(const char* operation, HRESULT result, Answers others = {})
+{
+    others.emplace_back(operation, result);
+    return others;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Troubles, WriteModelToIStream,
+    testing::Values(Trouble{"size change fails", Answering("SetSize", STG_E_MEDIUMFULL), All, S_OK, All, STG_E_MEDIUMFULL, 1,
+                            NotDone("change stream size", STG_E_MEDIUMFULL)},
+                    Trouble{"seek fails with its wording kept", Answering("Seek", E_ACCESSDENIED), All, S_OK, All, E_ACCESSDENIED,
+                            2, NotDone("seek to stream begining", E_ACCESSDENIED)},
+                    Trouble{"write fails", Answering("Write", STG_E_WRITEFAULT), All, S_OK, All, STG_E_WRITEFAULT, 3,
+                            NotWritten(STG_E_WRITEFAULT, 0)},
+                    Trouble{"failed write reports every byte", Answering("Write", STG_E_WRITEFAULT), All, S_OK, 10,
+                            STG_E_WRITEFAULT, 3, NotWritten(STG_E_WRITEFAULT, 10)},
+                    Trouble{"short write is a success kept", None, 6, S_OK, All, S_OK, 3, NotWritten(S_OK, 6)},
+                    Trouble{"short write is a positive success kept", None, 6, S_FALSE, All, S_FALSE, 3, NotWritten(S_FALSE, 6)},
+                    Trouble{"short write fails", None, 6, STG_E_MEDIUMFULL, All, STG_E_MEDIUMFULL, 3,
+                            NotWritten(STG_E_MEDIUMFULL, 6)},
+                    Trouble{"write reports nothing", Answering("Write", S_OK), All, S_OK, All, S_OK, 3, NotWritten(S_OK, 0)},
+                    Trouble{"write reports more than its bytes", None, All, S_OK, 11, S_OK, 3, NotWritten(S_OK, 11)},
+                    Trouble{"positive results are successes",
+                            Answering("SetSize", S_FALSE, Answering("Seek", S_FALSE, Answering("Write", S_FALSE))), All, S_OK, 10,
+                            S_OK, 4, BytesWritten(10)},
+                    Trouble{"commit has a positive result", Answering("Commit", STG_S_CONVERTED), All, S_OK, All, STG_S_CONVERTED,
+                            4, BytesWritten(10)},
+                    Trouble{"failed commit is reverted, a success kept", Answering("Commit", STG_E_MEDIUMFULL), All, S_OK, All,
+                            S_OK, 5, Full + BytesWritten(10)},
+                    Trouble{"failed commit is reverted positively, a success kept",
+                            Answering("Commit", STG_E_MEDIUMFULL, Answering("Revert", S_FALSE)), All, S_OK, All, S_FALSE, 5,
+                            Full + BytesWritten(10)},
+                    Trouble{"revert fails", Answering("Commit", STG_E_MEDIUMFULL, Answering("Revert", STG_E_REVERTED)), All, S_OK,
+                            All, STG_E_REVERTED, 5, Full + NotDone("revert IStream changes", STG_E_REVERTED)}),
+    RowName());
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "IVeloxWovWrapper.h"
+#include "tests/library/wovwrapper/Lines.h"
 #include "tests/support/WrapperTest.h"
 
 #include <gmock/gmock.h>
@@ -20,6 +21,15 @@ protected:
         return KeywordDetectorAdapterImplementation::CreateWovWrapper(&parameters, detection, &logger, 3, constraints);
     }
 
+    /// Whether a verification of 100 samples detects.
+    bool Verify(KeywordDetectorAdapterImplementation::IVeloxWovWrapper& created)
+    {
+        ScriptedRecording recording(std::vector<float>(100));
+        bool detected = false;
+        EXPECT_EQ(created.VerifyKeyword(&recording, 0, &detected), S_OK);
+        return detected;
+    }
+
     std::string constraints = "memory=160k";
 };
 
@@ -27,18 +37,14 @@ TEST_F(CreateWovWrapper, AsksTheEngineForItsFrameSize)
 {
     const auto created = Create();
     ASSERT_NE(created, nullptr);
-    EXPECT_THAT(events, ElementsAre("VWoVInitSession()", "VWoVGetIntOutput(1, 5, null, 0)", "VWoVGetIntOutput(1, 5, buffer, 1)",
-                                    "VWoVDestroySession(1)"));
-    EXPECT_THAT(logger.lines, IsEmpty());
+    EXPECT_EQ(events, WrapperLines::Probe(1));
 }
 
 TEST_F(CreateWovWrapper, WrapperFeedsFramesOfTheEnginesSize)
 {
     engine.frameSize = 480;
     const auto created = Create();
-    ScriptedRecording recording(std::vector<float>(100));
-    bool detected = false;
-    EXPECT_EQ(created->VerifyKeyword(&recording, 0, &detected), S_OK);
+    Verify(*created);
     EXPECT_THAT(events, Contains("VWoVFeedAudioFrame(2, 480)"));
 }
 
@@ -54,9 +60,7 @@ TEST_F(CreateWovWrapper, FailedQuestionStillGivesAWrapperWithFramesOf150Samples)
         ASSERT_NE(created, nullptr);
         EXPECT_THAT(logger.lines, Contains(LogWithCode(1, 0, "[Initialization] Getting frame audio size failed", 11)));
 
-        ScriptedRecording recording(std::vector<float>(100));
-        bool detected = false;
-        EXPECT_EQ(created->VerifyKeyword(&recording, 0, &detected), S_OK);
+        Verify(*created);
         EXPECT_THAT(events, Contains("VWoVFeedAudioFrame(2, 150)"));
     }
 }
@@ -65,7 +69,7 @@ TEST_F(CreateWovWrapper, EngineThatOpensNoSessionStillGivesAWrapper)
 {
     engine.Answer("VWoVInitSession", 1, 7);
     EXPECT_NE(Create(), nullptr);
-    EXPECT_THAT(logger.lines, ElementsAre(LogWithCode(1, 1, "[InitializeSession] Failed to initialize session.", 7),
+    EXPECT_THAT(logger.lines, ElementsAre(WrapperLines::NotOpened("initialize session", 7),
                                           LogWithCode(1, 0, "[Initialization] Getting frame audio size failed", 7)));
 }
 
@@ -79,22 +83,17 @@ TEST_F(CreateWovWrapper, ConstraintsAndThresholdsAreCopied)
     constraints.assign("changed");
     detection = {1000000, 1000000, 1000000};
 
-    ScriptedRecording recording(std::vector<float>(100));
-    bool detected = false;
-    EXPECT_EQ(created->VerifyKeyword(&recording, 0, &detected), S_OK);
+    EXPECT_TRUE(Verify(*created));
     EXPECT_THAT(events, Contains("VWoVSetAttribute(19, \"" + given + "\")"));
-    EXPECT_TRUE(detected);
 }
 
 TEST_F(CreateWovWrapper, ModelBlocksAreReadWhenASessionIsOpened)
 {
     const auto created = Create();
-    EXPECT_THAT(events, Not(Contains(testing::HasSubstr("VWoVSetBinAttribute"))));
+    EXPECT_THAT(events, Not(Contains(testing::Field(&LogLine::text, testing::HasSubstr("VWoVSetBinAttribute")))));
     delete[] std::exchange(parameters.acousticModel, nullptr);
 
-    ScriptedRecording recording(std::vector<float>(100));
-    bool detected = false;
-    EXPECT_EQ(created->VerifyKeyword(&recording, 0, &detected), S_OK);
+    Verify(*created);
     EXPECT_THAT(events, Contains("VWoVSetBinAttribute(1, null)"));
 }
 
@@ -102,10 +101,8 @@ TEST_F(CreateWovWrapper, SessionsOfTwoWrappersAreNotShared)
 {
     const auto first = Create();
     const auto second = Create();
-    ScriptedRecording recording(std::vector<float>(100));
-    bool detected = false;
-    EXPECT_EQ(first->VerifyKeyword(&recording, 0, &detected), S_OK);
-    EXPECT_EQ(second->VerifyKeyword(&recording, 0, &detected), S_OK);
+    Verify(*first);
+    Verify(*second);
     EXPECT_EQ(engine.sessionsCreated, 4U);
     EXPECT_THAT(engine.openSessions, IsEmpty());
 }

@@ -1,10 +1,12 @@
 #include "library/wovwrapper/VeloxWovSDK.h"
+#include "tests/library/wovwrapper/Lines.h"
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/FaultInjector.h"
 #include "tests/support/WrapperTest.h"
 
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <new>
 
 namespace
@@ -12,31 +14,41 @@ namespace
 
 using testing::Contains;
 
-class FeedRecordingFaults : public WrapperTest
+class FeedRecordingFaults : public SessionTest
 {
 protected:
-    FeedRecordingFaults()
-    {
-        Open();
-    }
-
-    void Open()
-    {
-        Restart();
-        session = 0;
-        EXPECT_EQ(wrapper.InitializeSession(&session), EngineStatus::Success);
-        logger.Take();
-        engine.Take();
-        TakeEvents();
-    }
-
     uint32_t Feed(ScriptedRecording& recording)
     {
         detected = false;
         return wrapper.FeedRecording(session, &recording, 0, true, &detected);
     }
 
-    uint32_t session = 0;
+    /// Feeds a recording again and again, each time with the next of its allocations failing, until none does. The exception
+    /// passes, the recording is unlocked, and the session is left to the caller.
+    /// @return how many allocations failed
+    uint64_t ExpectFailedAllocationsToPass(const std::vector<float>& scores, const std::function<void()>& failed)
+    {
+        ScriptedRecording recording(std::vector<float>(300));
+        for (uint64_t faults = 0;; ++faults)
+        {
+            SCOPED_TRACE(faults);
+            Open();
+            engine.laterStep.scores = scores;
+            try
+            {
+                const FaultPlan plan = FaultPlan::Nth(faults + 1, FallibleCall::Allocation);
+                EXPECT_EQ(Feed(recording), EngineStatus::Success);
+                return faults;
+            }
+            catch (const std::bad_alloc&)
+            {
+                failed();
+            }
+            EXPECT_EQ(recording.OpenLocks(), 0);
+            EXPECT_EQ(engine.Destroys(session), 0);
+        }
+    }
+
     bool detected = false;
 };
 
@@ -44,8 +56,8 @@ TEST_F(FeedRecordingFaults, LockThatFailsForWantOfMemoryIsReported)
 {
     ScriptedRecording recording(std::vector<float>(100));
     const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::Buffer);
-    EXPECT_EQ(Feed(recording), 11U);
-    EXPECT_EQ(logger.lines.back(), Log(2, 0, "[FeedRecording] Failed to lock recording. Status = -2147024882"));
+    EXPECT_EQ(Feed(recording), UnexpectedBehaviour);
+    EXPECT_EQ(logger.lines.back(), WrapperLines::NotLocked(E_OUTOFMEMORY));
     EXPECT_EQ(recording.locks, 0);
     EXPECT_EQ(plan.Calls(), 1U) << "no unlock";
 }
@@ -55,7 +67,7 @@ TEST_F(FeedRecordingFaults, UnlockThatFailsIsTriedOnce)
     ScriptedRecording recording(std::vector<float>(100));
     const FaultPlan plan = FaultPlan::Nth(2, FallibleCall::Buffer);
     EXPECT_EQ(Feed(recording), EngineStatus::Success);
-    EXPECT_THAT(logger.lines, Contains(LogWithStatus(2, 1, "[FeedRecording] Failed to unlock recording.", E_OUTOFMEMORY)));
+    EXPECT_THAT(logger.lines, Contains(WrapperLines::NotUnlocked(E_OUTOFMEMORY)));
     EXPECT_EQ(plan.Calls(), 2U);
     EXPECT_EQ(recording.OpenLocks(), 0);
 }
@@ -87,52 +99,16 @@ TEST_F(FeedRecordingFaults, EveryEngineCallMayFailAloneOrWithAllThatFollow)
 
 TEST_F(FeedRecordingFaults, FailedAllocationPassesAndTheRecordingIsUnlocked)
 {
-    ScriptedRecording recording(std::vector<float>(300));
-    uint64_t faults = 0;
-    for (bool failed = true; failed;)
-    {
-        SCOPED_TRACE(faults);
-        Open();
-        try
-        {
-            const FaultPlan plan = FaultPlan::Nth(faults + 1, FallibleCall::Allocation);
-            EXPECT_EQ(Feed(recording), EngineStatus::Success);
-            failed = false;
-        }
-        catch (const std::bad_alloc&)
-        {
-            ++faults;
-        }
-        EXPECT_EQ(recording.OpenLocks(), 0);
-        EXPECT_EQ(engine.Destroys(session), 0);
-    }
     // The scores, the frame, and each line whose text is long.
-    EXPECT_GE(faults, 6U);
+    EXPECT_GE(ExpectFailedAllocationsToPass({0.0F}, [] {}), 6U);
 }
 
 TEST_F(FeedRecordingFaults, EnlargementOfTheScoresThatFailsPasses)
 {
-    engine.laterStep.scores.assign(1000, 0.0F);
-    ScriptedRecording recording(std::vector<float>(300));
-    uint64_t faults = 0;
     bool enlarging = false;
-    for (bool failed = true; failed;)
-    {
-        Open();
-        engine.laterStep.scores.assign(1000, 0.0F);
-        try
-        {
-            const FaultPlan plan = FaultPlan::Nth(faults + 1, FallibleCall::Allocation);
-            EXPECT_EQ(Feed(recording), EngineStatus::Success);
-            failed = false;
-        }
-        catch (const std::bad_alloc&)
-        {
-            ++faults;
-            enlarging = enlarging || (!events.empty() && events.back() == "VWoVGetScores(1, buffer, 1)");
-        }
-        EXPECT_EQ(recording.OpenLocks(), 0);
-    }
+    ExpectFailedAllocationsToPass(std::vector<float>(1000), [&] {
+        enlarging = enlarging || (!events.empty() && events.back() == "VWoVGetScores(1, buffer, 1)");
+    });
     EXPECT_TRUE(enlarging);
 }
 
@@ -158,7 +134,6 @@ TEST_F(FeedRecordingFaults, OneFrameAndOneScoreVectorServeTheRecording)
     constexpr int32_t FrameSize = 777;
     constexpr uint32_t ScoreCount = 333;
     UseFrameSize(FrameSize);
-    Open();
     engine.keepCalls = false;
     engine.onCall = nullptr;
     engine.scoreCount = ScoreCount;

@@ -60,15 +60,9 @@ private:
     MediaBuffer buffer;
 };
 
-class FeedRecordingOnRealBuffers : public WrapperTest
+class FeedRecordingOnRealBuffers : public SessionTest
 {
 protected:
-    FeedRecordingOnRealBuffers()
-    {
-        EXPECT_EQ(wrapper.InitializeSession(&session), EngineStatus::Success);
-        engine.Take();
-    }
-
     /// The frames that a buffer is fed in; its locks are in balance, and its references untouched.
     std::vector<std::vector<int16_t>> Feed(CountedBuffer& buffer)
     {
@@ -78,19 +72,8 @@ protected:
         EXPECT_EQ(buffer.unlocks, 1);
         buffer.AddRef();
         EXPECT_EQ(buffer.Release(), 1U);
-
-        std::vector<std::vector<int16_t>> frames;
-        for (const EngineCall& call : engine.calls)
-        {
-            if (call.function == "VWoVFeedAudioFrame")
-            {
-                frames.push_back(call.samples);
-            }
-        }
-        return frames;
+        return FramesFed();
     }
-
-    uint32_t session = 0;
 };
 
 TEST_F(FeedRecordingOnRealBuffers, CurrentLengthIsFedNotTheMaximum)

@@ -10,22 +10,15 @@
 namespace
 {
 
-class FeedRecordingsForEnrollmentFaults : public WrapperTest
+class FeedRecordingsForEnrollmentFaults : public SessionTest
 {
 protected:
-    FeedRecordingsForEnrollmentFaults()
-    {
-        EXPECT_EQ(wrapper.InitializeSession(&session), EngineStatus::Success);
-    }
-
     uint32_t Feed(ScriptedRecording& recording)
     {
         IMFMediaBuffer* recordings[]{&recording, &recording};
         const int32_t positions[]{0, 0};
         return wrapper.FeedRecordingsForEnrollment(&session, recordings, 2, positions);
     }
-
-    uint32_t session = 0;
 };
 
 TEST_F(FeedRecordingsForEnrollmentFaults, EveryRecordingHasOneFrameBuffer)

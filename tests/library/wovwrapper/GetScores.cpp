@@ -1,4 +1,5 @@
 #include "library/wovwrapper/VeloxWovSDK.h"
+#include "tests/library/wovwrapper/Lines.h"
 #include "tests/support/WrapperTest.h"
 
 #include <gmock/gmock.h>
@@ -30,24 +31,9 @@ struct Scoring
     bool operator==(const Scoring&) const = default;
 };
 
-class GetScores : public WrapperTest
+class GetScores : public SessionTest
 {
 protected:
-    GetScores()
-    {
-        Open();
-    }
-
-    /// Opens a session, which has taken no step, and forgets how.
-    void Open()
-    {
-        Restart();
-        session = 0;
-        EXPECT_EQ(wrapper.InitializeSession(&session), EngineStatus::Success);
-        logger.Take();
-        TakeEvents();
-    }
-
     uint32_t Get(OpenWovWrapper& scoring)
     {
         return scoring.GetScores(session, buffer, &state.detected, &state.frameCounter, &state.best);
@@ -65,17 +51,17 @@ protected:
         return Get();
     }
 
-    uint32_t session = 0;
     std::vector<float> buffer{0.0F};
     Scoring state;
 };
 
-std::string Detected(float score, double seconds)
+LogLine Detected(float score, double seconds)
 {
     std::array<char, 400> text{};
-    std::snprintf(text.data(), text.size(), "[GetScores] Key phrase detected, KPD score(%f), time (%f).",
-                  static_cast<double>(score), seconds);
-    return text.data();
+    std::snprintf(text.data(), text.size(), "%f", seconds);
+    const std::string time = text.data();
+    std::snprintf(text.data(), text.size(), "%f", static_cast<double>(score));
+    return WrapperLines::Detected(text.data(), time);
 }
 
 TEST_F(GetScores, ScoreAboveTheThresholdIsADetection)
@@ -84,9 +70,7 @@ TEST_F(GetScores, ScoreAboveTheThresholdIsADetection)
     EXPECT_TRUE(state.detected);
     EXPECT_EQ(state.best, 10.5F);
     EXPECT_EQ(state.frameCounter, 1U);
-    EXPECT_THAT(events, ElementsAre("VWoVGetScores(1, buffer, 1)",
-                                    "[GetScores] Key phrase detected, KPD score(10.500000), time (0.000000)."));
-    EXPECT_THAT(logger.lines, ElementsAre(LogFormat(5, 1, events.back())));
+    EXPECT_EQ(events, Lines("VWoVGetScores(1, buffer, 1)") + WrapperLines::Detected("10.500000", "0.000000"));
 }
 
 TEST_F(GetScores, ScoreEqualToTheThresholdIsNoDetection)
@@ -139,7 +123,7 @@ TEST_F(GetScores, LaterScoresAreNotLookedAtAfterADetection)
     EXPECT_EQ(Get({9, 11, 20, 5}), EngineStatus::Success);
     EXPECT_TRUE(state.detected);
     EXPECT_EQ(state.best, 11.0F);
-    EXPECT_THAT(logger.lines, ElementsAre(LogFormat(5, 1, Detected(11, 0))));
+    EXPECT_THAT(logger.lines, ElementsAre(Detected(11, 0)));
 }
 
 TEST_F(GetScores, BestScoreIsTheHighestOfAllCalls)
@@ -176,7 +160,7 @@ TEST_F(GetScores, DetectionThatWasTakenBackIsFoundAgainInTheSameCall)
     EXPECT_EQ(Get({5, 6, 11, 12}), EngineStatus::Success);
     EXPECT_TRUE(state.detected);
     EXPECT_EQ(state.best, 11.0F);
-    EXPECT_THAT(logger.lines, ElementsAre(LogFormat(5, 1, Detected(11, 0))));
+    EXPECT_THAT(logger.lines, ElementsAre(Detected(11, 0)));
 }
 
 TEST_F(GetScores, NaNNeitherDetectsNorTakesBackNorIsBest)
@@ -217,7 +201,7 @@ TEST_F(GetScores, TimeIsThatOfTheFramesBefore)
         state = {};
         state.frameCounter = row.frames;
         EXPECT_EQ(Get({11}), EngineStatus::Success);
-        EXPECT_THAT(logger.lines, ElementsAre(LogFormat(5, 1, Detected(11, row.seconds))));
+        EXPECT_THAT(logger.lines, ElementsAre(Detected(11, row.seconds)));
         EXPECT_EQ(state.frameCounter, row.frames + 1);
     }
 }
@@ -320,7 +304,7 @@ Scoring Expected(Scoring state, const std::vector<float>& scores, uint32_t statu
         {
             state.detected = true;
             const auto samples = static_cast<float>(static_cast<uint64_t>(frameSize) * state.frameCounter);
-            lines->push_back(LogFormat(5, 1, Detected(scores[i], static_cast<double>(samples / 16000.0F))));
+            lines->push_back(Detected(scores[i], static_cast<double>(samples / 16000.0F)));
         }
         if (before && Threshold > scores[i])
         {

@@ -1,4 +1,5 @@
 #include "library/wovwrapper/VeloxWovSDK.h"
+#include "tests/library/wovwrapper/Lines.h"
 #include "tests/support/WrapperTest.h"
 
 #include <gmock/gmock.h>
@@ -8,21 +9,12 @@
 namespace
 {
 
+using namespace WrapperLines;
 using testing::Contains;
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::IsEmpty;
 
-struct OpeningFailure
-{
-    const char* function;
-    uint64_t call;
-    std::size_t engineCalls; ///< up to and with the failing one
-    const char* line;
-    uint32_t session;
-};
-
-class Session : public WrapperTest, public testing::WithParamInterface<OpeningFailure>
+class Session : public WrapperTest
 {
 protected:
     uint32_t session = 0;
@@ -33,12 +25,15 @@ TEST_F(Session, IsConfiguredFromTheMembersAndOpened)
     EXPECT_EQ(wrapper.InitializeSession(&session), EngineStatus::Success);
     EXPECT_EQ(session, 1U);
     EXPECT_THAT(engine.openSessions, ElementsAre(1U));
-    EXPECT_THAT(events, ElementsAre("[InitializeSession] Entry.", R"(VWoVSetAttribute(19, "memory=160k"))",
-                                    R"(VWoVSetAttribute(13, "3"))", R"(VWoVSetBinAttribute(1, "acoustic"))",
-                                    R"(VWoVSetBinAttribute(2, "znorm po"))", "VWoVInitSession()", "VWoVInit(1, 2)",
-                                    "VWoVInit(1, 4)", "[InitializeSession] Exit. Status: 0"));
-    EXPECT_THAT(logger.lines,
-                ElementsAre(Log(4, 1, "[InitializeSession] Entry."), Log(4, 1, "[InitializeSession] Exit. Status: 0")));
+    EXPECT_EQ(TakeEvents(), Opening(1));
+
+    wrapper.CloseSession(&session);
+    EXPECT_EQ(session, 1U) << "the handle is kept";
+    EXPECT_EQ(TakeEvents(), Closing(1));
+
+    session = 0;
+    EXPECT_EQ(wrapper.InitializeSession(&session), EngineStatus::Success);
+    EXPECT_EQ(events, Opening(2)) << "every session is configured anew";
 }
 
 TEST_F(Session, HandsTheModelBlocksOverUncopied)
@@ -82,71 +77,32 @@ TEST_F(Session, ConstraintsReachTheEngineUnchanged)
     }
 }
 
-TEST_F(Session, EverySessionIsConfiguredAnew)
+TEST_F(Session, RefusalEndsTheSequenceWithTheEnginesStatusAndLeavesToCloseSessionWhatWasOpened)
 {
-    ASSERT_EQ(wrapper.InitializeSession(&session), EngineStatus::Success);
-    const std::vector<std::string> first = TakeEvents();
-    wrapper.CloseSession(&session);
-    TakeEvents();
-
-    session = 0;
-    EXPECT_EQ(wrapper.InitializeSession(&session), EngineStatus::Success);
-    EXPECT_EQ(session, 2U);
-    std::vector<std::string> second = first;
-    second[6] = "VWoVInit(2, 2)";
-    second[7] = "VWoVInit(2, 4)";
-    EXPECT_THAT(events, ElementsAreArray(second));
-}
-
-TEST_P(Session, FailureEndsTheSequenceWithTheEnginesStatus)
-{
-    const std::vector<std::string> sequence = {R"(VWoVSetAttribute(19, "memory=160k"))",
-                                               R"(VWoVSetAttribute(13, "3"))",
-                                               R"(VWoVSetBinAttribute(1, "acoustic"))",
-                                               R"(VWoVSetBinAttribute(2, "znorm po"))",
-                                               "VWoVInitSession()",
-                                               "VWoVInit(1, 2)",
-                                               "VWoVInit(1, 4)"};
-    const OpeningFailure& failure = GetParam();
-    // None of the statuses that mean something elsewhere means it here.
-    for (const uint32_t status : {7U, EngineStatus::BufferTooSmall, UnexpectedBehaviour, EngineStatus::NothingLeft})
+    std::size_t length = 1;
+    for (const OpeningStep& step : OpeningSteps)
     {
-        SCOPED_TRACE(status);
-        Restart();
-        session = 0;
-        engine.Answer(failure.function, failure.call, status);
+        SCOPED_TRACE(step.name);
+        ++length;
+        // None of the statuses that mean something elsewhere means it here.
+        for (const uint32_t status : {7U, EngineStatus::BufferTooSmall, UnexpectedBehaviour, EngineStatus::NothingLeft})
+        {
+            SCOPED_TRACE(status);
+            Restart();
+            session = 0;
+            engine.Answer(step.function, step.call, status);
+            EXPECT_EQ(wrapper.InitializeSession(&session), status);
+            EXPECT_EQ(session, step.opened ? 1U : 0U);
+            Lines expected = Opening(1);
+            expected.resize(length);
+            EXPECT_EQ(TakeEvents(), expected + NotOpened(step.name, status));
 
-        EXPECT_EQ(wrapper.InitializeSession(&session), status);
-        EXPECT_EQ(session, failure.session);
-        std::vector<std::string> expected(sequence.begin(), sequence.begin() + static_cast<std::ptrdiff_t>(failure.engineCalls));
-        expected.insert(expected.begin(), "[InitializeSession] Entry.");
-        expected.emplace_back(failure.line);
-        EXPECT_THAT(events, ElementsAreArray(expected));
-        EXPECT_THAT(logger.lines, ElementsAre(Log(4, 1, "[InitializeSession] Entry."), LogWithCode(1, 1, failure.line, status)));
+            wrapper.CloseSession(&session);
+            EXPECT_EQ(events, step.opened ? Closing(1) : Lines());
+            EXPECT_THAT(engine.openSessions, IsEmpty());
+        }
     }
 }
-
-TEST_P(Session, FailureLeavesToCloseSessionWhatWasOpened)
-{
-    engine.Answer(GetParam().function, GetParam().call, 7);
-    ASSERT_EQ(wrapper.InitializeSession(&session), 7U);
-    EXPECT_EQ(engine.Destroys(session), 0);
-
-    wrapper.CloseSession(&session);
-    EXPECT_EQ(engine.Destroys(session), session == 0 ? 0 : 1);
-    EXPECT_THAT(engine.openSessions, IsEmpty());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Failures, Session,
-    testing::Values(
-        OpeningFailure{"VWoVSetAttribute", 1, 1, "[InitializeSession] Failed to set attribute - firmware constraints.", 0},
-        OpeningFailure{"VWoVSetAttribute", 2, 2, "[InitializeSession] Failed to set attribute - log level.", 0},
-        OpeningFailure{"VWoVSetBinAttribute", 1, 3, "[InitializeSession] Failed to set attribute - acoustic model.", 0},
-        OpeningFailure{"VWoVSetBinAttribute", 2, 4, "[InitializeSession] Failed to set attribute - ZNorm population.", 0},
-        OpeningFailure{"VWoVInitSession", 1, 5, "[InitializeSession] Failed to initialize session.", 0},
-        OpeningFailure{"VWoVInit", 1, 6, "[InitializeSession] Failed to initialize VAD.", 1},
-        OpeningFailure{"VWoVInit", 2, 7, "[InitializeSession] Failed to initialize KPD.", 1}));
 
 TEST_F(Session, HandleZeroOfAnEngineThatSucceedsIsUsedButNotClosed)
 {
@@ -157,18 +113,6 @@ TEST_F(Session, HandleZeroOfAnEngineThatSucceedsIsUsedButNotClosed)
 
     wrapper.CloseSession(&session);
     EXPECT_THAT(events, IsEmpty());
-}
-
-TEST_F(Session, ClosingLogsAndDestroysAndKeepsTheHandle)
-{
-    ASSERT_EQ(wrapper.InitializeSession(&session), EngineStatus::Success);
-    TakeEvents();
-    logger.Take();
-
-    wrapper.CloseSession(&session);
-    EXPECT_EQ(session, 1U);
-    EXPECT_THAT(events, ElementsAre("[CloseSession] Entry.", "VWoVDestroySession(1)"));
-    EXPECT_THAT(logger.lines, ElementsAre(Log(4, 1, "[CloseSession] Entry.")));
 }
 
 TEST_F(Session, ClosingTwiceDestroysTwice)
@@ -192,7 +136,7 @@ TEST_F(Session, DestroyThatFailsPassesUnseen)
     TakeEvents();
     engine.Answer("VWoVDestroySession", 1, 7);
     wrapper.CloseSession(&session);
-    EXPECT_THAT(events, ElementsAre("[CloseSession] Entry.", "VWoVDestroySession(1)"));
+    EXPECT_EQ(events, Closing(1));
 }
 
 TEST_F(Session, ExceptionLeavesTheHandleToTheCaller)

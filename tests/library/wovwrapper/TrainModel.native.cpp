@@ -1,3 +1,4 @@
+#include "tests/library/wovwrapper/Lines.h"
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/FaultInjector.h"
 #include "tests/support/WrapperTest.h"
@@ -11,8 +12,7 @@
 namespace
 {
 
-using testing::Contains;
-using testing::ElementsAre;
+using namespace WrapperLines;
 using testing::IsEmpty;
 
 constexpr uint32_t Untouched = 4711;
@@ -58,10 +58,8 @@ TEST_F(TrainModelFaults, WithoutMemoryForTheModelTheTrainingIsDestroyed)
     }
     EXPECT_EQ(model, nullptr);
     EXPECT_EQ(size, Untouched);
-    EXPECT_EQ(logger.lines.back(), Log(2, 1, "[TrainModel] Failed to allocate memory for model data."));
-    EXPECT_THAT(std::vector<std::string>(events.end() - 4, events.end()),
-                ElementsAre("VWoVPrepareLpeData(1, null, 0)", "[TrainModel] Created LPE data size: 13.",
-                            "[TrainModel] Failed to allocate memory for model data.", "VWoVDestroySession(1)"));
+    EXPECT_EQ(Lines(events.end() - 4, events.end()),
+              Call("VWoVPrepareLpeData", 1, "null, 0") + LpeDataSize(13) + TrainingWithoutMemory + Destroy(1));
     EXPECT_THAT(engine.openSessions, IsEmpty());
 }
 
@@ -92,7 +90,7 @@ TEST_F(TrainModelFaults, EveryFailedAllocationReachesTheCallerAndLosesNothing)
         }
         ReleaseModel();
         // A session that never became open for the wrapper is nobody's.
-        const bool opened = std::count(events.begin(), events.end(), "[InitializeSession] Exit. Status: 0") > 0;
+        const bool opened = std::count(events.begin(), events.end(), OpenExit) > 0;
         EXPECT_TRUE(engine.openSessions.empty() || !opened);
         Restart();
         EXPECT_EQ(AllocatedBytes(), before);

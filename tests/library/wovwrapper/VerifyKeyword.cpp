@@ -1,4 +1,5 @@
 #include "library/wovwrapper/VeloxWovSDK.h"
+#include "tests/library/wovwrapper/Lines.h"
 #include "tests/support/MediaBuffer.h"
 #include "tests/support/VerificationModel.h"
 #include "tests/support/WrapperTest.h"
@@ -12,33 +13,11 @@
 namespace
 {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::ElementsAreArray;
+using namespace WrapperLines;
 using testing::IsEmpty;
 
-using Events = std::vector<std::string>;
-
-const Events Opening = {"[VerifyKeyword] Entry.",
-                        "[InitializeSession] Entry.",
-                        R"(VWoVSetAttribute(19, "memory=160k"))",
-                        R"(VWoVSetAttribute(13, "3"))",
-                        R"(VWoVSetBinAttribute(1, "acoustic"))",
-                        R"(VWoVSetBinAttribute(2, "znorm po"))",
-                        "VWoVInitSession()",
-                        "VWoVInit(1, 2)",
-                        "VWoVInit(1, 4)",
-                        "[InitializeSession] Exit. Status: 0"};
-
-const std::vector<LogLine> OpeningLines = {Log(4, 1, "[VerifyKeyword] Entry."), Log(4, 1, "[InitializeSession] Entry."),
-                                           Log(4, 1, "[InitializeSession] Exit. Status: 0")};
-
-template <typename Element>
-std::vector<Element> Join(std::vector<Element> first, const std::vector<Element>& second)
-{
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
+/// The operation's opening: what comes before the setting of the model.
+const Lines Opened = VerifyEntry + Opening(1);
 
 class VerifyKeyword : public WrapperTest
 {
@@ -67,37 +46,8 @@ TEST_F(VerifyKeyword, OpensScoresAndDestroysTwice)
     engine.laterStep.scores = {11};
     EXPECT_EQ(Verify(), S_OK);
     EXPECT_TRUE(detected);
-    const std::string found = "[GetScores] Key phrase detected, KPD score(11.000000), time (0.000000).";
-    const std::string best = "[FeedRecording] Best score(11.000000), predefined KPD float threshold (10.000000).";
-    EXPECT_THAT(events, ElementsAreArray(Join(Opening, {"VWoVSetModel(1, \"keyphras\")",
-                                                        "[FeedRecording] Entry.",
-                                                        "[FeedRecording] Getting Scores size",
-                                                        "VWoVGetScores(1, null, 0)",
-                                                        "Lock",
-                                                        "[FeedRecording] Starting feeding frames. Samples to feed: 100",
-                                                        "VWoVFeedAudioFrame(1, 150)",
-                                                        "VWoVGetScores(1, buffer, 1)",
-                                                        found,
-                                                        "VWoVGetIntOutput(1, 2, buffer, 1)",
-                                                        "VWoVGetIntOutput(1, 6, buffer, 1)",
-                                                        "[FeedRecording] Ended feeding frames",
-                                                        "VWoVFlush(1)",
-                                                        best,
-                                                        "[FeedRecording] Recording quality: 100.",
-                                                        "Unlock",
-                                                        "[FeedRecording] Exit.",
-                                                        "VWoVDestroySession(1)",
-                                                        "[CloseSession] Entry.",
-                                                        "VWoVDestroySession(1)",
-                                                        "[VerifyKeyword] Exit."})));
-    EXPECT_THAT(
-        logger.lines,
-        ElementsAreArray(
-            Join(OpeningLines, {Log(4, 1, "[FeedRecording] Entry."), Log(5, 1, "[FeedRecording] Getting Scores size"),
-                                Log(5, 1, "[FeedRecording] Starting feeding frames. Samples to feed: 100"),
-                                LogFormat(5, 1, found), Log(5, 1, "[FeedRecording] Ended feeding frames"), LogFormat(5, 1, best),
-                                LogFormat(5, 1, "[FeedRecording] Recording quality: 100."), Log(4, 1, "[FeedRecording] Exit."),
-                                Log(4, 1, "[CloseSession] Entry."), Log(4, 1, "[VerifyKeyword] Exit.")})));
+    EXPECT_EQ(events, Detection(1, {}, 100, 1, {"11.000000", "10.000000"}));
+    EXPECT_EQ(logger.lines, events.Logged());
 }
 
 TEST_F(VerifyKeyword, SuccessDoesNotMeanThatTheKeyPhraseWasFound)
@@ -120,7 +70,7 @@ TEST_F(VerifyKeyword, KeywordEndIsHandedOn)
 {
     ScriptedRecording recording(std::vector<float>(5000));
     EXPECT_EQ(Verify(recording, 1200), S_OK);
-    EXPECT_EQ(std::count(events.begin(), events.end(), "VWoVFeedAudioFrame(1, 150)"), 3);
+    EXPECT_EQ(std::count(events.begin(), events.end(), Frame(1)), 3);
 }
 
 TEST_F(VerifyKeyword, VerdictIsNotClearedKept)
@@ -135,76 +85,46 @@ TEST_F(VerifyKeyword, SessionThatCannotBeOpenedIsASuccessWithTheCallersVerdictKe
 {
     for (const bool before : {false, true})
     {
-        for (const auto& [function, call, opened] : {std::tuple<const char*, uint64_t, bool>{"VWoVSetAttribute", 1, false},
-                                                     {"VWoVSetAttribute", 2, false},
-                                                     {"VWoVSetBinAttribute", 1, false},
-                                                     {"VWoVSetBinAttribute", 2, false},
-                                                     {"VWoVInitSession", 1, false},
-                                                     {"VWoVInit", 1, true},
-                                                     {"VWoVInit", 2, true}})
+        for (const OpeningStep& step : OpeningSteps)
         {
-            SCOPED_TRACE(testing::Message() << function << " " << call);
+            SCOPED_TRACE(step.name);
             Restart();
             detected = before;
             engine.laterStep.scores = {11};
-            engine.Answer(function, call, 7);
+            engine.Answer(step.function, step.call, 7);
             ScriptedRecording recording(std::vector<float>(100));
             EXPECT_EQ(Verify(recording), S_OK);
             EXPECT_EQ(detected, before);
             EXPECT_EQ(recording.locks, 0);
-            EXPECT_EQ(engine.Destroys(1), opened ? 1 : 0);
-            std::vector<LogLine> expected = {OpeningLines[0], OpeningLines[1], logger.lines.at(2)};
-            EXPECT_EQ(expected.back().value, 7U);
-            if (opened)
-            {
-                expected.push_back(Log(4, 1, "[CloseSession] Entry."));
-            }
-            expected.push_back(Log(4, 1, "[VerifyKeyword] Exit."));
-            EXPECT_EQ(logger.lines, expected);
+            EXPECT_EQ(engine.Destroys(1), step.opened ? 1 : 0);
+            EXPECT_EQ(logger.lines,
+                      VerifyEntry + OpenEntry + NotOpened(step.name, 7) + (step.opened ? CloseEntry + VerifyExit : VerifyExit));
         }
     }
 }
 
-TEST_F(VerifyKeyword, RefusedModelDestroysOnceAndWritesNoExitLine)
+TEST_F(VerifyKeyword, RefusalDestroysOnceAndWritesNoExitLine)
 {
+    const auto notFed = [](uint32_t status) {
+        return LogWithCode(1, 1, "[VerifyKeyword] Failed to set feed recording to WoV SDK.", status);
+    };
+    const auto expectRefusal = [this](const Lines& lines, HRESULT lockResult = S_OK) {
+        ScriptedRecording recording(std::vector<float>(100));
+        recording.lockResult = lockResult;
+        EXPECT_EQ(Verify(recording), E_FAIL);
+        EXPECT_EQ(events, Verifying(1) + lines + Destroy(1));
+        EXPECT_EQ(recording.locks, 0);
+        Restart();
+    };
     for (const uint32_t status : {7U, EngineStatus::BufferTooSmall, EngineStatus::NothingLeft})
     {
         SCOPED_TRACE(status);
-        Restart();
         engine.Answer("VWoVSetModel", 1, status);
-        ScriptedRecording recording(std::vector<float>(100));
-        EXPECT_EQ(Verify(recording), E_FAIL);
-        const LogLine line = LogWithCode(1, 1, "[VerifyKeyword] Failed to set keyphrase model.", status);
-        EXPECT_THAT(events,
-                    ElementsAreArray(Join(Opening, {"VWoVSetModel(1, \"keyphras\")", line.text, "VWoVDestroySession(1)"})));
-        EXPECT_EQ(logger.lines, Join(OpeningLines, {line}));
-        EXPECT_EQ(recording.locks, 0);
+        expectRefusal(LogWithCode(1, 1, "[VerifyKeyword] Failed to set keyphrase model.", status));
+        engine.Answer("VWoVGetScores", 1, status);
+        expectRefusal(Scoring(1) + NoScoreCount(status) + notFed(status));
     }
-}
-
-TEST_F(VerifyKeyword, RefusedScoreCountDestroysOnceAndWritesNoExitLine)
-{
-    engine.Answer("VWoVGetScores", 1, 7);
-    EXPECT_EQ(Verify(), E_FAIL);
-    const LogLine line = LogWithCode(1, 1, "[VerifyKeyword] Failed to set feed recording to WoV SDK.", 7);
-    EXPECT_THAT(events, ElementsAreArray(Join(Opening, {"VWoVSetModel(1, \"keyphras\")", "[FeedRecording] Entry.",
-                                                        "[FeedRecording] Getting Scores size", "VWoVGetScores(1, null, 0)",
-                                                        "[FeedRecording] Failed to get the scores array size.", line.text,
-                                                        "VWoVDestroySession(1)"})));
-    EXPECT_EQ(logger.lines.back(), line);
-}
-
-TEST_F(VerifyKeyword, RecordingThatCannotBeLockedDestroysOnceAndWritesNoExitLine)
-{
-    ScriptedRecording recording(std::vector<float>(100));
-    recording.lockResult = E_FAIL;
-    EXPECT_EQ(Verify(recording), E_FAIL);
-    const LogLine line = LogWithCode(1, 1, "[VerifyKeyword] Failed to set feed recording to WoV SDK.", 11);
-    EXPECT_THAT(events, ElementsAreArray(Join(Opening, {"VWoVSetModel(1, \"keyphras\")", "[FeedRecording] Entry.",
-                                                        "[FeedRecording] Getting Scores size", "VWoVGetScores(1, null, 0)",
-                                                        "Lock", "[FeedRecording] Failed to lock recording. Status = -2147467259",
-                                                        line.text, "VWoVDestroySession(1)"})));
-    EXPECT_EQ(logger.lines.back(), line);
+    expectRefusal(Scoring(1) + "Lock" + NotLocked(E_FAIL) + notFed(UnexpectedBehaviour), E_FAIL);
 }
 
 TEST_F(VerifyKeyword, NullRecordingFails)
@@ -221,7 +141,7 @@ TEST_F(VerifyKeyword, FailuresOfFeedingFlushingAndUnlockingAreNoFailure)
         Restart();
         engine.Answer(function, 1, 7);
         EXPECT_EQ(Verify(), S_OK);
-        EXPECT_EQ(logger.lines.back(), Log(4, 1, "[VerifyKeyword] Exit."));
+        EXPECT_EQ(logger.lines.back(), VerifyExit);
     }
     Restart();
     ScriptedRecording recording(std::vector<float>(100));
@@ -242,15 +162,15 @@ TEST_F(VerifyKeyword, HandleZeroIsDestroyedOnceAsItIs)
     engine.breach = EngineBreach::ZeroHandle;
     EXPECT_EQ(Verify(), S_OK);
     EXPECT_EQ(engine.Destroys(0), 1);
-    EXPECT_EQ(events.back(), "[VerifyKeyword] Exit.");
-    EXPECT_EQ(*(events.end() - 2), "VWoVDestroySession(0)") << "closing passes over the handle 0";
+    EXPECT_EQ(events.back(), VerifyExit);
+    EXPECT_EQ(*(events.end() - 2), Destroy(0)) << "closing passes over the handle 0";
 }
 
 TEST_F(VerifyKeyword, HostsBufferMayBeVerifiedTwice)
 {
     engine.laterStep.scores = {11};
     const MediaBuffer buffer = MakeMediaBuffer(std::vector<float>(1000, 0.5F));
-    std::vector<LogLine> first;
+    Lines first;
     for (int i = 0; i < 2; ++i)
     {
         detected = false;
@@ -350,7 +270,7 @@ TEST_F(VerifyKeyword, GeneratedVerificationsGoAsTheModelDoes)
         const VerificationOutcome expected = PredictVerification(script);
 
         detection = script.detection;
-        VeloxWovWrapper verifying(&parameters, detection, &logger, 3, "memory=160k");
+        OpenWovWrapper verifying(&parameters, detection, &logger, 3, "memory=160k");
         Restart();
         engine.frameSize = script.frameSize;
         ASSERT_EQ(verifying.Initialize(), S_OK);
@@ -368,16 +288,12 @@ TEST_F(VerifyKeyword, GeneratedVerificationsGoAsTheModelDoes)
         detected = script.detectedBefore;
         ASSERT_EQ(verifying.VerifyKeyword(&recording, script.keywordEndBytePos, &detected), expected.succeeded ? S_OK : E_FAIL);
         ASSERT_EQ(detected, expected.detected);
-        ASSERT_EQ(logger.lines, Join(OpeningLines, expected.lines));
-        ASSERT_EQ(events, Join(Opening, expected.events));
+        ASSERT_EQ(events, Opened + expected.events);
         ASSERT_EQ(recording.OpenLocks(), 0);
         ASSERT_THAT(engine.openSessions, IsEmpty());
 
         found += expected.detected ? 1 : 0;
-        tooLow += std::count(expected.events.begin(), expected.events.end(),
-                             "[FeedRecording] Recording quality is too low. Returning false as a detection result.") > 0
-                      ? 1
-                      : 0;
+        tooLow += std::count(expected.events.begin(), expected.events.end(), QualityTooLow) > 0 ? 1 : 0;
         failed += expected.succeeded ? 0 : 1;
     }
     // The generator reaches every verdict.
@@ -413,7 +329,6 @@ TEST_F(VerifyKeyword, ExceptionAtAnyPointPassesAndDestroysTheOpenSession)
         for (std::size_t n = 0; n <= eventCount; ++n)
         {
             SCOPED_TRACE(n);
-            throwingEvent.reset();
             Restart();
             engine.laterStep.scores = {11};
             engine.laterStep.vadQuality = 1;
@@ -430,7 +345,7 @@ TEST_F(VerifyKeyword, ExceptionAtAnyPointPassesAndDestroysTheOpenSession)
                 // Undisturbed, for the number of points.
                 wrapper.VerifyKeyword(&recording, 0, &detected);
                 eventCount = events.size();
-                const auto destroy = std::find(events.begin(), events.end(), "VWoVDestroySession(1)");
+                const auto destroy = std::find(events.begin(), events.end(), Destroy(1));
                 ASSERT_NE(destroy, events.end());
                 firstDestroy = static_cast<std::size_t>(destroy - events.begin()) + 1;
                 continue;
@@ -440,11 +355,11 @@ TEST_F(VerifyKeyword, ExceptionAtAnyPointPassesAndDestroysTheOpenSession)
             EXPECT_EQ(recording.OpenLocks(), 0);
             EXPECT_FALSE(recording.unlockedWithoutLock);
             // The session is open, and the operation's, when its opening has ended.
-            if (n > Opening.size())
+            if (n > Opened.size())
             {
                 EXPECT_THAT(engine.openSessions, IsEmpty());
             }
-            if (n > Opening.size() && n < firstDestroy)
+            if (n > Opened.size() && n < firstDestroy)
             {
                 EXPECT_EQ(engine.Destroys(1), 1) << "by the guard";
             }
