@@ -35,9 +35,10 @@ void AllocationCounter::Note(std::size_t size)
 
 std::size_t AllocatedBytes()
 {
-    if (__sanitizer_get_current_allocated_bytes != nullptr)
-    {
-        return __sanitizer_get_current_allocated_bytes();
-    }
-    return mallinfo2().uordblks;
+    return AllocatedBytesAreExact() ? __sanitizer_get_current_allocated_bytes() : mallinfo2().uordblks;
+}
+
+bool AllocatedBytesAreExact()
+{
+    return __sanitizer_get_current_allocated_bytes != nullptr;
 }
