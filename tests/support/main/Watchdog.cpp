@@ -21,6 +21,7 @@ namespace
 
 Watchdog::Watchdog(const TestLimits& testLimits) : limits(testLimits)
 {
+    watching.wait(false); // what the thread's start allocates is no test's
 }
 
 Watchdog::~Watchdog()
@@ -42,6 +43,8 @@ void Watchdog::Watch()
 {
     const ResidentMemory memory;
     std::unique_lock lock(mutex);
+    watching = true;
+    watching.notify_one();
     while (!stop.wait_for(lock, limits.look, [this] { return stopped; }))
     {
         if (Clock::now() - start.load() > limits.time)

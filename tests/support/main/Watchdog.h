@@ -42,5 +42,6 @@ private:
     std::mutex mutex;
     std::condition_variable stop;
     bool stopped = false;
+    std::atomic<bool> watching = false;
     std::thread thread{&Watchdog::Watch, this};
 };
