@@ -21,7 +21,9 @@ namespace
 
 Watchdog::Watchdog(const TestLimits& testLimits) : limits(testLimits)
 {
-    watching.wait(false); // what the thread's start allocates is no test's
+    // What the thread's start allocates is no test's.
+    std::unique_lock lock(mutex);
+    change.wait(lock, [this] { return watching; });
 }
 
 Watchdog::~Watchdog()
@@ -30,7 +32,7 @@ Watchdog::~Watchdog()
         const std::lock_guard lock(mutex);
         stopped = true;
     }
-    stop.notify_one();
+    change.notify_one();
     thread.join();
 }
 
@@ -44,8 +46,8 @@ void Watchdog::Watch()
     const ResidentMemory memory;
     std::unique_lock lock(mutex);
     watching = true;
-    watching.notify_one();
-    while (!stop.wait_for(lock, limits.look, [this] { return stopped; }))
+    change.notify_one();
+    while (!change.wait_for(lock, limits.look, [this] { return stopped; }))
     {
         if (Clock::now() - start.load() > limits.time)
         {

@@ -40,8 +40,8 @@ private:
     const TestLimits limits;
     std::atomic<Clock::time_point> start{Clock::now()};
     std::mutex mutex;
-    std::condition_variable stop;
+    std::condition_variable change;
+    bool watching = false;
     bool stopped = false;
-    std::atomic<bool> watching = false;
     std::thread thread{&Watchdog::Watch, this};
 };
