@@ -13,7 +13,7 @@ function(velox_cross_build name)
             COMMAND_ERROR_IS_FATAL ANY)
         execute_process(
             COMMAND ${CMAKE_COMMAND} -S ${root}/source -B ${root}/build -G ${CMAKE_GENERATOR} -Wno-deprecated
-                -DCMAKE_TOOLCHAIN_FILE=${CMAKE_TOOLCHAIN_FILE} -DCMAKE_BUILD_TYPE=RelWithDebInfo
+                -DCMAKE_TOOLCHAIN_FILE=${CMAKE_TOOLCHAIN_FILE} -DCMAKE_BUILD_TYPE=Release
                 -DCMAKE_INSTALL_PREFIX=${root}/install -DCMAKE_INSTALL_LIBDIR=lib
                 -DCMAKE_INSTALL_INCLUDEDIR=include -DCMAKE_INSTALL_BINDIR=bin ${ARGN}
             COMMAND_ERROR_IS_FATAL ANY OUTPUT_QUIET)
