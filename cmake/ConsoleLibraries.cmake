@@ -1,4 +1,4 @@
-# What the console is built with, both worlds: CLI11 and nlohmann-json are headers alone, fmt is compiled here, once; libsndfile and
+# What the console is built with, both worlds: CLI11, nlohmann-json, mustache and utfcpp are headers alone, fmt is compiled here, once; libsndfile and
 # libsamplerate read recordings. Gives the target velox_console_libraries.
 add_library(velox_console_libraries INTERFACE)
 
@@ -6,17 +6,20 @@ if(MSVC)
     find_package(CLI11 CONFIG REQUIRED)
     find_package(fmt CONFIG REQUIRED)
     find_package(nlohmann_json CONFIG REQUIRED)
-    target_link_libraries(velox_console_libraries INTERFACE CLI11::CLI11 fmt::fmt nlohmann_json::nlohmann_json)
+    find_package(utf8cpp CONFIG REQUIRED)
+    find_path(MUSTACHE_INCLUDE_DIR kainjow/mustache.hpp REQUIRED)
+    target_include_directories(velox_console_libraries SYSTEM INTERFACE ${MUSTACHE_INCLUDE_DIR})
+    target_link_libraries(velox_console_libraries INTERFACE CLI11::CLI11 fmt::fmt nlohmann_json::nlohmann_json utf8cpp::utf8cpp)
 else()
-    # The cross compiler must not see the machine's own /usr/include: the three folders are linked into one of their own.
+    # The cross compiler must not see the machine's own /usr/include: their folders are linked into one of their own.
     set(console_headers ${PROJECT_BINARY_DIR}/third-party/headers)
     file(MAKE_DIRECTORY ${console_headers})
-    foreach(header CLI/CLI.hpp fmt/format.h nlohmann/json.hpp)
+    foreach(header CLI/CLI.hpp fmt/format.h nlohmann/json.hpp kainjow/mustache.hpp utf8cpp/utf8.h)
         cmake_path(GET header PARENT_PATH folder)
         find_path(VELOX_HEADERS_${folder} ${header} PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
         file(CREATE_LINK ${VELOX_HEADERS_${folder}}/${folder} ${console_headers}/${folder} SYMBOLIC)
     endforeach()
-    target_include_directories(velox_console_libraries SYSTEM INTERFACE ${console_headers})
+    target_include_directories(velox_console_libraries SYSTEM INTERFACE ${console_headers} ${console_headers}/utf8cpp)
 
     add_library(velox_fmt STATIC ${PROJECT_SOURCE_DIR}/cmake/fmt.cpp)
     target_include_directories(velox_fmt SYSTEM PRIVATE ${console_headers})

@@ -1,5 +1,10 @@
 #include "console/RunCommand.h"
 
+#include "console/pages/ReportPage.h"
+#include "console/pages/ReportText.h"
+#include "console/text/Utf8Path.h"
+#include "console/text/WriteWhole.h"
+
 #include <exception>
 #include <new>
 #include <ostream>
@@ -12,17 +17,7 @@ namespace
 
 constexpr const char* ReportIt = "Run the command again with --verbose, and report what it prints.";
 
-} // namespace
-
-Outcome OutcomeOf(const CommandFailure& failure)
-{
-    Outcome outcome;
-    outcome.exitCode = failure.exitCode;
-    outcome.error = Problem{failure.what(), failure.fix};
-    return outcome;
-}
-
-Outcome RunCommand(const Command& command, Context& context)
+Report Run(const Command& command, Context& context)
 {
     try
     {
@@ -30,38 +25,81 @@ Outcome RunCommand(const Command& command, Context& context)
     }
     catch (const CommandFailure& failure)
     {
-        return OutcomeOf(failure);
+        return ReportOf(failure);
     }
     catch (const std::bad_alloc&)
     {
-        return OutcomeOf({ExitCode::LibraryFailure, "Memory ran out.", "Give fewer or shorter recordings."});
+        return ReportOf({ExitCode::LibraryFailure, "Memory ran out.", "Give fewer or shorter recordings."});
     }
     catch (const std::exception& error)
     {
-        return OutcomeOf({ExitCode::LibraryFailure, std::string("Something unforeseen happened: ") + error.what(), ReportIt});
+        return ReportOf({ExitCode::LibraryFailure, std::string("Something unforeseen happened: ") + error.what(), ReportIt});
     }
     catch (...)
     {
-        return OutcomeOf({ExitCode::LibraryFailure, "Something unforeseen happened.", ReportIt});
+        return ReportOf({ExitCode::LibraryFailure, "Something unforeseen happened.", ReportIt});
     }
 }
 
-void PrintOutcome(const Outcome& outcome, const Style& style, std::ostream& output, std::ostream& errors)
+/// A command that ended before it had anything to show has no page.
+bool HasSomethingToShow(const Report& report)
 {
-    output << outcome.text << std::flush;
-    if (outcome.error)
+    return !report.results.empty() || !report.facts.empty();
+}
+
+void WritePage(std::string_view name, const std::filesystem::path& page, Report* report)
+{
+    try
     {
-        errors << style.Bad("error:") << " " << outcome.error->message << "\n";
-        if (!outcome.error->fix.empty())
+        WriteWhole(page, ReportPage(name, *report));
+        report->facts.push_back({"page", Utf8(page), "page", Utf8(page)});
+    }
+    catch (const CommandFailure& failure)
+    {
+        report->remarks.push_back({Tone::Bad, "PageNotWritten", failure.what(), failure.fix});
+        if (report->exitCode == ExitCode::Success)
         {
-            errors << style.Heading("fix:") << "   " << outcome.error->fix << "\n";
+            report->exitCode = failure.exitCode;
+        }
+    }
+}
+
+} // namespace
+
+Report ReportOf(const CommandFailure& failure)
+{
+    Report report;
+    report.exitCode = failure.exitCode;
+    report.error = Problem{failure.what(), failure.fix};
+    return report;
+}
+
+Report RunCommand(std::string_view name, const Command& command, Context& context)
+{
+    Report report = Run(command, context);
+    if (!context.page.empty() && HasSomethingToShow(report))
+    {
+        WritePage(name, context.page, &report);
+    }
+    return report;
+}
+
+void PrintReport(const Report& report, const Style& style, bool everything, std::ostream& output, std::ostream& errors)
+{
+    output << ReportText(report, style, everything) << std::flush;
+    if (report.error)
+    {
+        errors << style.Bad("error:") << " " << report.error->message << "\n";
+        if (!report.error->fix.empty())
+        {
+            errors << style.Heading("fix:") << "   " << report.error->fix << "\n";
         }
         errors << std::flush;
     }
-    if (!outcome.verdict.empty())
+    if (!report.verdict.empty())
     {
-        const bool good = outcome.exitCode == ExitCode::Success;
-        output << (good ? style.Good(outcome.verdict) : style.Bad(outcome.verdict)) << "\n" << std::flush;
+        const bool good = report.exitCode == ExitCode::Success;
+        output << (good ? style.Good(report.verdict) : style.Bad(report.verdict)) << "\n" << std::flush;
     }
 }
 

@@ -1,19 +1,23 @@
 #pragma once
 
-#include "console/text/Command.h"
+#include "console/report/Command.h"
 
 #include <iosfwd>
+#include <string_view>
 
 namespace velox::console
 {
 
-/// Runs a command; whatever it throws becomes an outcome with an error.
-Outcome RunCommand(const Command& command, Context& context);
+/// Runs a command; whatever it throws becomes a report with an error. Then writes the page that was asked for. When that fails,
+/// what the command did stands, and the report says both.
+/// @param name  of the command
+Report RunCommand(std::string_view name, const Command& command, Context& context);
 
 /// What a failure is for people and machines.
-Outcome OutcomeOf(const CommandFailure& failure);
+Report ReportOf(const CommandFailure& failure);
 
-/// Prints an outcome for people: text and verdict on `output`, the verdict last, an error on `errors`.
-void PrintOutcome(const Outcome& outcome, const Style& style, std::ostream& output, std::ostream& errors);
+/// Prints a report for people: text and verdict on `output`, the verdict last, an error on `errors`.
+/// @param everything  details, too
+void PrintReport(const Report& report, const Style& style, bool everything, std::ostream& output, std::ostream& errors);
 
 } // namespace velox::console

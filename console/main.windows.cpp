@@ -1,8 +1,8 @@
 // velox-kws: the bring-up console. docs/console.md describes the commands.
 #include "console/Commands.h"
 #include "console/ConsoleSetup.h"
-#include "console/JsonDocument.h"
 #include "console/RunCommand.h"
+#include "console/pages/ReportDocument.h"
 #include "console/text/Interruption.h"
 #include "console/text/Utf8Path.h"
 
@@ -81,19 +81,20 @@ public:
         DeclareExamples(&app);
     }
 
-    Outcome Run(std::vector<std::string> arguments, bool coloured, bool errorsAreTerminal);
+    Report Run(std::vector<std::string> arguments, bool coloured, bool errorsAreTerminal);
 
     GlobalOptions options;
     std::string commandName;
+    std::string help; ///< when that was asked for
 
 private:
-    Outcome RunParsed(bool errorsAreTerminal, const Style& style);
+    Report RunParsed(bool errorsAreTerminal, const Style& style);
 
-    CLI::App app{"Brings a keyword detector up: checks its files, enrolls from recordings, arms, listens."};
+    CLI::App app{"Brings a keyword detector up: checks its files, enrolls from recordings, arms, listens.", "velox-kws"};
     Commands commands;
 };
 
-Outcome CommandLine::Run(std::vector<std::string> arguments, bool coloured, bool errorsAreTerminal)
+Report CommandLine::Run(std::vector<std::string> arguments, bool coloured, bool errorsAreTerminal)
 {
     // For a command line that is wrong, too.
     options.json = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
@@ -104,27 +105,29 @@ Outcome CommandLine::Run(std::vector<std::string> arguments, bool coloured, bool
     }
     catch (const CLI::CallForHelp&)
     {
-        return {ExitCode::Success, "", app.help()};
+        help = app.help();
+        return {};
     }
     catch (const CLI::CallForVersion& version)
     {
-        return {ExitCode::Success, version.what(), ""};
+        help = std::string(version.what()) + "\n";
+        return {};
     }
     catch (const CLI::ParseError& error)
     {
-        return OutcomeOf({ExitCode::Usage, error.what(), "velox-kws --help lists the commands."});
+        return ReportOf({ExitCode::Usage, error.what(), "velox-kws --help lists the commands."});
     }
     return RunParsed(errorsAreTerminal, Style(coloured && !options.json));
 }
 
-Outcome CommandLine::RunParsed(bool errorsAreTerminal, const Style& style)
+Report CommandLine::RunParsed(bool errorsAreTerminal, const Style& style)
 {
     const CLI::App* command = app.get_subcommands().front();
     commandName = command->get_name();
     Progress progress(errorsAreTerminal && !options.verbose ? &std::cerr : nullptr);
     const LogOptions log{options.verbose, PathFromUtf8(options.logFile)};
-    Context context{style, progress, log};
-    return RunCommand(commands.at(command), context);
+    Context context{style, progress, log, PathFromUtf8(commands.page)};
+    return RunCommand(commandName, commands.run.at(command), context);
 }
 
 /// The first Ctrl-C lets the command end in order; the second ends the process.
@@ -143,14 +146,15 @@ int main()
     SetConsoleCtrlHandler(OnControl, TRUE);
     const bool coloured = WantsColour(console.OutputIsTerminal(), std::getenv("NO_COLOR")); // NOLINT(concurrency-mt-unsafe)
     CommandLine commandLine;
-    const Outcome outcome = commandLine.Run(Utf8Arguments(), coloured, console.ErrorsAreTerminal());
-    if (commandLine.options.json)
+    const Report report = commandLine.Run(Utf8Arguments(), coloured, console.ErrorsAreTerminal());
+    std::cout << commandLine.help;
+    if (commandLine.options.json && commandLine.help.empty())
     {
-        std::cout << JsonDocument(commandLine.commandName, outcome) << std::flush;
+        std::cout << ReportDocument(commandLine.commandName, report) << std::flush;
     }
     else
     {
-        PrintOutcome(outcome, Style(coloured), std::cout, std::cerr);
+        PrintReport(report, Style(coloured), commandLine.options.verbose, std::cout, std::cerr);
     }
-    return static_cast<int>(outcome.exitCode);
+    return static_cast<int>(report.exitCode);
 }

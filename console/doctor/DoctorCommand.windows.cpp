@@ -72,7 +72,7 @@ void AddDoctorCommand(CLI::App& app, Commands& commands)
     command->remove_option(command->get_option("--detector-id")); // no block is looked at
     command->add_option("CONFIG", options->configuration, "The same as --config FILE");
     command->footer("  velox-kws doctor C:\\ProgramData\\Velox\\configuration.xml\n");
-    commands[command] = [options](Context& context) {
+    commands.run[command] = [options](Context& context) {
         return Examine(PathFromUtf8(options->configuration), context.log.verbose, context.style);
     };
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "console/doctor/Finding.h"
-#include "console/text/Results.h"
+#include "console/report/Results.h"
 #include "console/text/Style.h"
 
 namespace velox::console

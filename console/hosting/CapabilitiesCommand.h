@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/text/Command.h"
+#include "console/report/Command.h"
 
 namespace velox::console
 {

@@ -76,7 +76,7 @@ void AddCapabilitiesCommand(CLI::App& app, Commands& commands)
     const auto options = std::make_shared<DetectorOptions>();
     AddDetectorOptions(command, options.get());
     command->footer("  velox-kws capabilities --config C:\\Velox\\VeloxKwsConfig.xml\n");
-    commands[command] = [options](Context& context) {
+    commands.run[command] = [options](Context& context) {
         return ShowCapabilities(*options, context);
     };
 }

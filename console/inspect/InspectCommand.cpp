@@ -133,7 +133,7 @@ void AddInspectCommand(CLI::App& app, Commands& commands)
     command->add_option("FILE", *files, "one file, or two to compare")->required()->expected(1, 2);
     command->footer("  velox-kws inspect arming.bin\n"
                     "  velox-kws inspect result-before.bin result-after.bin\n");
-    commands[command] = [files](Context& context) {
+    commands.run[command] = [files](Context& context) {
         std::vector<std::filesystem::path> paths;
         for (const std::string& file : *files)
         {

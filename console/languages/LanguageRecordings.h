@@ -13,7 +13,7 @@ namespace velox::console
 struct LeftOutRecording
 {
     std::string file;
-    Remark why;
+    TakeRemark why;
 };
 
 /// What a language is learned from, as it was found in folders.

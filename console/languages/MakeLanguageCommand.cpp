@@ -97,7 +97,7 @@ void AddMakeLanguageCommand(CLI::App& app, Commands& commands)
     command->add_flag("--replace", request.replace, "Put it in the place of the language with the same id, and of its files");
     command->footer(
         "  velox-kws make-language en-US --phrase takes --background other-speech --out models --config config.xml\n");
-    commands[command] = [options](Context& context) {
+    commands.run[command] = [options](Context& context) {
         return MakeLanguage(RequestOf(*options), context);
     };
 }

@@ -95,7 +95,7 @@ void AddArmCommand(CLI::App& app, Commands& commands)
         ->type_name("FILE");
     AddDetectorOptions(command, &options->detector);
     command->footer("  velox-kws arm en-US --model jana.vwov --out pattern.bin\n");
-    commands[command] = [options](Context& context) {
+    commands.run[command] = [options](Context& context) {
         return Arm(*options, context);
     };
 }

@@ -1,8 +1,6 @@
 #pragma once
 
 #include "console/listening/Listening.h"
-#include "console/listening/ListeningCurves.h"
-#include "console/pages/Report.h"
 
 #include <cstdint>
 #include <string>
@@ -18,8 +16,6 @@ struct HeardFile
     std::string conversion; ///< what was done to its audio; empty when nothing was
     Heard heard;
     std::vector<std::string> savedBlocks{}; ///< a file for each detection; empty when none were saved
-    std::vector<SampleRange> wave{};        ///< for a report page
-    ListeningCurves curves{};               ///< for a report page
 };
 
 /// What listen was asked for, besides the audio.

@@ -4,10 +4,8 @@
 #include "console/hosting/Detector.h"
 #include "console/hosting/LogExplanation.h"
 #include "console/hosting/UserModelStream.h"
-#include "console/listening/ListeningPage.h"
 #include "console/listening/ListeningReport.h"
 #include "console/listening/PatternOrigin.h"
-#include "console/pages/ReportPage.h"
 #include "console/text/LanguageName.h"
 #include "console/text/Utf8Path.h"
 #include "console/text/WriteWhole.h"
@@ -36,7 +34,6 @@ struct ListenOptions
     std::string language;
     std::string userModel;
     std::string saveResults;
-    std::string report;
     int blockMilliseconds = 10;
     firmware::PerformanceCounter counter;
     firmware::Fault fault = firmware::Fault::None;
@@ -124,14 +121,6 @@ void SaveBlocks(const std::filesystem::path& folder, std::vector<HeardFile>* fil
     }
 }
 
-/// @param setup  with a pattern that the simulator has accepted
-ListeningCurves Curves(const ListeningSetup& setup, std::span<const float> samples)
-{
-    firmware::DspPattern pattern;
-    const bool refused = firmware::ReadPattern(setup.pattern, setup.detector, &pattern).has_value();
-    return refused ? ListeningCurves{} : CurvesOf(pattern.model, samples);
-}
-
 Outcome Listen(const ListenOptions& options, Context& context)
 {
     const std::vector<uint8_t> pattern = ReadWhole(PathFromUtf8(options.pattern));
@@ -152,9 +141,7 @@ Outcome Listen(const ListenOptions& options, Context& context)
         files.push_back({recording,
                          audio.conversion,
                          HearRecording(setup, audio.samples, parse, [&](double share) { context.progress.Update(share); }),
-                         {},
-                         WaveOf(audio.samples),
-                         options.report.empty() ? ListeningCurves{} : Curves(setup, audio.samples)});
+                         {}});
     }
     if (!options.saveResults.empty())
     {
@@ -162,11 +149,6 @@ Outcome Listen(const ListenOptions& options, Context& context)
     }
     const ListeningSubject subject = Subject(options, setup, origin);
     Outcome outcome = ListeningOutcome(subject, files, context.style);
-    if (!options.report.empty())
-    {
-        WriteWhole(PathFromUtf8(options.report), RenderReport(ListeningPage(subject, files, outcome)));
-        outcome.text += "Report: " + options.report + "\n";
-    }
     return outcome;
 }
 
@@ -188,7 +170,7 @@ void AddListenCommand(CLI::App& app, Commands& commands)
         ->type_name("LANG");
     command->add_option("--model", options->userModel, "The user's model that the pattern was built with")->type_name("FILE");
     command->add_option("--save-results", options->saveResults, "Folder for the result blocks, a file each")->type_name("DIR");
-    command->add_option("--report", options->report, "Page that shows all of it, for a browser")->type_name("FILE");
+    commands.AddPageOption(command);
     command->add_option("--block", options->blockMilliseconds, "Audio that the simulator gets at once; default 10")
         ->check(CLI::Range(1, MostBlockMilliseconds))
         ->type_name("MILLISECONDS");
@@ -207,7 +189,7 @@ void AddListenCommand(CLI::App& app, Commands& commands)
         ->type_name("FAULT");
     AddDetectorOptions(command, &options->detector);
     command->footer("  velox-kws listen --pattern pattern.bin evening.wav --save-results blocks\n");
-    commands[command] = [options](Context& context) {
+    commands.run[command] = [options](Context& context) {
         return Listen(*options, context);
     };
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "console/listening/HeardFile.h"
-#include "console/text/Outcome.h"
+#include "console/report/Outcome.h"
 #include "console/text/Style.h"
 
 #include <string>

@@ -1,10 +1,12 @@
 #include "console/pages/ReportPage.h"
 
-#include "console/pages/Markup.h"
-#include "console/pages/RecordingFigure.h"
-#include "console/pages/ReportStyleSheet.h"
+#include "console/pages/Escaped.h"
+#include "console/pages/Figure.h"
+#include "console/pages/PageFiles.h"
+#include "console/pages/ReportTable.h"
+#include "console/text/Wording.h"
 
-#include <fmt/format.h>
+#include <kainjow/mustache.hpp>
 
 #include <algorithm>
 
@@ -14,130 +16,196 @@ namespace velox::console
 namespace
 {
 
+using kainjow::mustache::data;
+using kainjow::mustache::mustache;
+using List = kainjow::mustache::list;
+
+constexpr std::size_t MostRows = 2000;
 constexpr std::size_t MostPlacesListed = 40;
+constexpr std::size_t MostCloseUps = 200;
 
 std::string ToneClass(Tone tone)
 {
-    return tone == Tone::Good ? "good" : tone == Tone::Bad ? "bad" : "neutral";
-}
-
-std::string_view ToneSign(Tone tone)
-{
-    return tone == Tone::Good ? "✓" : tone == Tone::Bad ? "✗" : "–";
-}
-
-std::string VerdictLine(Tone tone, std::string_view verdict)
-{
-    const std::string sign = fmt::format("<span class=\"sign\" aria-hidden=\"true\">{}</span>", ToneSign(tone));
-    return Element("p", fmt::format("class=\"verdict {}\"", ToneClass(tone)),
-                   sign + fmt::format("<span class=\"word\">{}</span>", Escaped(verdict)));
-}
-
-std::string List(std::string_view classes, const std::vector<std::string>& items)
-{
-    std::string content;
-    for (const std::string& item : items)
+    switch (tone)
     {
-        content += TextElement("li", "", item);
+    case Tone::Good:
+        return "good";
+    case Tone::Bad:
+        return "bad";
+    case Tone::Warning:
+        return "warning";
+    default:
+        return "neutral";
     }
-    return content.empty() ? "" : Element("ul", classes.empty() ? "" : fmt::format("class=\"{}\"", classes), content);
 }
 
-std::string Facts(const std::vector<ReportFact>& facts)
+std::string ToneSign(Tone tone)
 {
-    std::string content;
-    for (const ReportFact& fact : facts)
-    {
-        const std::string meaning = fact.meaning.empty() ? "" : " " + TextElement("span", "muted", fact.meaning);
-        content += TextElement("dt", "", fact.name) + Element("dd", "", Escaped(fact.value) + meaning);
-    }
-    return content.empty() ? "" : Element("dl", "", content);
+    return tone == Tone::Good ? "✓" : tone == Tone::Bad ? "✗" : tone == Tone::Warning ? "!" : "–";
 }
 
-std::string Table(const ReportTable& table)
+/// A list under its name, and whether it has anything.
+void SetList(const std::string& name, List list, data* to)
 {
-    std::string head;
-    for (const std::string& column : table.columns)
+    std::string flag = "has" + Capitalised(name);
+    to->set(flag, list.empty() ? data::type::bool_false : data::type::bool_true);
+    to->set(name, data(std::move(list)));
+}
+
+void SetTone(Tone tone, data* to)
+{
+    to->set("tone", ToneClass(tone));
+    to->set("sign", ToneSign(tone));
+}
+
+/// Nothing is set when there is nothing: an empty text counts as true.
+void SetText(const std::string& name, const std::string& text, data* to)
+{
+    to->set(name, text.empty() ? data(data::type::bool_false) : data(text));
+}
+
+List RemarksOf(const std::vector<Remark>& remarks)
+{
+    List list;
+    for (const Remark& remark : remarks)
     {
-        head += Element("th", "scope=\"col\"", Escaped(column));
+        data item;
+        SetTone(remark.tone, &item);
+        item.set("text", remark.text);
+        SetText("fix", remark.fix, &item);
+        list.push_back(std::move(item));
     }
-    std::string body;
-    for (const auto& row : std::span(table.rows).first(std::min(table.rows.size(), ReportTable::MostRows)))
+    return list;
+}
+
+List FactsOf(const std::vector<Fact>& facts)
+{
+    List list;
+    for (const Fact& fact : facts)
     {
-        std::string cells;
-        for (std::size_t i = 0; i < std::min(row.size(), table.columns.size()); ++i)
+        if (!fact.text.empty())
         {
-            // A phone shows the cells one below the other, with the columns' names before them.
-            cells += Element("td", fmt::format("data-column=\"{}\"", Escaped(table.columns[i])),
-                             fmt::format("<span>{}</span>", Escaped(row[i])));
+            data item("name", Capitalised(fact.name));
+            item.set("text", fact.text);
+            SetText("meaning", fact.meaning, &item);
+            list.push_back(std::move(item));
         }
-        body += Element("tr", "", cells);
     }
-    std::string markup = TextElement("h2", "", table.title) +
-                         Element("table", "", Element("thead", "", Element("tr", "", head)) + Element("tbody", "", body));
-    if (table.rows.size() > ReportTable::MostRows)
+    return list;
+}
+
+/// A phone shows the cells one below the other, with the columns' names before them.
+List CellsOf(const ReportTable& table, const ReportTable::Row& row)
+{
+    List cells;
+    for (std::size_t i = 0; i < row.cells.size(); ++i)
     {
-        markup += TextElement("p", "muted", fmt::format("And {} more.", table.rows.size() - ReportTable::MostRows));
+        data cell("column", table.columns[i]);
+        cell.set("text", row.cells[i]);
+        cells.push_back(std::move(cell));
     }
-    return Element("section", "", markup);
+    return cells;
+}
+
+data TableData(const std::vector<Entry>& entries)
+{
+    const ReportTable table = TableOf(entries);
+    List rows;
+    for (const ReportTable::Row& row : std::span(table.rows).first(std::min(table.rows.size(), MostRows)))
+    {
+        data item("tone", ToneClass(row.entry->tone));
+        item.set("cells", data(CellsOf(table, row)));
+        rows.push_back(std::move(item));
+    }
+    data result;
+    result.set("columns", data(List(table.columns.begin(), table.columns.end())));
+    result.set("rows", data(std::move(rows)));
+    SetText("more", table.rows.size() > MostRows ? std::to_string(table.rows.size() - MostRows) : "", &result);
+    return result;
 }
 
 /// The marks in words, for those who do not see the pictures.
-std::string Places(std::vector<ReportMark> marks)
+List PlacesOf(std::vector<Mark> marks)
 {
-    std::ranges::stable_sort(marks, {}, &ReportMark::begin);
-    std::vector<std::string> places;
-    for (const ReportMark& mark : std::span(marks).first(std::min(marks.size(), MostPlacesListed)))
+    std::ranges::stable_sort(marks, {}, &Mark::begin);
+    List places;
+    for (const Mark& mark : std::span(marks).first(std::min(marks.size(), MostPlacesListed)))
     {
-        places.push_back(MarkName(mark.kind) + ", " + PlaceText(mark.begin, mark.end) +
-                         (mark.text.empty() ? "" : ": " + mark.text));
+        places.emplace_back(MarkName(mark.kind) + ", " + PlaceText(mark.begin, mark.end) +
+                            (mark.text.empty() ? "" : ": " + mark.text));
     }
     if (marks.size() > MostPlacesListed)
     {
-        places.push_back(fmt::format("and {} more places", marks.size() - MostPlacesListed));
+        places.emplace_back("and " + std::to_string(marks.size() - MostPlacesListed) + " more places");
     }
-    return List("places", places);
+    return places;
 }
 
-std::string Recording(const ReportRecording& recording, std::size_t number)
+List CloseUpsOf(const std::vector<Entry>& parts, std::size_t entryNumber)
 {
-    std::string facts = recording.seconds > 0.0 ? PlaceText(recording.seconds, recording.seconds) : "";
-    facts += facts.empty() || recording.conversion.empty() ? recording.conversion : ", " + recording.conversion;
-    return Element("section", "",
-                   TextElement("h2", "", fmt::format("{}. {}", number, recording.name)) +
-                       (facts.empty() ? "" : TextElement("p", "muted", facts)) + VerdictLine(recording.tone, recording.verdict) +
-                       List("", recording.reasons) + List("fixes", recording.fixes) + RecordingFigure(recording, number) +
-                       Places(recording.marks));
+    List closeUps;
+    for (const Entry& part : parts)
+    {
+        if (part.picture.seconds > 0.0 && closeUps.size() < MostCloseUps)
+        {
+            const std::string id = std::to_string(entryNumber) + "-" + std::to_string(closeUps.size());
+            data item("title", part.title + (part.status.empty() ? "" : ", " + part.status));
+            item.set("figure", Figure(part.picture, id));
+            closeUps.push_back(std::move(item));
+        }
+    }
+    return closeUps;
 }
 
-std::string Head(const Report& report)
+data EntryData(const Entry& entry, std::size_t number)
 {
-    return Element("head", "",
-                   "<meta charset=\"utf-8\"/>\n"
-                   "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"/>\n" +
-                       TextElement("title", "", "velox-kws " + report.command + ": " + report.verdict) +
-                       Element("style", "", ReportStyleSheet));
+    data item("title", std::to_string(number) + ". " + entry.title);
+    SetTone(entry.tone, &item);
+    SetText("status", Capitalised(entry.status), &item);
+    SetText("facts", FactLine(entry.facts), &item);
+    SetList("remarks", RemarksOf(entry.remarks), &item);
+    item.set("figure", Figure(entry.picture, std::to_string(number)));
+    SetList("places", entry.parts.empty() ? PlacesOf(entry.picture.marks) : List(), &item);
+    if (!entry.parts.empty())
+    {
+        item.set("parts", TableData(entry.parts));
+    }
+    item.set("closeUps", data(CloseUpsOf(entry.parts, number)));
+    return item;
 }
 
 } // namespace
 
-std::string RenderReport(const Report& report)
+std::string ReportPage(std::string_view command, const Report& report)
 {
-    std::string body = TextElement("h1", "", "velox-kws " + report.command) + VerdictLine(report.tone, report.verdict) +
-                       Facts(report.facts) + List("", report.notes);
-    if (report.table)
+    data page("command", std::string(command));
+    page.set("version", VELOX_VERSION);
+    page.set("style", std::string(PageStyle));
+    page.set("verdict", report.verdict.empty() && report.error ? report.error->message : report.verdict);
+    SetTone(report.exitCode == ExitCode::Success ? Tone::Good : Tone::Bad, &page);
+    SetList("facts", FactsOf(report.facts), &page);
+    std::vector<Remark> remarks = report.remarks;
+    if (report.error)
     {
-        body += Table(*report.table);
+        remarks.insert(remarks.begin(), {Tone::Bad, "", report.error->message, report.error->fix});
     }
-    std::size_t number = 0;
-    for (const ReportRecording& recording : report.recordings)
+    SetList("remarks", RemarksOf(remarks), &page);
+    page.set("chart", report.chart ? ChartFigure(*report.chart) : "");
+    if (report.results.size() > 1)
     {
-        body += Recording(recording, ++number);
+        page.set("overview", TableData(report.results));
     }
-    body +=
-        TextElement("footer", "", "velox-kws " VELOX_VERSION ". This page holds pictures of the recordings, not their sound.");
-    return "<!DOCTYPE html>\n" + Element("html", "lang=\"en\" xmlns=\"http://www.w3.org/1999/xhtml\"",
-                                         Head(report) + Element("body", "", Element("main", "", body)));
+    List results;
+    for (const Entry& entry : report.results)
+    {
+        results.push_back(EntryData(entry, results.size() + 1));
+    }
+    page.set("results", data(std::move(results)));
+    page.set("table", data(kainjow::mustache::partial([] { return std::string(TableTemplate); })));
+
+    mustache layout{std::string(PageTemplate)};
+    layout.set_custom_escape([](const std::string& text) { return Escaped(text); });
+    return layout.render(page);
 }
 
 } // namespace velox::console

@@ -2,9 +2,7 @@
 
 #include "console/hosting/LogExplanation.h"
 #include "console/hosting/UserModelStream.h"
-#include "console/pages/ReportPage.h"
 #include "console/takes/TakeComparison.h"
-#include "console/takes/TakePage.h"
 #include "console/takes/TakeVerifier.h"
 #include "console/text/FieldLine.h"
 #include "console/text/Interruption.h"
@@ -32,7 +30,6 @@ struct EnrollOptions
     std::string language;
     std::vector<std::string> files;
     std::string model;
-    std::string report;
     bool skipRefused = false;
 };
 
@@ -235,11 +232,6 @@ Outcome EnrollmentRun::Conclude(ExitCode exitCode, const std::string& verdict) c
         outcome.text += TakeText(take, outcome.results.Count() + 1, context.style);
         outcome.results.Add(TakeJson(take));
     }
-    if (!options.report.empty())
-    {
-        const Report page = TakePage("enroll", LanguageText(verifier.Language()), takes, outcome);
-        WriteWhole(PathFromUtf8(options.report), RenderReport(page));
-    }
     return outcome;
 }
 
@@ -255,11 +247,10 @@ void AddEnrollCommand(CLI::App& app, Commands& commands)
         ->type_name("");
     command->add_option("--model", options->model, "Where the user's model is stored")->required()->type_name("FILE");
     command->add_flag("--skip-refused", options->skipRefused, "Train from the accepted takes when others are refused");
-    command->add_option("--report", options->report, "Also write a page with a picture of each recording")
-        ->type_name("FILE.html");
+    commands.AddPageOption(command);
     AddDetectorOptions(command, &options->detector);
     command->footer("  velox-kws enroll en-US take-1.wav take-2.wav take-3.wav --model jana.vwov\n");
-    commands[command] = [options](Context& context) {
+    commands.run[command] = [options](Context& context) {
         return EnrollmentRun(*options, context).Run();
     };
 }

@@ -59,7 +59,7 @@ Comparison Compare(std::span<const TakeFigures> takes, std::size_t take, Figure 
 }
 
 /// @param model  scores with a model of the other takes
-std::optional<Remark> UnlikeInVoice(const Comparison& model, std::optional<double> userThreshold)
+std::optional<TakeRemark> UnlikeInVoice(const Comparison& model, std::optional<double> userThreshold)
 {
     // Two takes are each scored by a model of the other: when they differ, neither is heard.
     const bool two = model.others.size() == 1;
@@ -70,13 +70,13 @@ std::optional<Remark> UnlikeInVoice(const Comparison& model, std::optional<doubl
     {
         return std::nullopt;
     }
-    return Remark{"UnlikeInVoice",
+    return TakeRemark{"UnlikeInVoice",
                   fmt::format("unlike the others: a model of the other takes gives it {:.0f}, and must give more than {:g}",
                               model.own, *userThreshold),
                   "Is it the same person, at the same distance? Record it again."};
 }
 
-std::optional<Remark> UnlikeInLength(const Comparison& seconds)
+std::optional<TakeRemark> UnlikeInLength(const Comparison& seconds)
 {
     const auto differ = [](double a, double b) {
         return std::max(a, b) > MostLengthRatio * std::min(a, b);
@@ -85,37 +85,37 @@ std::optional<Remark> UnlikeInLength(const Comparison& seconds)
     {
         return std::nullopt;
     }
-    return Remark{"UnlikeInLength",
+    return TakeRemark{"UnlikeInLength",
                   fmt::format("unlike the others: the phrase takes {:.2f} s, in the others {:.2f} s", seconds.own,
                               seconds.MiddleOfOthers()),
                   "Say it at your usual pace."};
 }
 
-std::optional<Remark> UnlikeInLevel(const Comparison& level)
+std::optional<TakeRemark> UnlikeInLevel(const Comparison& level)
 {
     if (!level.DiffersFromMost([](double own, double other) { return std::abs(own - other) > MostLevelDifference; }))
     {
         return std::nullopt;
     }
-    return Remark{
+    return TakeRemark{
         "UnlikeInLevel",
         fmt::format("unlike the others: the speech has {:.0f} dB, in the others {:.0f} dB", level.own, level.MiddleOfOthers()),
         "Keep the distance and the recording level the same."};
 }
 
-std::optional<Remark> UnlikeInScore(const Comparison& score)
+std::optional<TakeRemark> UnlikeInScore(const Comparison& score)
 {
     if (!score.DiffersFromMost([](double own, double other) { return other - own > MostScoreDifference; }))
     {
         return std::nullopt;
     }
-    return Remark{"UnlikeInScore",
+    return TakeRemark{"UnlikeInScore",
                   fmt::format("unlike the others: it scores {:.0f}, the others {:.0f}", score.own, score.MiddleOfOthers()),
                   "Say the phrase more clearly."};
 }
 
 /// The first difference that holds.
-std::optional<Remark> Difference(std::span<const TakeFigures> takes, std::size_t i, std::optional<double> userThreshold)
+std::optional<TakeRemark> Difference(std::span<const TakeFigures> takes, std::size_t i, std::optional<double> userThreshold)
 {
     const auto compare = [&](auto figure) {
         return Compare(takes, i, figure);
@@ -141,9 +141,9 @@ std::optional<Remark> Difference(std::span<const TakeFigures> takes, std::size_t
 
 } // namespace
 
-std::vector<std::optional<Remark>> FindOutliers(std::span<const TakeFigures> takes, std::optional<double> userThreshold)
+std::vector<std::optional<TakeRemark>> FindOutliers(std::span<const TakeFigures> takes, std::optional<double> userThreshold)
 {
-    std::vector<std::optional<Remark>> outliers(takes.size());
+    std::vector<std::optional<TakeRemark>> outliers(takes.size());
     for (std::size_t i = 0; takes.size() > 1 && i < takes.size(); ++i)
     {
         outliers[i] = Difference(takes, i, userThreshold);

@@ -23,7 +23,7 @@ struct TakeFigures
 
 /// How a take differs from the others; the remark of each take that does, nothing for the rest. Two takes that differ are both
 /// named, since none is in the majority; one take differs from nothing.
-std::vector<std::optional<Remark>> FindOutliers(std::span<const TakeFigures> takes, std::optional<double> userThreshold);
+std::vector<std::optional<TakeRemark>> FindOutliers(std::span<const TakeFigures> takes, std::optional<double> userThreshold);
 
 /// Trains a user's model from all takes but one, for each of them in turn, and scores the one left out with it. Nothing for a
 /// take that the engine cannot compare.

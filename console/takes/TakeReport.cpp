@@ -46,38 +46,38 @@ std::string NotFoundText(const TakeReview& review, bool phraseKnown)
 }
 
 /// What the review found fault with; nothing when it found none.
-std::optional<Remark> FaultOf(const TakeReview& review, bool phraseKnown, double seconds)
+std::optional<TakeRemark> FaultOf(const TakeReview& review, bool phraseKnown, double seconds)
 {
     switch (review.status)
     {
     case Status::UtteranceTooShort:
-        return Remark{"UtteranceTooShort", fmt::format("too short: {:.2f} s cannot hold the key phrase", seconds),
+        return TakeRemark{"UtteranceTooShort", fmt::format("too short: {:.2f} s cannot hold the key phrase", seconds),
                       "Record the whole phrase, with half a second before and after it."};
     case Status::NoSpeech:
-        return Remark{"NoSpeech", fmt::format("no speech in {:.2f} s", seconds),
+        return TakeRemark{"NoSpeech", fmt::format("no speech in {:.2f} s", seconds),
                       "Is the right microphone chosen, and is it switched on?"};
     case Status::TooQuiet:
-        return Remark{
+        return TakeRemark{
             "TooQuiet",
             fmt::format("too quiet: the speech has {:.0f} dB, at least {:.0f} dB are needed", review.level, engine::QuietLevel),
             "Come closer to the microphone, or raise the recording level."};
     case Status::Clipped:
-        return Remark{"Clipped",
+        return TakeRemark{"Clipped",
                       fmt::format("clipped: {} samples are at full scale{}", review.clippedSamples, FirstClipped(review)),
                       "Lower the recording level, or step back from the microphone."};
     case Status::CutAtStart:
-        return Remark{"CutAtStart",
+        return TakeRemark{"CutAtStart",
                       "cut at the start: speech is under way when the recording begins, and the key phrase is not whole",
                       "Start recording half a second before speaking."};
     case Status::CutAtEnd:
-        return Remark{
+        return TakeRemark{
             "CutAtEnd",
             fmt::format("cut at the end: speech is still under way at {:.2f} s, and the key phrase is not whole", seconds),
             "Stop recording half a second after speaking."};
     case Status::TwoPhrases:
-        return Remark{"TwoPhrases", "the phrase seems to be said more than once", "Say it once in each recording."};
+        return TakeRemark{"TwoPhrases", "the phrase seems to be said more than once", "Say it once in each recording."};
     case Status::PhraseNotFound:
-        return Remark{"PhraseNotFound", NotFoundText(review, phraseKnown), "Say the phrase as it was agreed on, in one go."};
+        return TakeRemark{"PhraseNotFound", NotFoundText(review, phraseKnown), "Say the phrase as it was agreed on, in one go."};
     default:
         return std::nullopt;
     }
@@ -108,7 +108,7 @@ LoggedFigures ReadFigures(std::span<const LoggedLine> lines)
     return figures;
 }
 
-std::optional<Remark> QualityRemark(const LoggedFigures& logged, const TakeEvidence& evidence)
+std::optional<TakeRemark> QualityRemark(const LoggedFigures& logged, const TakeEvidence& evidence)
 {
     const bool tooLow = std::any_of(evidence.lines.begin(), evidence.lines.end(), [](const LoggedLine& line) {
         return line.message.find("Recording quality is too low") != std::string::npos;
@@ -121,23 +121,23 @@ std::optional<Remark> QualityRemark(const LoggedFigures& logged, const TakeEvide
         logged.quality && evidence.qualityThreshold
             ? fmt::format(" of {} dB above the noise, at least {} are needed", *logged.quality, *evidence.qualityThreshold)
             : "";
-    return Remark{"QualityTooLow", "the key phrase is found, but the voice's quality is too low:" + figures,
+    return TakeRemark{"QualityTooLow", "the key phrase is found, but the voice's quality is too low:" + figures,
                   "Choose a quieter place, or come closer to the microphone."};
 }
 
 /// The engine's own words, when it refused something on the way.
-std::optional<Remark> EngineRemark(std::span<const LoggedLine> lines)
+std::optional<TakeRemark> EngineRemark(std::span<const LoggedLine> lines)
 {
     const auto found = std::find_if(lines.begin(), lines.end(),
                                     [](const LoggedLine& line) { return line.engineStatus && *line.engineStatus != 0; });
     return found == lines.end()
                ? std::nullopt
-               : std::optional(Remark{"EngineStatus", "the engine reports " + EngineStatusText(*found->engineStatus),
+               : std::optional(TakeRemark{"EngineStatus", "the engine reports " + EngineStatusText(*found->engineStatus),
                                       "Record the take again; --verbose shows every line of the library."});
 }
 
 /// Refused by the library although the review found the phrase.
-Remark ScoreRemark(const TakeReview& review, std::optional<double> threshold)
+TakeRemark ScoreRemark(const TakeReview& review, std::optional<double> threshold)
 {
     if (review.phrase && threshold)
     {
@@ -149,13 +149,13 @@ Remark ScoreRemark(const TakeReview& review, std::optional<double> threshold)
     return {"PhraseNotFound", "the engine does not find the key phrase", "Say the phrase as it was agreed on, in one go."};
 }
 
-std::vector<Remark> WhyRefused(const TakeReport& report, const TakeEvidence& evidence)
+std::vector<TakeRemark> WhyRefused(const TakeReport& report, const TakeEvidence& evidence)
 {
     if (auto quality = QualityRemark(report.logged, evidence))
     {
         return {*quality};
     }
-    std::vector<Remark> remarks;
+    std::vector<TakeRemark> remarks;
     if (auto fault = FaultOf(report.review, evidence.phraseKnown, report.audio.seconds))
     {
         remarks.push_back(*fault);
@@ -252,7 +252,7 @@ std::string TakeText(const TakeReport& report, std::size_t number, const Style& 
     const auto add = [&](const std::string& line) {
         text += "      " + line + "\n";
     };
-    for (const Remark& remark : report.remarks)
+    for (const TakeRemark& remark : report.remarks)
     {
         add((report.accepted ? "note: " : "") + remark.text);
         add("fix: " + remark.fix);
@@ -271,7 +271,7 @@ nlohmann::ordered_json TakeJson(const TakeReport& report)
 {
     const TakeReview& review = report.review;
     nlohmann::ordered_json remarks = nlohmann::ordered_json::array();
-    for (const Remark& remark : report.remarks)
+    for (const TakeRemark& remark : report.remarks)
     {
         remarks.push_back({{"code", remark.code}, {"text", remark.text}, {"fix", remark.fix}});
     }

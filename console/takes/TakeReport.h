@@ -30,7 +30,7 @@ struct TakeReport
 {
     std::string file;
     bool accepted = false;
-    std::vector<Remark> remarks; ///< why it was refused; of an accepted take what is noteworthy
+    std::vector<TakeRemark> remarks; ///< why it was refused; of an accepted take what is noteworthy
     Audio audio;
     engine::TakeReview review; ///< empty when the file could not be read
     LoggedFigures logged;

@@ -1,7 +1,5 @@
 #include "console/takes/VerifyCommand.h"
 
-#include "console/pages/ReportPage.h"
-#include "console/takes/TakePage.h"
 #include "console/takes/TakeVerifier.h"
 #include "console/text/LanguageName.h"
 #include "console/text/Utf8Path.h"
@@ -23,7 +21,6 @@ struct VerifyOptions
     DetectorOptions detector;
     std::string language;
     std::vector<std::string> files;
-    std::string report;
 };
 
 Outcome Verify(const VerifyOptions& options, const Context& context)
@@ -36,11 +33,6 @@ Outcome Verify(const VerifyOptions& options, const Context& context)
         outcome.text += TakeText(take, outcome.results.Count() + 1, context.style);
         outcome.results.Add(TakeJson(take));
     }
-    if (!options.report.empty())
-    {
-        const Report page = TakePage("verify", LanguageText(verifier.Language()), takes, outcome);
-        WriteWhole(PathFromUtf8(options.report), RenderReport(page));
-    }
     return outcome;
 }
 
@@ -52,11 +44,10 @@ void AddVerifyCommand(CLI::App& app, Commands& commands)
     const auto options = std::make_shared<VerifyOptions>();
     command->add_option("LANG", options->language, "Language: en-US, 1033 or 0x409")->required()->type_name("");
     command->add_option("WAV", options->files, "Recordings, of any sample rate")->required()->type_name("");
-    command->add_option("--report", options->report, "Also write a page with a picture of each recording")
-        ->type_name("FILE.html");
+    commands.AddPageOption(command);
     AddDetectorOptions(command, &options->detector);
     command->footer("  velox-kws verify en-US take-1.wav take-2.wav\n");
-    commands[command] = [options](Context& context) {
+    commands.run[command] = [options](Context& context) {
         return Verify(*options, context);
     };
 }

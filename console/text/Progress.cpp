@@ -71,25 +71,29 @@ void Progress::Draw(double share)
         Wipe();
         return;
     }
-    if (terminal == nullptr || share <= 0.0 || now - start < Patience || (visible && now - drawn < Redraw))
+    if (terminal == nullptr || share <= 0.0 || now - start < Patience || (width > 0 && now - drawn < Redraw))
     {
         return;
     }
     const double spent = std::chrono::duration<double>(now - start).count();
     const auto full = static_cast<std::size_t>(std::lround(share * BarWidth));
-    *terminal << fmt::format("\r{} [{:<{}}] {:3.0f} %, {}\x1b[K", what, std::string(full, '#'), BarWidth, 100.0 * share,
-                             TimeLeft(spent / share - spent))
-              << std::flush;
+    Show(fmt::format("{} [{:<{}}] {:3.0f} %, {}", what, std::string(full, '#'), BarWidth, 100.0 * share,
+                     TimeLeft(spent / share - spent)));
     drawn = now;
-    visible = true;
+}
+
+void Progress::Show(const std::string& line)
+{
+    *terminal << fmt::format("\r{:<{}}", line, width) << std::flush;
+    width = line.size();
 }
 
 void Progress::Wipe()
 {
-    if (visible)
+    if (width > 0)
     {
-        *terminal << "\r\x1b[K" << std::flush;
-        visible = false;
+        Show("");
+        *terminal << "\r" << std::flush;
     }
 }
 

@@ -8,7 +8,8 @@
 namespace velox::console
 {
 
-/// A bar with the time left, for work that takes longer than a second, and the place where a command learns of Ctrl-C.
+/// A bar with the time left, for work that takes longer than a second, and the place where a command learns of Ctrl-C. It is drawn
+/// with carriage returns and blanks alone: not every console knows more.
 class Progress
 {
 public:
@@ -37,6 +38,7 @@ public:
 
 private:
     void Draw(double share);
+    void Show(const std::string& line);
     void Wipe();
 
     std::ostream* terminal;
@@ -44,7 +46,7 @@ private:
     std::string what;
     std::chrono::steady_clock::time_point start;
     std::chrono::steady_clock::time_point drawn;
-    bool visible = false;
+    std::size_t width = 0; ///< of what is drawn; 0: nothing is
 };
 
 } // namespace velox::console

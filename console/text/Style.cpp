@@ -17,6 +17,11 @@ std::string Style::Bad(std::string_view text) const
     return Wrap("31", text);
 }
 
+std::string Style::Warning(std::string_view text) const
+{
+    return Wrap("33", text);
+}
+
 std::string Style::Dim(std::string_view text) const
 {
     return Wrap("2", text);

@@ -14,6 +14,7 @@ public:
 
     std::string Good(std::string_view text) const;
     std::string Bad(std::string_view text) const;
+    std::string Warning(std::string_view text) const;
     std::string Dim(std::string_view text) const;
     std::string Heading(std::string_view text) const;
 

@@ -14,7 +14,7 @@ TEST(Commands, AllStandInTheHelpsOrderWithWhatRunsThem)
     for (const CLI::App* command : app.get_subcommands({}))
     {
         names.push_back(command->get_name());
-        EXPECT_TRUE(commands.contains(command) && commands.at(command)) << names.back();
+        EXPECT_TRUE(commands.run.contains(command) && commands.run.at(command)) << names.back();
         EXPECT_NE(command->get_footer(), "") << "an example of " << names.back();
     }
     EXPECT_THAT(names,

@@ -1,6 +1,8 @@
 #include "console/RunCommand.h"
 
 #include "console/text/CommandFailure.h"
+#include "console/text/Utf8Path.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -11,28 +13,28 @@ using namespace velox::console;
 namespace
 {
 
-Outcome OutcomeFor(const Command& command)
+Report ReportFor(const Command& command)
 {
     const velox::console::Style style(false);
     velox::console::Progress progress(nullptr);
     const LogOptions log;
     Context context{style, progress, log};
-    return RunCommand(command, context);
+    return RunCommand("test", command, context);
 }
 
 } // namespace
 
-TEST(RunCommand, HandsTheOutcomeOn)
+TEST(RunCommand, HandsTheReportOn)
 {
-    const Outcome outcome = OutcomeFor([](Context&) { return Outcome{ExitCode::Refused, "No.", "text\n"}; });
+    const Report outcome = ReportFor([](Context&) { return Report{ExitCode::Refused, "No."}; });
     EXPECT_EQ(outcome.exitCode, ExitCode::Refused);
     EXPECT_EQ(outcome.verdict, "No.");
     EXPECT_FALSE(outcome.error.has_value());
 }
 
-TEST(RunCommand, AFailureBecomesAnOutcomeWithAnError)
+TEST(RunCommand, AFailureBecomesAReportWithAnError)
 {
-    const Outcome outcome = OutcomeFor([](Context&) -> Outcome { throw CommandFailure(ExitCode::BadInput, "Bad.", "Mend it."); });
+    const Report outcome = ReportFor([](Context&) -> Report { throw CommandFailure(ExitCode::BadInput, "Bad.", "Mend it."); });
     EXPECT_EQ(outcome.exitCode, ExitCode::BadInput);
     ASSERT_TRUE(outcome.error.has_value());
     EXPECT_EQ(outcome.error->message, "Bad.");
@@ -41,28 +43,60 @@ TEST(RunCommand, AFailureBecomesAnOutcomeWithAnError)
 
 TEST(RunCommand, UnknownExceptionsBecomeClearErrors)
 {
-    const Outcome standard = OutcomeFor([](Context&) -> Outcome { throw std::out_of_range("somewhere"); });
+    const Report standard = ReportFor([](Context&) -> Report { throw std::out_of_range("somewhere"); });
     EXPECT_EQ(standard.exitCode, ExitCode::LibraryFailure);
     EXPECT_EQ(standard.error.value().message, "Something unforeseen happened: somewhere");
-    const Outcome other = OutcomeFor([](Context&) -> Outcome { throw 1; });
+    const Report other = ReportFor([](Context&) -> Report { throw 1; });
     EXPECT_EQ(other.exitCode, ExitCode::LibraryFailure);
     EXPECT_FALSE(other.error.value().fix.empty());
-    const Outcome memory = OutcomeFor([](Context&) -> Outcome { throw std::bad_alloc(); });
+    const Report memory = ReportFor([](Context&) -> Report { throw std::bad_alloc(); });
     EXPECT_EQ(memory.error.value().message, "Memory ran out.");
 }
 
 TEST(RunCommand, TheVerdictIsPrintedLastAndErrorsGoToTheirStream)
 {
-    Outcome outcome{ExitCode::Success, "All is well.", "first\n"};
+    Report outcome{ExitCode::Success, "All is well."};
+    outcome.results = {{"first"}};
     std::ostringstream output;
     std::ostringstream errors;
     const velox::console::Style plain(false);
-    PrintOutcome(outcome, plain, output, errors);
+    PrintReport(outcome, plain, false, output, errors);
     EXPECT_EQ(output.str(), "first\nAll is well.\n");
     EXPECT_EQ(errors.str(), "");
 
     output.str("");
-    PrintOutcome(OutcomeOf({ExitCode::BadInput, "Bad.", "Mend it."}), plain, output, errors);
+    PrintReport(ReportOf({ExitCode::BadInput, "Bad.", "Mend it."}), plain, false, output, errors);
     EXPECT_EQ(output.str(), "");
     EXPECT_EQ(errors.str(), "error: Bad.\nfix:   Mend it.\n");
+}
+
+TEST(RunCommand, APageThatCannotBeWrittenLosesNothing)
+{
+    const TemporaryFolder folder;
+    const auto run = [](std::filesystem::path page) {
+        const velox::console::Style style(false);
+        velox::console::Progress progress(nullptr);
+        const LogOptions log;
+        Context context{style, progress, log, std::move(page)};
+        return RunCommand("test", [](Context&) { return Report{ExitCode::Success, "Done.", {{"model", "m", "model", "m"}}}; }, context);
+    };
+    const Report written = run(PathFromUtf8(folder.Path() + "/page.html"));
+    EXPECT_EQ(written.exitCode, ExitCode::Success);
+    EXPECT_EQ(written.facts.back().key, "page");
+    const Report lost = run(PathFromUtf8(folder.Path() + "/none/page.html"));
+    EXPECT_EQ(lost.exitCode, ExitCode::WriteFailed);
+    EXPECT_EQ(lost.verdict, "Done.");
+    EXPECT_EQ(lost.facts.size(), 1U);
+    EXPECT_EQ(lost.remarks.front().code, "PageNotWritten");
+}
+
+TEST(RunCommand, ACommandWithNothingToShowHasNoPage)
+{
+    const TemporaryFolder folder;
+    const velox::console::Style style(false);
+    velox::console::Progress progress(nullptr);
+    const LogOptions log;
+    Context context{style, progress, log, PathFromUtf8(folder.Path() + "/page.html")};
+    RunCommand("test", [](Context&) -> Report { throw CommandFailure(ExitCode::BadInput, "Bad.", ""); }, context);
+    EXPECT_FALSE(std::filesystem::exists(context.page));
 }

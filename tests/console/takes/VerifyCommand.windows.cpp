@@ -68,17 +68,6 @@ TEST_F(VerifyCommand, TheDocumentTellsWhereThePhraseLies)
     EXPECT_GT(take["score"].get<double>(), take["threshold"].get<double>());
 }
 
-TEST_F(VerifyCommand, TheReportIsAPageWithEveryTake)
-{
-    const ProgramRun run = Run({Phrase("a.wav"), Phrase("b.wav"), "--report", project.File("takes.html")});
-    EXPECT_EQ(run.exitCode, 0) << run.errors;
-    const std::vector<uint8_t> bytes = project.Read("takes.html");
-    const std::string page(bytes.begin(), bytes.end());
-    EXPECT_THAT(page, HasSubstr("<html"));
-    EXPECT_THAT(page, HasSubstr("a.wav"));
-    EXPECT_THAT(page, HasSubstr("b.wav"));
-}
-
 TEST_F(VerifyCommand, OneLineTellsOfManyTakesWhichToRecordAgain)
 {
     const std::string wrong = project.Record("b.wav", TinyLanguage::Say(Tones{3, 2, 1, 0}, HalfSecond, HalfSecond));

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "console/report/Outcome.h"
+#include "console/report/Report.h"
 #include "console/text/CommandFailure.h"
 #include "console/text/LogOptions.h"
-#include "console/text/Outcome.h"
 #include "console/text/Progress.h"
 #include "console/text/Style.h"
 
+#include <filesystem>
 #include <functional>
 #include <map>
 
@@ -23,12 +25,20 @@ struct Context
     const Style& style;
     Progress& progress;
     const LogOptions& log;
+    std::filesystem::path page{}; ///< that main writes when the command has ended; empty for none
 };
 
-using Command = std::function<Outcome(Context&)>;
+using Command = std::function<Report(Context&)>;
 
 /// What each command is, by its subcommand of the command line. Every *Command.cpp has one function that declares the command's
 /// options and adds what runs it: void AddInspectCommand(CLI::App& app, Commands& commands).
-using Commands = std::map<const CLI::App*, Command>;
+struct Commands
+{
+    std::map<const CLI::App*, Command> run;
+    std::string page; ///< --report FILE.html of a command that has it
+
+    /// Declares --report.
+    void AddPageOption(CLI::App* command);
+};
 
 } // namespace velox::console

@@ -1,22 +1,12 @@
 #pragma once
 
-#include "console/text/ExitCode.h"
-#include "console/text/Results.h"
-
-#include <optional>
-#include <string>
+#include "console/report/Report.h"
+#include "console/report/Results.h"
 
 namespace velox::console
 {
 
-/// What went wrong, in a sentence, and what to do about it. The fix may be empty.
-struct Problem
-{
-    std::string message;
-    std::string fix;
-};
-
-/// What a command has to say: `text` for people and `results` for machines tell the same.
+/// What a command has to say that renders itself.
 struct Outcome
 {
     ExitCode exitCode = ExitCode::Success;
@@ -24,6 +14,11 @@ struct Outcome
     std::string text;    ///< lines, each with its end; may be empty
     Results results{};
     std::optional<Problem> error = std::nullopt; ///< for a command that failed but still has something to show
+
+    operator Report() const
+    {
+        return {exitCode, verdict, {}, {}, {}, {}, error, text, results};
+    }
 };
 
 } // namespace velox::console

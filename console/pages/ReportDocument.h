@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/text/Outcome.h"
+#include "console/report/Report.h"
 
 #include <string>
 #include <string_view>
@@ -10,6 +10,6 @@ namespace velox::console
 
 /// The document of --json, the same shape for every command (docs/console-json.schema.json), with a line end.
 /// @param command  its name, empty when the command line named none
-std::string JsonDocument(std::string_view command, const Outcome& outcome);
+std::string ReportDocument(std::string_view command, const Report& report);
 
 } // namespace velox::console

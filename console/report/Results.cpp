@@ -1,4 +1,4 @@
-#include "console/text/Results.h"
+#include "console/report/Results.h"
 
 #include <nlohmann/json.hpp>
 
