@@ -1,21 +1,21 @@
 #include "console/audio/AudioFile.h"
 
+#include "console/audio/OpenSound.h"
 #include "console/audio/SampleTime.h"
 #include "console/text/CommandFailure.h"
 #include "console/text/Utf8Path.h"
+#include "firmware/LittleEndian.h"
 
 #include <fmt/format.h>
 
 #include <samplerate.h>
-#include <sndfile.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <fstream>
-#include <memory>
 #include <optional>
+#include <span>
 
 namespace velox::console
 {
@@ -24,213 +24,118 @@ namespace
 {
 
 constexpr sf_count_t BlockFrames = 65536;
+/// The features look at speech up to 8 kHz: what this quality lets through above it is 97 dB lower.
+constexpr int ResamplerQuality = SRC_SINC_FASTEST;
 
-/// libsndfile opens files by narrow names, which under Windows cannot hold every name: it gets the file through these functions.
-struct FileAccess
-{
-    std::ifstream stream;
-    sf_count_t length = 0;
-};
-
-FileAccess& Access(void* user)
-{
-    return *static_cast<FileAccess*>(user);
-}
-
-sf_count_t Length(void* user)
-{
-    return Access(user).length;
-}
-
-sf_count_t Seek(sf_count_t offset, int whence, void* user)
-{
-    constexpr std::array Origins{std::ios::beg, std::ios::cur, std::ios::end};
-    FileAccess& file = Access(user);
-    file.stream.clear();
-    file.stream.seekg(offset, Origins.at(static_cast<std::size_t>(whence)));
-    return file.stream.tellg();
-}
-
-sf_count_t Read(void* bytes, sf_count_t count, void* user)
-{
-    FileAccess& file = Access(user);
-    file.stream.read(static_cast<char*>(bytes), count);
-    const auto got = static_cast<sf_count_t>(file.stream.gcount());
-    file.stream.clear();
-    return got;
-}
-
-sf_count_t Write(const void*, sf_count_t, void*)
-{
-    return 0;
-}
-
-sf_count_t Tell(void* user)
-{
-    return Access(user).stream.tellg();
-}
-
-struct Close
-{
-    void operator()(SNDFILE* file) const
-    {
-        sf_close(file);
-    }
-};
-using SoundFile = std::unique_ptr<SNDFILE, Close>;
-
-[[noreturn]] void Fail(const std::filesystem::path& file, const std::string& what, const std::string& fix)
+[[noreturn]] void FailSound(const std::filesystem::path& file, const std::string& what, const std::string& fix)
 {
     throw CommandFailure(ExitCode::BadInput, Utf8(file) + " " + what, fix);
 }
 
-FileAccess Open(const std::filesystem::path& file)
+/// What is no file that could be a sound is told apart before a decoder looks at it.
+void CheckFile(const std::filesystem::path& file)
 {
-    FileAccess access{std::ifstream(file, std::ios::binary), 0};
-    if (std::filesystem::is_directory(file))
+    std::error_code error;
+    if (std::filesystem::is_directory(file, error))
     {
-        Fail(file, "is a folder, not a recording.", "Name the recordings in it.");
+        FailSound(file, "is a folder, not a recording.", "Name the recordings in it.");
     }
-    if (!access.stream)
+    if (!std::ifstream(file, std::ios::binary))
     {
-        Fail(file, "cannot be opened.", "Check the name, and that you may read the file.");
+        FailSound(file, "cannot be opened.", "Check the name, and that you may read the file.");
     }
-    access.length = static_cast<sf_count_t>(std::filesystem::file_size(file));
-    if (access.length == 0)
+    if (std::filesystem::file_size(file, error) == 0)
     {
-        Fail(file, "is empty: it has no bytes.", "Record it again.");
+        FailSound(file, "is empty: it has no bytes.", "Record it again.");
     }
-    return access;
 }
 
-/// The name of a format that is known by the file's first bytes but needs a decoder that this program may lack.
-const char* CompressedFormat(FileAccess* access)
+bool IsMp3(const std::filesystem::path& file)
 {
-    std::array<char, 4> head{};
-    Seek(0, SEEK_SET, access);
-    Read(head.data(), head.size(), access);
-    const auto begins = [&](std::string_view with) {
-        return std::string_view(head.data(), with.size()) == with;
-    };
-    if (begins("fLaC"))
-    {
-        return "FLAC";
-    }
-    if (begins("OggS"))
-    {
-        return "Ogg";
-    }
-    return begins("ID3") || begins("\xFF\xFB") ? "MP3" : nullptr;
-}
-
-SoundFile OpenSound(const std::filesystem::path& file, FileAccess* access, SF_INFO* info)
-{
-    SF_VIRTUAL_IO functions{Length, Seek, Read, Write, Tell};
-    SoundFile sound(sf_open_virtual(&functions, SFM_READ, info, access));
-    if (sound)
-    {
-        return sound;
-    }
-    if (const char* format = CompressedFormat(access))
-    {
-        Fail(file, fmt::format("is an {} file, which this program does not decode.", format),
-             "Convert it to WAV with any sound editor.");
-    }
-    Fail(file, "is not a sound file that this program knows.", "Give a WAV file.");
-}
-
-uint32_t Number(const std::array<char, 8>& chunk)
-{
-    uint32_t number = 0;
-    std::memcpy(&number, chunk.data() + 4, sizeof(number));
-    return number;
+    std::array<char, 3> head{};
+    std::ifstream(file, std::ios::binary).read(head.data(), head.size());
+    const std::string_view begins(head.data(), head.size());
+    return begins == "ID3" || begins.starts_with("\xFF\xFB");
 }
 
 /// Bytes of samples that a WAV file's head promises beyond the file's end; 0 for other formats, and for a length that programs
 /// write when they do not know it yet.
-sf_count_t MissingBytes(FileAccess* access)
+std::streamoff MissingBytes(const std::filesystem::path& file)
 {
     constexpr uint32_t LeastUnknown = 0x7FFFF000;
+    std::ifstream stream(file, std::ios::binary);
     std::array<char, 12> head{};
-    Seek(0, SEEK_SET, access);
-    Read(head.data(), head.size(), access);
+    stream.read(head.data(), head.size());
     if (std::string_view(head.data(), 4) != "RIFF")
     {
         return 0;
     }
-    for (std::array<char, 8> chunk{}; Read(chunk.data(), chunk.size(), access) == chunk.size();)
+    for (std::array<char, 8> chunk{}; stream.read(chunk.data(), chunk.size());)
     {
-        const uint32_t length = Number(chunk);
+        const std::streamoff length =
+            firmware::ReadU32({reinterpret_cast<const uint8_t*>(chunk.data()), chunk.size()}, sizeof(uint32_t));
+        const std::streamoff begin = stream.tellg();
         if (std::string_view(chunk.data(), 4) == "data")
         {
-            const sf_count_t there = access->length - Tell(access);
-            return length >= LeastUnknown ? 0 : std::max<sf_count_t>(length - there, 0);
+            const std::streamoff there = stream.seekg(0, std::ios::end).tellg() - begin;
+            return length >= LeastUnknown ? 0 : std::max<std::streamoff>(length - there, 0);
         }
-        Seek(length + length % 2, SEEK_CUR, access);
+        stream.seekg(length + length % 2, std::ios::cur);
     }
     return 0;
 }
 
-/// The mean of the channels.
-std::vector<float> ReadMono(const std::filesystem::path& file, SNDFILE* sound, const SF_INFO& info)
+/// What is found out about the sound on the way.
+struct Listened
 {
-    const auto channels = static_cast<std::size_t>(info.channels);
-    std::vector<float> block(static_cast<std::size_t>(BlockFrames) * channels);
-    std::vector<float> mono;
-    mono.reserve(static_cast<std::size_t>(std::clamp<sf_count_t>(info.frames, 0, SamplesPerSecond * sf_count_t{3600})));
-    for (sf_count_t got = 0; (got = sf_readf_float(sound, block.data(), BlockFrames)) > 0;)
+    std::size_t beyondFullScale = 0;
+    float peak = 0.0F;
+    double channelEnergy = 0.0; ///< mean of the channels'
+    double mixedEnergy = 0.0;
+
+    void Add(std::span<const float> interleaved, std::span<const float> mono)
     {
-        for (std::size_t i = 0; i < static_cast<std::size_t>(got); ++i)
+        double energy = 0.0;
+        for (const float sample : interleaved)
         {
-            float sum = 0.0F;
-            for (std::size_t c = 0; c < channels; ++c)
-            {
-                sum += block[i * channels + c];
-            }
-            mono.push_back(sum / static_cast<float>(channels));
+            energy += static_cast<double>(sample) * static_cast<double>(sample);
+            peak = std::max(peak, std::abs(sample));
+            beyondFullScale += std::abs(sample) > 1.0F ? 1U : 0U;
+        }
+        channelEnergy += energy * static_cast<double>(mono.size()) / static_cast<double>(interleaved.size());
+        for (const float sample : mono)
+        {
+            mixedEnergy += static_cast<double>(sample) * static_cast<double>(sample);
         }
     }
-    if (sf_error(sound) != SF_ERR_NO_ERROR || (info.frames < SF_COUNT_MAX && static_cast<sf_count_t>(mono.size()) < info.frames))
-    {
-        Fail(file,
-             fmt::format("can be read for {:.2f} s only: the file is damaged or cut.",
-                         static_cast<double>(mono.size()) / info.samplerate),
-             "Copy or record it again.");
-    }
-    return mono;
-}
 
-void CheckSamples(const std::filesystem::path& file, const std::vector<float>& mono)
+    std::vector<std::string> Warnings() const
+    {
+        constexpr double MostLost = 0.02; // 17 dB; what channels have in common loses nothing, what they do not have 3 dB
+        std::vector<std::string> warnings;
+        if (beyondFullScale > 0)
+        {
+            warnings.push_back(
+                fmt::format("{} samples lie beyond full scale, up to {:.3g} times: a microphone's converter clips them",
+                            beyondFullScale, peak));
+        }
+        if (channelEnergy > 0.0 && mixedEnergy < MostLost * channelEnergy)
+        {
+            warnings.emplace_back("the channels cancel each other: one of them is upside down, and their mean is nearly silent");
+        }
+        return warnings;
+    }
+};
+
+struct DeleteResampler
 {
-    if (mono.empty())
+    void operator()(SRC_STATE* resampler) const
     {
-        Fail(file, "holds no sound: it has a head but no samples.", "Record it again.");
+        src_delete(resampler);
     }
-    if (!std::all_of(mono.begin(), mono.end(), [](float sample) { return std::isfinite(sample); }))
-    {
-        Fail(file, "holds samples that are not numbers (NaN or infinite).", "Export it again as 16-bit WAV.");
-    }
-}
+};
 
-std::vector<float> Resample(const std::filesystem::path& file, const std::vector<float>& samples, int rate)
-{
-    const double ratio = static_cast<double>(SamplesPerSecond) / rate;
-    std::vector<float> resampled(static_cast<std::size_t>(std::ceil(static_cast<double>(samples.size()) * ratio)) + 1);
-    SRC_DATA conversion{};
-    conversion.data_in = samples.data();
-    conversion.input_frames = static_cast<long>(samples.size());
-    conversion.data_out = resampled.data();
-    conversion.output_frames = static_cast<long>(resampled.size());
-    conversion.src_ratio = ratio;
-    if (const int error = src_simple(&conversion, SRC_SINC_BEST_QUALITY, 1); error != 0)
-    {
-        Fail(file, fmt::format("cannot be converted from {} Hz: {}.", rate, src_strerror(error)), "Convert it to 16 kHz WAV.");
-    }
-    resampled.resize(static_cast<std::size_t>(conversion.output_frames_gen));
-    return resampled;
-}
-
-std::string Conversion(const SF_INFO& info)
+std::string ConversionText(const SF_INFO& info)
 {
     if (info.samplerate == SamplesPerSecond && info.channels == 1)
     {
@@ -245,26 +150,177 @@ std::string Conversion(const SF_INFO& info)
 
 } // namespace
 
+struct AudioStream::State
+{
+    explicit State(const std::filesystem::path& soundFile) : file(soundFile)
+    {
+        CheckFile(file);
+        sound = OpenSound(file, &info);
+        if (!sound && IsMp3(file))
+        {
+            FailSound(file, "is an MP3 file, which this program does not decode.", "Convert it to WAV with any sound editor.");
+        }
+        if (!sound)
+        {
+            FailSound(file, "is not a sound file that this program knows.", "Give a WAV or FLAC file.");
+        }
+        if (info.samplerate != SamplesPerSecond)
+        {
+            int error = 0;
+            resampler.reset(src_new(ResamplerQuality, 1, &error));
+            CheckResampler(error);
+        }
+    }
+
+    void CheckResampler(int error) const
+    {
+        if (error != 0)
+        {
+            FailSound(file, fmt::format("cannot be converted from {} Hz: {}.", info.samplerate, src_strerror(error)),
+                      "Convert it to 16 kHz WAV.");
+        }
+    }
+
+    /// The mean of the channels, in the file's rate. @return false at the end
+    bool ReadMono()
+    {
+        const auto channels = static_cast<std::size_t>(info.channels);
+        interleaved.resize(static_cast<std::size_t>(BlockFrames) * channels);
+        const sf_count_t got = sf_readf_float(sound.get(), interleaved.data(), BlockFrames);
+        mono.resize(static_cast<std::size_t>(std::max<sf_count_t>(got, 0)));
+        const auto read = std::span(interleaved).first(mono.size() * channels);
+        if (!std::ranges::all_of(read, [](float sample) { return std::isfinite(sample); }))
+        {
+            FailSound(file, "holds samples that are not numbers (NaN or infinite).", "Export it again as 16-bit WAV.");
+        }
+        for (std::size_t i = 0; i < mono.size(); ++i)
+        {
+            float sum = 0.0F;
+            for (std::size_t c = 0; c < channels; ++c)
+            {
+                sum += read[i * channels + c];
+            }
+            mono[i] = sum / static_cast<float>(channels);
+        }
+        frames += got;
+        if (!mono.empty())
+        {
+            listened.Add(read, mono);
+        }
+        return !mono.empty();
+    }
+
+    void CheckEnd() const
+    {
+        const double seconds = static_cast<double>(frames) / info.samplerate;
+        if (sf_error(sound.get()) != SF_ERR_NO_ERROR || (info.frames < SF_COUNT_MAX && frames < info.frames))
+        {
+            FailSound(file, fmt::format("can be read for {:.2f} s only: the file is damaged or cut.", seconds),
+                      "Copy or record it again.");
+        }
+        if (const std::streamoff missing = MissingBytes(file); missing > 0)
+        {
+            FailSound(file, fmt::format("is cut: it ends after {:.2f} s, {} bytes before its head says.", seconds, missing),
+                      "Copy or record it again.");
+        }
+        if (frames == 0)
+        {
+            FailSound(file, "holds no sound: it has a head but no samples.", "Record it again.");
+        }
+    }
+
+    /// @param last  nothing follows: what the resampler holds back comes out
+    void Resample(bool last, std::vector<float>* block)
+    {
+        const double ratio = static_cast<double>(SamplesPerSecond) / info.samplerate;
+        SRC_DATA conversion{};
+        conversion.src_ratio = ratio;
+        conversion.end_of_input = last ? 1 : 0;
+        std::span<const float> left(mono);
+        do
+        {
+            const std::size_t begin = block->size();
+            block->resize(begin + static_cast<std::size_t>(static_cast<double>(left.size()) * ratio) + 1024);
+            conversion.data_in = left.data();
+            conversion.input_frames = static_cast<long>(left.size());
+            conversion.data_out = block->data() + begin;
+            conversion.output_frames = static_cast<long>(block->size() - begin);
+            CheckResampler(src_process(resampler.get(), &conversion));
+            block->resize(begin + static_cast<std::size_t>(conversion.output_frames_gen));
+            left = left.subspan(static_cast<std::size_t>(conversion.input_frames_used));
+        } while (!left.empty() || (last && conversion.output_frames_gen > 0));
+    }
+
+    bool Read(std::vector<float>* block)
+    {
+        block->clear();
+        while (block->empty() && !ended)
+        {
+            ended = !ReadMono();
+            if (ended)
+            {
+                CheckEnd();
+            }
+            if (resampler)
+            {
+                Resample(ended, block);
+            }
+            else
+            {
+                *block = mono;
+            }
+        }
+        samples += static_cast<int64_t>(block->size());
+        return !block->empty();
+    }
+
+    std::filesystem::path file;
+    SF_INFO info{};
+    OpenedSound sound;
+    std::unique_ptr<SRC_STATE, DeleteResampler> resampler; ///< null at 16 kHz
+    std::vector<float> interleaved;
+    std::vector<float> mono;
+    sf_count_t frames = 0; ///< read from the file
+    int64_t samples = 0;   ///< handed out
+    bool ended = false;
+    Listened listened;
+};
+
+AudioStream::AudioStream(const std::filesystem::path& file) : state(std::make_unique<State>(file))
+{
+}
+
+AudioStream::AudioStream(AudioStream&&) noexcept = default;
+AudioStream& AudioStream::operator=(AudioStream&&) noexcept = default;
+AudioStream::~AudioStream() = default;
+
+bool AudioStream::Read(std::vector<float>* block)
+{
+    return state->Read(block);
+}
+
+double AudioStream::Share() const
+{
+    const bool known = state->info.frames > 0 && state->info.frames < SF_COUNT_MAX;
+    return known ? std::min(1.0, static_cast<double>(state->frames) / static_cast<double>(state->info.frames)) : 0.0;
+}
+
+Audio AudioStream::Summary() const
+{
+    return {{}, ConversionText(state->info), Seconds(state->samples), state->listened.Warnings()};
+}
+
 Audio ReadAudio(const std::filesystem::path& file)
 {
-    FileAccess access = Open(file);
-    SF_INFO info{};
-    const SoundFile sound = OpenSound(file, &access, &info);
-    std::vector<float> mono = ReadMono(file, sound.get(), info);
-    if (const sf_count_t missing = MissingBytes(&access); missing > 0)
+    AudioStream stream(file);
+    std::vector<float> samples;
+    for (std::vector<float> block; stream.Read(&block);)
     {
-        Fail(file,
-             fmt::format("is cut: it ends after {:.2f} s, {} bytes before its head says.",
-                         static_cast<double>(mono.size()) / info.samplerate, missing),
-             "Copy or record it again.");
+        samples.insert(samples.end(), block.begin(), block.end());
     }
-    CheckSamples(file, mono);
-    if (info.samplerate != SamplesPerSecond)
-    {
-        mono = Resample(file, mono, info.samplerate);
-    }
-    const double seconds = Seconds(static_cast<int64_t>(mono.size()));
-    return {std::move(mono), Conversion(info), seconds};
+    Audio audio = stream.Summary();
+    audio.samples = std::move(samples);
+    return audio;
 }
 
 } // namespace velox::console

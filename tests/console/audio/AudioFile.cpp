@@ -172,4 +172,79 @@ TEST_F(AudioFile, RefusesSamplesThatAreNoNumbers)
     }
 }
 
+TEST_F(AudioFile, FlacIsRead)
+{
+    // 160 samples of 0.25 at 16 kHz, mono.
+    constexpr unsigned char Flac[]{
+        0x66, 0x4C, 0x61, 0x43, 0x00, 0x00, 0x00, 0x22, 0x10, 0x00, 0x10, 0x00, 0x00, 0x00, 0x0C, 0x00, 0x00, 0x0C, 0x03,
+        0xE8, 0x00, 0xF0, 0x00, 0x00, 0x00, 0xA0, 0x9C, 0xFD, 0xBB, 0x35, 0x38, 0x0F, 0x48, 0xC7, 0xFB, 0x64, 0x71, 0x5C,
+        0x97, 0xF5, 0x02, 0xB8, 0x03, 0x00, 0x00, 0x12, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
+        0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xA0, 0x84, 0x00, 0x00, 0x44, 0x20, 0x00, 0x00, 0x00, 0x72, 0x65, 0x66, 0x65,
+        0x72, 0x65, 0x6E, 0x63, 0x65, 0x20, 0x6C, 0x69, 0x62, 0x46, 0x4C, 0x41, 0x43, 0x20, 0x31, 0x2E, 0x34, 0x2E, 0x32,
+        0x20, 0x32, 0x30, 0x32, 0x32, 0x31, 0x30, 0x32, 0x32, 0x01, 0x00, 0x00, 0x00, 0x18, 0x00, 0x00, 0x00, 0x43, 0x6F,
+        0x6D, 0x6D, 0x65, 0x6E, 0x74, 0x3D, 0x50, 0x72, 0x6F, 0x63, 0x65, 0x73, 0x73, 0x65, 0x64, 0x20, 0x62, 0x79, 0x20,
+        0x53, 0x6F, 0x58, 0xFF, 0xF8, 0x65, 0x08, 0x00, 0x9F, 0x21, 0x01, 0x00, 0x09, 0xE9, 0x0C};
+    const Audio audio = Read({reinterpret_cast<const char*>(Flac), sizeof(Flac)});
+    EXPECT_EQ(audio.samples, std::vector<float>(160, 0.25F));
+    EXPECT_EQ(audio.conversion, "");
+}
+
+TEST_F(AudioFile, SamplesBeyondFullScaleAreCounted)
+{
+    const Audio audio = Read(SoundFile::FloatWav(std::vector<float>{0.5F, 1.5F, -3.0F, 1.0F}));
+    ASSERT_EQ(audio.warnings.size(), 1U);
+    EXPECT_THAT(audio.warnings[0], HasSubstr("2 samples lie beyond full scale, up to 3 times"));
+    EXPECT_EQ(audio.samples[2], -3.0F) << "as the file has them";
+}
+
+TEST_F(AudioFile, ChannelsThatCancelAreSaid)
+{
+    const std::vector<float> tone = Signals::Sine(300.0, 0.5, 1600);
+    std::vector<float> opposite(tone);
+    std::ranges::transform(tone, opposite.begin(), std::negate<>());
+    const Audio audio = Read(SoundFile::Wav(Stereo(tone, opposite), 16000, 2));
+    ASSERT_EQ(audio.warnings.size(), 1U);
+    EXPECT_THAT(audio.warnings[0], HasSubstr("the channels cancel each other"));
+    EXPECT_TRUE(Read(SoundFile::Wav(Stereo(tone, tone), 16000, 2)).warnings.empty());
+    const std::vector<float> silence(tone.size(), 0.0F);
+    EXPECT_TRUE(Read(SoundFile::Wav(Stereo(tone, silence), 16000, 2)).warnings.empty()) << "one microphone of two is no fault";
+}
+
+TEST_F(AudioFile, AStreamGivesTheSameSamplesPieceByPiece)
+{
+    const std::vector<float> noise = Signals::Sine(440.0, 0.5, 300'000);
+    for (const int rate : {16000, 22050})
+    {
+        SCOPED_TRACE(rate);
+        const Audio whole = Read(SoundFile::Wav(noise, rate));
+        AudioStream stream(File(u8"take.wav"));
+        std::vector<float> together;
+        std::size_t pieces = 0;
+        double share = 0.0;
+        for (std::vector<float> block; stream.Read(&block); ++pieces)
+        {
+            EXPECT_LT(block.size(), 70'000U);
+            EXPECT_GE(stream.Share(), share);
+            share = stream.Share();
+            together.insert(together.end(), block.begin(), block.end());
+        }
+        EXPECT_EQ(together, whole.samples);
+        EXPECT_GT(pieces, 3U);
+        EXPECT_EQ(share, 1.0);
+        EXPECT_EQ(stream.Summary().seconds, whole.seconds);
+        EXPECT_NEAR(static_cast<double>(whole.samples.size()), 300'000.0 * 16000 / rate, 2.0);
+    }
+}
+
+TEST_F(AudioFile, WhatLiesAboveTheBandDoesNotFoldBack)
+{
+    std::vector<float> tone(48000);
+    for (std::size_t i = 0; i < tone.size(); ++i)
+    {
+        tone[i] = 0.5F * static_cast<float>(std::sin(2.0 * 3.14159265358979 * 11000.0 * static_cast<double>(i) / 48000.0));
+    }
+    const Audio audio = Read(SoundFile::Wav(tone, 48000));
+    EXPECT_LT(Power(std::span(audio.samples).subspan(4000, 8000)), 0.125 * 1e-9);
+}
+
 } // namespace
