@@ -1,10 +1,7 @@
 #include "console/hosting/ConfigurationFile.h"
 
-#include "console/text/CommandFailure.h"
+#include "console/hosting/ConfigurationXml.h"
 #include "console/text/Utf8Path.h"
-#include "console/text/WriteWhole.h"
-
-#include <tinyxml2.h>
 
 #include <algorithm>
 #include <fstream>
@@ -57,23 +54,9 @@ const ConfiguredLanguage* ConfigurationFile::Find(uint16_t language) const
 
 ConfigurationFile ReadConfigurationFile(const std::filesystem::path& file)
 {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(file, error))
-    {
-        throw CommandFailure(ExitCode::BadConfiguration, "There is no configuration file " + Utf8(file) + ".",
-                             "Name it with --config FILE.");
-    }
-    const std::vector<uint8_t> text = ReadWhole(file);
     tinyxml2::XMLDocument document;
-    document.Parse(reinterpret_cast<const char*>(text.data()), text.size());
+    RequireConfigurationXml(file, &document);
     const tinyxml2::XMLElement* root = document.RootElement();
-    if (document.Error() || root == nullptr)
-    {
-        throw CommandFailure(ExitCode::BadConfiguration,
-                             "The configuration file " + Utf8(file) + " is not well-formed XML, line " +
-                                 std::to_string(document.ErrorLineNum()) + ": " + document.ErrorName() + ".",
-                             "Correct that line.");
-    }
     ConfigurationFile configuration;
     const std::string directory = Text(root->Attribute("directory"));
     configuration.directory = PathFromUtf8(directory);

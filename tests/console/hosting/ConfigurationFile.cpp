@@ -63,8 +63,8 @@ TEST_F(ConfigurationFile, WhatIsMissingStaysEmpty)
 
 TEST_F(ConfigurationFile, WhatIsNotWellFormedIsRefusedWithItsLine)
 {
-    EXPECT_THAT(Refusal("<r>\n<a></b>\n</r>"), testing::HasSubstr("line 2: XML_ERROR_MISMATCHED_ELEMENT"));
-    EXPECT_THAT(Refusal(""), testing::HasSubstr("XML_ERROR_EMPTY_DOCUMENT"));
+    EXPECT_THAT(Refusal("<r>\n<a></b>\n</r>"), testing::HasSubstr("line 2 cannot be used: An element is closed"));
+    EXPECT_THAT(Refusal(""), testing::HasSubstr("The file has no content."));
 }
 
 TEST_F(ConfigurationFile, AThresholdFileBeginsWithANumber)
