@@ -3,6 +3,7 @@
 #include "engine/sound/Cepstrum.h"
 #include "engine/training/TrainingNetwork.h"
 #include "firmware/DspSimulator.h"
+#include "firmware/LittleEndian.h"
 
 #include <algorithm>
 #include <memory>
@@ -67,20 +68,15 @@ engine::PhraseModel FullSizeModel()
 /// As BuildArmingPatternData returns it.
 std::vector<uint8_t> Pattern(const engine::PhraseModel& model)
 {
+    using Layout = firmware::PatternLayout;
     const std::vector<uint8_t> blob = engine::WritePhraseModel(model);
-    std::vector<uint8_t> block(firmware::DspPattern::HeadSize + blob.size());
-    std::copy(blob.begin(), blob.end(), block.begin() + firmware::DspPattern::HeadSize);
-    const auto put = [&](uint32_t number, std::size_t offset) {
-        for (std::size_t i = 0; i < sizeof(number); ++i)
-        {
-            block[offset + i] = static_cast<uint8_t>(number >> 8U * i);
-        }
-    };
-    put(static_cast<uint32_t>(block.size()), 0);
-    put(firmware::DspPattern::Signature, 20);
-    put(HighestThreshold, 24);
-    put(firmware::DspPattern::Limit, 28);
-    put(static_cast<uint32_t>(blob.size()), 40);
+    std::vector<uint8_t> block(Layout::ModelOffset + blob.size());
+    std::copy(blob.begin(), blob.end(), block.begin() + Layout::ModelOffset);
+    firmware::WriteUnsigned(static_cast<uint32_t>(block.size()), Layout::SizeOffset, block);
+    firmware::WriteUnsigned(Layout::Signature, Layout::SignatureOffset, block);
+    firmware::WriteUnsigned(HighestThreshold, Layout::ThresholdOffset, block);
+    firmware::WriteUnsigned(Layout::Limit, Layout::LimitOffset, block);
+    firmware::WriteUnsigned(static_cast<uint32_t>(blob.size()), Layout::ModelSizeOffset, block);
     return block;
 }
 

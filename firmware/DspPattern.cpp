@@ -1,6 +1,7 @@
 #include "firmware/DspPattern.h"
 
 #include "engine/models/ScoreScale.h"
+#include "firmware/BlockLayout.h"
 #include "firmware/LittleEndian.h"
 
 #include <algorithm>
@@ -13,22 +14,14 @@ namespace
 
 using Refused = std::optional<PatternRefusal>;
 
-constexpr std::size_t PatternTypeOffset = 4;
-constexpr std::size_t SignatureOffset = 20;
-constexpr std::size_t ThresholdOffset = 24;
-constexpr std::size_t LimitOffset = 28;
-constexpr std::size_t Reserved1Offset = 32;
-constexpr std::size_t Reserved2Offset = 36;
-constexpr std::size_t ModelSizeOffset = 40;
-
 Refused CheckLength(std::span<const uint8_t> block)
 {
-    if (block.size() < DspPattern::HeadSize)
+    if (block.size() < PatternLayout::ModelOffset)
     {
         return PatternRefusal::TooShort;
     }
-    const uint32_t size = ReadU32(block, 0);
-    if (size < DspPattern::HeadSize)
+    const uint32_t size = ReadUnsigned<uint32_t>(block, PatternLayout::SizeOffset);
+    if (size < PatternLayout::ModelOffset)
     {
         return PatternRefusal::TooShort;
     }
@@ -53,31 +46,31 @@ Refused CheckThreshold(uint32_t threshold)
 
 Refused CheckHead(std::span<const uint8_t> block, const DetectorId& detector)
 {
-    if (!std::equal(detector.begin(), detector.end(), block.begin() + PatternTypeOffset))
+    if (!std::equal(detector.begin(), detector.end(), block.begin() + PatternLayout::PatternTypeOffset))
     {
         return PatternRefusal::ForeignDetector;
     }
-    if (ReadU32(block, SignatureOffset) != DspPattern::Signature)
+    if (ReadUnsigned<uint32_t>(block, PatternLayout::SignatureOffset) != PatternLayout::Signature)
     {
         return PatternRefusal::Signature;
     }
-    if (const Refused refused = CheckThreshold(ReadU32(block, ThresholdOffset)))
+    if (const Refused refused = CheckThreshold(ReadUnsigned<uint32_t>(block, PatternLayout::ThresholdOffset)))
     {
         return refused;
     }
-    if (ReadU32(block, LimitOffset) != DspPattern::Limit)
+    if (ReadUnsigned<uint32_t>(block, PatternLayout::LimitOffset) != PatternLayout::Limit)
     {
         return PatternRefusal::Limit;
     }
-    if (ReadU32(block, Reserved1Offset) != 0)
+    if (ReadUnsigned<uint32_t>(block, PatternLayout::Reserved1Offset) != 0)
     {
         return PatternRefusal::Reserved1;
     }
-    if (ReadU32(block, Reserved2Offset) != 0)
+    if (ReadUnsigned<uint32_t>(block, PatternLayout::Reserved2Offset) != 0)
     {
         return PatternRefusal::Reserved2;
     }
-    const bool fits = ReadU32(block, ModelSizeOffset) == block.size() - DspPattern::HeadSize;
+    const bool fits = ReadUnsigned<uint32_t>(block, PatternLayout::ModelSizeOffset) == block.size() - PatternLayout::ModelOffset;
     return fits ? std::nullopt : Refused(PatternRefusal::ModelSize);
 }
 
@@ -120,11 +113,11 @@ std::optional<PatternRefusal> ReadPattern(std::span<const uint8_t> block, const 
     }
     if (!refused)
     {
-        refused = ReadModel(block.subspan(DspPattern::HeadSize), &pattern->model);
+        refused = ReadModel(block.subspan(PatternLayout::ModelOffset), &pattern->model);
     }
     if (!refused)
     {
-        pattern->threshold = ReadU32(block, ThresholdOffset);
+        pattern->threshold = ReadUnsigned<uint32_t>(block, PatternLayout::ThresholdOffset);
     }
     return refused;
 }

@@ -14,10 +14,6 @@ namespace velox::firmware
 /// What the firmware keeps of an arming pattern (docs/firmware-blocks.md).
 struct DspPattern
 {
-    static constexpr std::size_t HeadSize = 44;
-    static constexpr uint32_t Signature = 0xAA550001;
-    static constexpr uint32_t Limit = 0x7FFFFFFF;
-
     engine::PhraseModel model;
     uint32_t threshold = 0; ///< Q8: 256 is a score of 1
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -7,19 +8,21 @@
 namespace velox::firmware
 {
 
-/// The four bytes from an offset on as a number.
-inline uint32_t ReadU32(std::span<const uint8_t> bytes, std::size_t offset)
+/// The number whose bytes stand from an offset on, the lowest first.
+/// @param bytes  hold all of them
+template <std::unsigned_integral Unsigned>
+Unsigned ReadUnsigned(std::span<const uint8_t> bytes, std::size_t offset)
 {
-    uint32_t number = 0;
-    for (std::size_t i = 0; i < sizeof(number); ++i)
+    uint64_t number = 0;
+    for (std::size_t i = 0; i < sizeof(Unsigned); ++i)
     {
-        number |= uint32_t{bytes[offset + i]} << 8U * i;
+        number |= uint64_t{bytes[offset + i]} << 8U * i;
     }
-    return number;
+    return static_cast<Unsigned>(number);
 }
 
 /// Writes a number's bytes, the lowest first, from an offset on.
-template <typename Unsigned>
+template <std::unsigned_integral Unsigned>
 void WriteUnsigned(Unsigned number, std::size_t offset, std::span<uint8_t> bytes)
 {
     for (std::size_t i = 0; i < sizeof(number); ++i)

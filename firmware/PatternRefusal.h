@@ -1,5 +1,7 @@
 #pragma once
 
+#include "firmware/BlockLayout.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -41,36 +43,40 @@ struct PatternRefusalText
 };
 
 inline constexpr std::array PatternRefusalTexts{
-    PatternRefusalText{PatternRefusal::TooShort, "TooShort", "Size", 0, "The block is shorter than the 44 bytes of its head."},
-    PatternRefusalText{PatternRefusal::Cut, "Cut", "Size", 0, "The block is shorter than its size says: its end is missing."},
-    PatternRefusalText{PatternRefusal::TrailingBytes, "TrailingBytes", "Size", 0,
+    PatternRefusalText{PatternRefusal::TooShort, "TooShort", "Size", PatternLayout::SizeOffset,
+                       "The block is shorter than the 44 bytes of its head."},
+    PatternRefusalText{PatternRefusal::Cut, "Cut", "Size", PatternLayout::SizeOffset,
+                       "The block is shorter than its size says: its end is missing."},
+    PatternRefusalText{PatternRefusal::TrailingBytes, "TrailingBytes", "Size", PatternLayout::SizeOffset,
                        "The block is longer than its size says: bytes follow that belong to nothing."},
     PatternRefusalText{
-        PatternRefusal::ForeignDetector, "ForeignDetector", "PatternType", 4,
+        PatternRefusal::ForeignDetector, "ForeignDetector", "PatternType", PatternLayout::PatternTypeOffset,
         "The GUID is another detector's: the pattern was built for another device, or the bytes are in another order."},
     PatternRefusalText{
-        PatternRefusal::Signature, "Signature", "Signature", 20,
+        PatternRefusal::Signature, "Signature", "Signature", PatternLayout::SignatureOffset,
         "The signature is not 0xAA550001 (bytes 01 00 55 AA): this is no arming pattern, or one of another version."},
-    PatternRefusalText{PatternRefusal::ThresholdBelowScale, "ThresholdBelowScale", "KpdThreshold", 24,
+    PatternRefusalText{PatternRefusal::ThresholdBelowScale, "ThresholdBelowScale", "KpdThreshold", PatternLayout::ThresholdOffset,
                        "The threshold is negative, but scores are 0 to 255: everything would fire."},
-    PatternRefusalText{PatternRefusal::ThresholdAboveScale, "ThresholdAboveScale", "KpdThreshold", 24,
+    PatternRefusalText{PatternRefusal::ThresholdAboveScale, "ThresholdAboveScale", "KpdThreshold", PatternLayout::ThresholdOffset,
                        "The threshold is above 255 (65280 in Q8), the highest score that there is: nothing could fire."},
-    PatternRefusalText{PatternRefusal::Limit, "Limit", "Limit", 28, "The limit is not 0x7FFFFFFF."},
-    PatternRefusalText{PatternRefusal::Reserved1, "Reserved1", "Reserved1", 32, "The first reserved field is not 0."},
-    PatternRefusalText{PatternRefusal::Reserved2, "Reserved2", "Reserved2", 36, "The second reserved field is not 0."},
-    PatternRefusalText{PatternRefusal::ModelSize, "ModelSize", "ModelSize", 40,
+    PatternRefusalText{PatternRefusal::Limit, "Limit", "Limit", PatternLayout::LimitOffset, "The limit is not 0x7FFFFFFF."},
+    PatternRefusalText{PatternRefusal::Reserved1, "Reserved1", "Reserved1", PatternLayout::Reserved1Offset,
+                       "The first reserved field is not 0."},
+    PatternRefusalText{PatternRefusal::Reserved2, "Reserved2", "Reserved2", PatternLayout::Reserved2Offset,
+                       "The second reserved field is not 0."},
+    PatternRefusalText{PatternRefusal::ModelSize, "ModelSize", "ModelSize", PatternLayout::ModelSizeOffset,
                        "The model's size is not the block's size less the 44 bytes of the head."},
-    PatternRefusalText{PatternRefusal::ModelTooShort, "ModelTooShort", "ModelSize", 40,
+    PatternRefusalText{PatternRefusal::ModelTooShort, "ModelTooShort", "ModelSize", PatternLayout::ModelSizeOffset,
                        "The model is missing, or shorter than the 16 bytes of its own head."},
-    PatternRefusalText{PatternRefusal::ModelKind, "ModelKind", "ModelData.kind", 44,
+    PatternRefusalText{PatternRefusal::ModelKind, "ModelKind", "ModelData.kind", PatternLayout::ModelOffset,
                        "The model does not begin with \"VWOV\": it is no firmware model and no user model of this engine."},
-    PatternRefusalText{PatternRefusal::ModelLength, "ModelLength", "ModelData.length", 52,
+    PatternRefusalText{PatternRefusal::ModelLength, "ModelLength", "ModelData.length", PatternLayout::ModelOffset + 8,
                        "The model's own length is not the model's size in the head: it was cut or lengthened."},
-    PatternRefusalText{PatternRefusal::ModelVersion, "ModelVersion", "ModelData.version", 48,
+    PatternRefusalText{PatternRefusal::ModelVersion, "ModelVersion", "ModelData.version", PatternLayout::ModelOffset + 4,
                        "The model was made for another version of the engine."},
-    PatternRefusalText{PatternRefusal::ModelChecksum, "ModelChecksum", "ModelData.checksum", 56,
+    PatternRefusalText{PatternRefusal::ModelChecksum, "ModelChecksum", "ModelData.checksum", PatternLayout::ModelOffset + 12,
                        "The model's checksum is wrong: its bytes were changed."},
-    PatternRefusalText{PatternRefusal::ModelMalformed, "ModelMalformed", "ModelData.content", 60,
+    PatternRefusalText{PatternRefusal::ModelMalformed, "ModelMalformed", "ModelData.content", PatternLayout::ModelOffset + 16,
                        "The model's content is not that of a firmware model, although its checksum is right."},
 };
 

@@ -10,29 +10,27 @@ namespace velox::firmware
 namespace
 {
 
-constexpr std::size_t PatternTypeOffset = 4;
-constexpr std::size_t KeywordStartOffset = 28;
-constexpr std::size_t KeywordEndOffset = 36;
-constexpr std::size_t KeywordIdOffset = 48;
-constexpr std::size_t ScoreOffset = 52;
+// What faults write.
+constexpr std::size_t TruncatedLength = 52;
+constexpr uint16_t UnknownKeyword = 2;
 
 } // namespace
 
 ResultBlock::ResultBlock(const DetectorId& detector, const Report& report, Fault fault)
-    : size(fault == Fault::TruncatedBlock ? TruncatedSize : Size)
+    : size(fault == Fault::TruncatedBlock ? TruncatedLength : ResultLayout::Length)
 {
-    WriteUnsigned(static_cast<uint32_t>(size), 0, bytes);
-    std::copy(detector.begin(), detector.end(), bytes.begin() + PatternTypeOffset);
+    WriteUnsigned(static_cast<uint32_t>(size), ResultLayout::SizeOffset, bytes);
+    std::copy(detector.begin(), detector.end(), bytes.begin() + ResultLayout::PatternTypeOffset);
     if (fault == Fault::ForeignGuid)
     {
-        bytes[PatternTypeOffset] ^= 0xFFU;
+        bytes[ResultLayout::PatternTypeOffset] ^= 0xFFU;
     }
-    WriteUnsigned(report.keywordStart, KeywordStartOffset, bytes);
-    WriteUnsigned(report.keywordEnd, KeywordEndOffset, bytes);
-    WriteUnsigned(fault == Fault::UnknownKeyword ? UnknownKeyword : Keyword, KeywordIdOffset, bytes);
+    WriteUnsigned(report.keywordStart, ResultLayout::KeywordStartOffset, bytes);
+    WriteUnsigned(report.keywordEnd, ResultLayout::KeywordEndOffset, bytes);
+    WriteUnsigned(fault == Fault::UnknownKeyword ? UnknownKeyword : ResultLayout::Keyword, ResultLayout::KeywordIdOffset, bytes);
     // The score alone is big-endian.
-    bytes[ScoreOffset] = static_cast<uint8_t>(report.score >> 8U);
-    bytes[ScoreOffset + 1] = static_cast<uint8_t>(report.score & 0xFFU);
+    bytes[ResultLayout::ScoreOffset] = static_cast<uint8_t>(report.score >> 8U);
+    bytes[ResultLayout::ScoreOffset + 1] = static_cast<uint8_t>(report.score & 0xFFU);
 }
 
 } // namespace velox::firmware

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "firmware/BlockLayout.h"
 #include "firmware/DetectorId.h"
 #include "firmware/Fault.h"
 
@@ -22,11 +23,6 @@ struct Report
 class ResultBlock
 {
 public:
-    static constexpr std::size_t Size = 60;
-    static constexpr std::size_t TruncatedSize = 52;
-    static constexpr uint16_t Keyword = 1;
-    static constexpr uint16_t UnknownKeyword = 2;
-
     ResultBlock(const DetectorId& detector, const Report& report, Fault fault = Fault::None);
 
     std::span<const uint8_t> Bytes() const
@@ -35,7 +31,7 @@ public:
     }
 
 private:
-    std::array<uint8_t, Size> bytes{};
+    std::array<uint8_t, ResultLayout::Length> bytes{};
     std::size_t size;
 };
 

@@ -8,6 +8,7 @@
 #include "console/text/LanguageName.h"
 #include "console/text/Utf8Path.h"
 #include "console/text/WriteWhole.h"
+#include "firmware/BlockLayout.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -29,9 +30,6 @@ struct ArmOptions
     std::string model;
     std::string output;
 };
-
-// The block's head: docs/firmware-blocks.md.
-constexpr std::size_t HeadSize = 44;
 
 bool UsedUserModel(const ArmingAnswer& answer)
 {
@@ -62,7 +60,7 @@ Outcome Arm(const ArmOptions& options, const Context& context)
     const ArmingAnswer answer = BuildPattern(options, language, context);
     WriteWhole(PathFromUtf8(options.output), answer.pattern);
 
-    const std::size_t modelBytes = answer.pattern.size() - HeadSize;
+    const std::size_t modelBytes = answer.pattern.size() - firmware::PatternLayout::ModelOffset;
     const bool isUserModel = !options.model.empty();
     const std::string model = isUserModel ? "the user's, " + options.model : "everybody's, from the configuration";
     Outcome outcome;

@@ -24,7 +24,6 @@ namespace
 constexpr int MostBlockMilliseconds = 10'000;
 constexpr int MostDriftPpm = 100'000;
 constexpr std::size_t SamplesPerMillisecond = engine::SampleRate / 1000;
-constexpr std::size_t PatternTypeOffset = 4;
 
 struct ListenOptions
 {
@@ -49,7 +48,7 @@ ListeningSetup Setup(const ListenOptions& options, std::vector<uint8_t> pattern,
     ListeningSetup setup;
     setup.pattern = std::move(pattern);
     // The detector's GUID as the library writes it.
-    std::copy_n(origin.pattern.begin() + PatternTypeOffset, setup.detector.size(), setup.detector.begin());
+    std::copy_n(origin.pattern.begin() + firmware::BlockHead::PatternTypeOffset, setup.detector.size(), setup.detector.begin());
     setup.counter = options.counter;
     setup.fault = options.fault;
     setup.blockSamples = static_cast<std::size_t>(options.blockMilliseconds) * SamplesPerMillisecond;

@@ -3,7 +3,7 @@
 #include "console/hosting/LogExplanation.h"
 #include "console/text/CommandFailure.h"
 #include "console/text/LanguageName.h"
-#include "firmware/DspPattern.h"
+#include "firmware/BlockLayout.h"
 #include "firmware/LittleEndian.h"
 
 #include <fmt/format.h>
@@ -16,7 +16,7 @@ namespace velox::console
 namespace
 {
 
-using firmware::DspPattern;
+using firmware::PatternLayout;
 
 /// What tells two patterns of one detector apart.
 std::string Difference(uint16_t language, std::span<const uint8_t> given, std::span<const uint8_t> built)
@@ -26,13 +26,13 @@ std::string Difference(uint16_t language, std::span<const uint8_t> given, std::s
         return {};
     }
     std::string text = fmt::format("The library builds another pattern for language {} now", LanguageText(language));
-    if (given.size() >= DspPattern::HeadSize)
+    if (given.size() >= PatternLayout::ModelOffset)
     {
         if (ThresholdOf(given) != ThresholdOf(built))
         {
             text += fmt::format(", with a threshold of {:.1f} instead of {:.1f}", ThresholdOf(built), ThresholdOf(given));
         }
-        if (!std::ranges::equal(given.subspan(DspPattern::HeadSize), built.subspan(DspPattern::HeadSize)))
+        if (!std::ranges::equal(given.subspan(PatternLayout::ModelOffset), built.subspan(PatternLayout::ModelOffset)))
         {
             text += ", with another model (a user's needs --model)";
         }
@@ -63,8 +63,8 @@ std::vector<uint16_t> ConfiguredLanguages(Detector* detector)
 
 double ThresholdOf(std::span<const uint8_t> pattern)
 {
-    constexpr std::size_t ThresholdOffset = 24; // docs/firmware-blocks.md
-    return static_cast<double>(static_cast<int32_t>(firmware::ReadU32(pattern, ThresholdOffset))) / 256.0;
+    const auto threshold = firmware::ReadUnsigned<uint32_t>(pattern, firmware::PatternLayout::ThresholdOffset);
+    return static_cast<double>(static_cast<int32_t>(threshold)) / 256.0;
 }
 
 PatternOrigin FindPatternOrigin(Detector* detector, IStream* userModel, std::optional<uint16_t> language,
