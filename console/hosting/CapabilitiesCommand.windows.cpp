@@ -2,13 +2,16 @@
 
 #include "console/hosting/Detector.h"
 #include "console/hosting/LogExplanation.h"
+#include "console/hosting/Outputs.h"
 #include "console/text/LanguageName.h"
+#include "console/text/Utf8Path.h"
 #include "console/text/Wording.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <array>
 #include <memory>
 
 namespace velox::console
@@ -19,6 +22,7 @@ namespace
 
 Report ShowCapabilities(const DetectorOptions& options, const Context& context)
 {
+    RefuseToReplace(context, std::array{PathFromUtf8(options.configuration)}, {});
     Detector detector(options, context.log);
     const CapabilitiesAnswer answer = detector.GetCapabilities();
     if (!answer.Succeeded())
@@ -38,14 +42,14 @@ Report ShowCapabilities(const DetectorOptions& options, const Context& context)
     const std::string audio =
         fmt::format("{} Hz, {}, {} bits", answer.samplesPerSecond, Counted(answer.channels, "channel"), answer.bitsPerSample);
     Report report;
-    report.facts = {{"keywordIds", std::vector<int64_t>(answer.keywordIds.begin(), answer.keywordIds.end()), "keyword ids",
-                     fmt::format("{}", fmt::join(answer.keywordIds, ", "))},
-                    {"userModels", answer.supportsUserModels, "user models", answer.supportsUserModels ? "yes" : "no"},
-                    {"samplesPerSecond", answer.samplesPerSecond, "audio", audio},
-                    {"channels", answer.channels},
-                    {"bitsPerSample", answer.bitsPerSample},
-                    {"languages", std::vector<int64_t>(answer.languages.begin(), answer.languages.end()), "languages",
-                     Joined(names)}};
+    report.facts = {
+        {"keywordIds", std::vector<int64_t>(answer.keywordIds.begin(), answer.keywordIds.end()), "keyword ids",
+         fmt::format("{}", fmt::join(answer.keywordIds, ", "))},
+        {"userModels", answer.supportsUserModels, "user models", answer.supportsUserModels ? "yes" : "no"},
+        {"samplesPerSecond", answer.samplesPerSecond, "audio", audio},
+        {"channels", answer.channels},
+        {"bitsPerSample", answer.bitsPerSample},
+        {"languages", std::vector<int64_t>(answer.languages.begin(), answer.languages.end()), "languages", Joined(names)}};
     report.verdict = fmt::format("The detector serves {}.", Counted(answer.languages.size(), "language"));
     return report;
 }
