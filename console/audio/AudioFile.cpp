@@ -73,7 +73,7 @@ std::streamoff MissingBytes(const std::filesystem::path& file)
     for (std::array<char, 8> chunk{}; stream.read(chunk.data(), chunk.size());)
     {
         const std::streamoff length =
-            firmware::ReadU32({reinterpret_cast<const uint8_t*>(chunk.data()), chunk.size()}, sizeof(uint32_t));
+            firmware::ReadUnsigned<uint32_t>({reinterpret_cast<const uint8_t*>(chunk.data()), chunk.size()}, sizeof(uint32_t));
         const std::streamoff begin = stream.tellg();
         if (std::string_view(chunk.data(), 4) == "data")
         {

@@ -38,8 +38,7 @@ constexpr std::array ParserErrors{
     ParserError{tinyxml2::XML_ERROR_PARSING_COMMENT, "A comment does not end.", "Close it with -->."},
     ParserError{tinyxml2::XML_ERROR_PARSING_DECLARATION, "The XML declaration does not end.", "Close it with ?>."},
     ParserError{tinyxml2::XML_ERROR_PARSING_CDATA, "A CDATA section does not end.", "Close it with ]]>."},
-    ParserError{tinyxml2::XML_ELEMENT_DEPTH_EXCEEDED, "Elements are nested about a hundred deep.",
-                "Close the elements before."},
+    ParserError{tinyxml2::XML_ELEMENT_DEPTH_EXCEEDED, "Elements are nested about a hundred deep.", "Close the elements before."},
     ParserError{tinyxml2::XML_SUCCESS, "The file is not well-formed XML.", "Correct that line."}};
 
 XmlProblem ProblemOf(const tinyxml2::XMLDocument& document)
@@ -94,9 +93,8 @@ std::optional<XmlProblem> LoadConfigurationXml(const std::filesystem::path& file
     {
         return ProblemOf(*document);
     }
-    return document->FirstChildElement() != nullptr
-               ? std::nullopt
-               : std::optional(XmlProblem{1, "There is no element in the file.", WriteOne});
+    return document->FirstChildElement() != nullptr ? std::nullopt
+                                                    : std::optional(XmlProblem{1, "There is no element in the file.", WriteOne});
 }
 
 void RequireConfigurationXml(const std::filesystem::path& file, tinyxml2::XMLDocument* document)

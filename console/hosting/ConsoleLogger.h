@@ -1,5 +1,6 @@
 #pragma once
 
+#include "console/hosting/EngineOutput.h"
 #include "console/hosting/LoggedLine.h"
 #include "console/text/LogOptions.h"
 
@@ -11,8 +12,8 @@
 namespace velox::console
 {
 
-/// The console's logger: keeps the library's lines, so that a command can tell why an operation failed, and shows or writes them
-/// as asked.
+/// The console's logger: keeps the library's lines, and what the engine writes meanwhile, so that a command can tell why an
+/// operation failed, and shows or writes them as asked.
 ///
 /// | asked by                      | lines go to                                 | which                         |
 /// |-------------------------------|---------------------------------------------|-------------------------------|
@@ -32,11 +33,16 @@ public:
     void SetLevel(uint32_t level) override;
     void SetLogToFile(bool enabled) override;
 
-    /// The lines since the last call, or since the beginning.
+    /// An operation begins: what the engine writes is a line of the log from now on.
+    void Begin();
+
+    /// The operation has ended. @return its lines
     std::vector<LoggedLine> TakeLines();
 
 private:
     void Add(LoggedLine line);
+    void AddEngineLines();
+    void Keep(LoggedLine line);
     void Open(const std::filesystem::path& logFile);
 
     bool verbose;
@@ -44,6 +50,7 @@ private:
     uint32_t threshold;
     std::ofstream file;
     std::vector<LoggedLine> lines;
+    EngineOutput engine;
 };
 
 } // namespace velox::console

@@ -6,7 +6,6 @@
 #include <array>
 #include <cstdarg>
 #include <cstdio>
-#include <iostream>
 #include <string_view>
 #include <utility>
 
@@ -97,14 +96,35 @@ void ConsoleLogger::SetLogToFile(bool enabled)
 
 std::vector<LoggedLine> ConsoleLogger::TakeLines()
 {
+    AddEngineLines();
+    engine.End();
     return std::exchange(lines, {});
+}
+
+void ConsoleLogger::Begin()
+{
+    engine.Begin();
 }
 
 void ConsoleLogger::Add(LoggedLine line)
 {
+    AddEngineLines();
+    Keep(std::move(line));
+}
+
+void ConsoleLogger::AddEngineLines()
+{
+    for (std::string& line : engine.TakeLines())
+    {
+        Keep({VeloxLogLevel::Information, EngineSource, std::move(line)});
+    }
+}
+
+void ConsoleLogger::Keep(LoggedLine line)
+{
     if (verbose)
     {
-        std::cerr << "| " << LogText(line) << "\n";
+        engine.Show("| " + LogText(line));
     }
     if (file.is_open() && (everything || line.level <= threshold))
     {

@@ -1,6 +1,8 @@
 #include "console/hosting/Detector.h"
 
+#include "console/hosting/ConfigurationXml.h"
 #include "console/hosting/LibraryLoading.h"
+#include "console/hosting/NarrowPath.h"
 #include "console/hosting/RecordingBuffer.h"
 #include "console/text/CommandFailure.h"
 #include "console/text/Utf8Path.h"
@@ -41,24 +43,20 @@ GUID ParseGuid(const std::string& text)
     return guid;
 }
 
-/// The library takes the path in the process's narrow code page.
-std::string NarrowPath(const std::string& file)
+/// @throws CommandFailure BadConfiguration for a file that the library could not load either
+std::string ConfigurationPath(const std::string& file)
 {
-    const std::wstring wide = PathFromUtf8(file).wstring();
-    BOOL unknown = FALSE;
-    const auto length = static_cast<int>(wide.size());
-    std::string narrow(wide.size() * 4, '\0');
-    const int size = WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, wide.data(), length, narrow.data(),
-                                         static_cast<int>(narrow.size()), nullptr, &unknown);
-    if (unknown || (size == 0 && length != 0))
+    tinyxml2::XMLDocument ignored;
+    RequireConfigurationXml(PathFromUtf8(file), &ignored);
+    const std::optional<std::string> narrow = NarrowPath(PathFromUtf8(file));
+    if (!narrow)
     {
         throw CommandFailure(ExitCode::BadConfiguration,
                              "The library cannot open " + file + ": its code page " + std::to_string(GetACP()) +
                                  " lacks a letter of this path.",
                              "Put the configuration file into a folder with a plain name.");
     }
-    narrow.resize(static_cast<std::size_t>(size));
-    return narrow;
+    return *narrow;
 }
 
 template <typename Element>
@@ -80,9 +78,11 @@ uint32_t Attribute(IMFMediaType* format, const GUID& name)
 Detector::Detector(const DetectorOptions& options, const LogOptions& log) : logger(log)
 {
     RequireLibrary();
-    adapter.reset(KeywordDetectorAdapterImplementation::CreateKeywordDetectorAdapterImpl(
-                      &logger, NarrowPath(options.configuration), "velox-kws " VELOX_VERSION, ParseGuid(options.detectorId))
-                      .release());
+    logger.Begin();
+    adapter.reset(
+        KeywordDetectorAdapterImplementation::CreateKeywordDetectorAdapterImpl(
+            &logger, ConfigurationPath(options.configuration), "velox-kws " VELOX_VERSION, ParseGuid(options.detectorId))
+            .release());
     logger.TakeLines();
 }
 
@@ -95,6 +95,7 @@ CapabilitiesAnswer Detector::GetCapabilities()
     uint16_t* languages = nullptr;
     uint32_t languageCount = 0;
     IMFMediaType* format = nullptr;
+    logger.Begin();
     answer.result =
         adapter->GetCapabilities(&supportsUserModels, &keywordIds, &keywordCount, &languages, &languageCount, &format);
     answer.lines = logger.TakeLines();
@@ -113,6 +114,7 @@ CapabilitiesAnswer Detector::GetCapabilities()
 Answer Detector::Verify(uint16_t language, std::span<const float> samples)
 {
     const ComPointer<IMFMediaBuffer> recording = MakeRecording(samples);
+    logger.Begin();
     const HRESULT result = adapter->VerifyUserKeyword(nullptr, Keyword, language, 0, recording.get());
     return {result, logger.TakeLines()};
 }
@@ -127,6 +129,7 @@ Answer Detector::Train(IStream* userModel, uint16_t language, std::span<const st
         recordings.push_back(owned.back().get());
     }
     const std::vector<int32_t> keywordEnds(takes.size(), 0); // not known
+    logger.Begin();
     const HRESULT result = adapter->ComputeAndAddUserModelData(userModel, {Keyword, language}, keywordEnds.data(),
                                                                recordings.data(), static_cast<uint32_t>(recordings.size()));
     return {result, logger.TakeLines()};
@@ -137,6 +140,7 @@ ArmingAnswer Detector::Arm(IStream* userModel, uint16_t language)
     const KeywordSelector selector{Keyword, language};
     uint8_t* block = nullptr;
     ArmingAnswer answer;
+    logger.Begin();
     answer.result = adapter->BuildArmingPatternData(userModel, &selector, 1, &block);
     answer.lines = logger.TakeLines();
     uint32_t length = 0; // the block's first field
@@ -158,6 +162,7 @@ DetectionAnswer Detector::Parse(IStream* userModel, std::span<const uint8_t> blo
     }
     DetectionAnswer answer;
     BOOL isUserMatch = FALSE;
+    logger.Begin();
     answer.result =
         adapter->ParseDetectionResultData(userModel, reinterpret_cast<const DetectionResult*>(block.data()), &answer.keywordId,
                                           &answer.language, &isUserMatch, &answer.keywordStart, &answer.keywordEnd);

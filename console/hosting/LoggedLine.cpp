@@ -13,7 +13,11 @@ std::string LogText(const LoggedLine& line)
 {
     constexpr std::array Levels{"none", "error", "failure", "warning", "information", "detail"};
     const std::string level = line.level < Levels.size() ? Levels.at(line.level) : std::to_string(line.level);
-    std::string text = fmt::format("{:<11}  {:<9}  {}", level, line.source == 0 ? "adapter" : "internals", line.message);
+    std::string text = fmt::format("{:<11}  {:<9}  {}", level,
+                                   line.source == 0              ? "adapter"
+                                   : line.source == EngineSource ? "engine"
+                                                                 : "internals",
+                                   line.message);
     if (line.result)
     {
         text += " Result: " + ResultText(*line.result);

@@ -35,9 +35,9 @@ std::vector<uint8_t> HeadOf(const std::filesystem::path& file)
 
 bool IsPattern(std::span<const uint8_t> head)
 {
-    using firmware::ArmingPattern;
-    return head.size() >= ArmingPattern::HeadSize &&
-           firmware::ReadUnsigned<uint32_t>(head, ArmingPattern::SignatureOffset) == ArmingPattern::Signature;
+    using firmware::PatternLayout;
+    return head.size() >= PatternLayout::ModelOffset &&
+           firmware::ReadUnsigned<uint32_t>(head, PatternLayout::SignatureOffset) == PatternLayout::Signature;
 }
 
 bool IsLogLine(std::string_view text)
@@ -59,7 +59,7 @@ bool Fits(OutputKind kind, std::span<const uint8_t> head, uintmax_t size)
     case OutputKind::Pattern:
         return IsPattern(head);
     case OutputKind::ResultBlock:
-        return head.size() >= sizeof(uint32_t) && firmware::ReadUnsigned<uint32_t>(head, 0) == size;
+        return head.size() >= sizeof(uint32_t) && firmware::ReadUnsigned<uint32_t>(head, firmware::BlockHead::SizeOffset) == size;
     case OutputKind::Log:
         return IsLogLine(text);
     case OutputKind::Configuration:
@@ -72,7 +72,7 @@ bool Fits(OutputKind kind, std::span<const uint8_t> head, uintmax_t size)
 
 std::string_view NameOf(OutputKind kind)
 {
-    constexpr std::array<std::string_view, 7> Names{"report page", "user's model", "arming block", "result block",
+    constexpr std::array<std::string_view, 7> Names{"report page",         "user's model",       "arming block",  "result block",
                                                     "log of this program", "configuration file", "support bundle"};
     return Names[static_cast<std::size_t>(kind)];
 }
@@ -107,8 +107,7 @@ std::vector<std::filesystem::path> WithNamedFiles(std::span<const std::filesyste
 bool AreTheSame(const std::filesystem::path& one, const std::filesystem::path& other)
 {
     std::error_code error;
-    return std::filesystem::equivalent(one, other, error) ||
-           (!one.empty() && one.lexically_normal() == other.lexically_normal());
+    return std::filesystem::equivalent(one, other, error) || (!one.empty() && one.lexically_normal() == other.lexically_normal());
 }
 
 void CheckOutput(const Output& output, std::span<const std::filesystem::path> inputs, std::span<const Output> others)
@@ -118,10 +117,11 @@ void CheckOutput(const Output& output, std::span<const std::filesystem::path> in
     const bool isOther = std::ranges::any_of(others, [&](const Output& other) { return AreTheSame(output.file, other.file); });
     if (isInput || isOther)
     {
-        throw CommandFailure(ExitCode::Usage,
-                             isInput ? fmt::format("{} is read by this command, and would be replaced by the {}.", name, NameOf(output.kind))
-                                     : fmt::format("{} would be written twice.", name),
-                             "Name another file. Nothing was changed.");
+        throw CommandFailure(
+            ExitCode::Usage,
+            isInput ? fmt::format("{} is read by this command, and would be replaced by the {}.", name, NameOf(output.kind))
+                    : fmt::format("{} would be written twice.", name),
+            "Name another file. Nothing was changed.");
     }
     std::error_code error;
     const uintmax_t size = std::filesystem::file_size(output.file, error);

@@ -52,7 +52,8 @@ TEST_F(Outputs, AnInputIsNotReplacedUnderWhateverName)
 {
     Write("take.wav", "RIFF");
     const std::filesystem::path again = File("none") / ".." / "take.wav";
-    EXPECT_THAT(Refusal({File("take.wav")}, {{File("take.wav"), OutputKind::UserModel}}), HasSubstr("would be replaced by the user's model"));
+    EXPECT_THAT(Refusal({File("take.wav")}, {{File("take.wav"), OutputKind::UserModel}}),
+                HasSubstr("would be replaced by the user's model"));
     EXPECT_THAT(Refusal({File("take.wav")}, {{again, OutputKind::UserModel}}), HasSubstr("would be replaced"));
     EXPECT_THAT(Refusal({File("take.wav")}, {}, File("take.wav")), HasSubstr("would be replaced by the report page"));
     EXPECT_THAT(Refusal({File("take.wav")}, {}, {}, File("take.wav")), HasSubstr("would be replaced by the log"));
@@ -83,9 +84,12 @@ TEST_F(Outputs, AFileOfAnotherKindIsNotReplaced)
     {
         OutputKind kind;
         std::string own;
-    } cases[]{{OutputKind::Page, "<!DOCTYPE html>\n<html/>"}, {OutputKind::UserModel, "VWOV...."},
-              {OutputKind::Pattern, pattern},                 {OutputKind::ResultBlock, result},
-              {OutputKind::Log, "error        adapter"},      {OutputKind::Configuration, "<?xml version=\"1.0\"?><keywords/>"},
+    } cases[]{{OutputKind::Page, "<!DOCTYPE html>\n<html/>"},
+              {OutputKind::UserModel, "VWOV...."},
+              {OutputKind::Pattern, pattern},
+              {OutputKind::ResultBlock, result},
+              {OutputKind::Log, "error        adapter"},
+              {OutputKind::Configuration, "<?xml version=\"1.0\"?><keywords/>"},
               {OutputKind::Bundle, "velox-kws support bundle\n"}};
     for (const auto& own : cases)
     {

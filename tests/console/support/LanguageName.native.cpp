@@ -18,10 +18,10 @@ struct KnownLanguage
     const char* name;
     const char* display;
 };
-constexpr std::array KnownLanguages{KnownLanguage{1031, "de-DE", "German (Germany)"},
-                                    KnownLanguage{1033, "en-US", "English (United States)"},
-                                    KnownLanguage{1036, "fr-FR", "French (France)"},
-                                    KnownLanguage{1040, "it-IT", "Italian (Italy)"}};
+constexpr std::array KnownLanguages{
+    KnownLanguage{1031, "de-DE", "German (Germany)"}, KnownLanguage{1033, "en-US", "English (United States)"},
+    KnownLanguage{1036, "fr-FR", "French (France)"}, KnownLanguage{1040, "it-IT", "Italian (Italy)"},
+    KnownLanguage{2057, "en-GB", "English (United Kingdom)"}};
 
 const KnownLanguage* Known(uint16_t language)
 {
