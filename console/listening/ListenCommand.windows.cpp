@@ -29,40 +29,30 @@ struct ListenOptions
 {
     DetectorOptions detector;
     std::string pattern;
-    std::vector<std::string> recordings;
     std::string language;
     std::string userModel;
-    std::string saveResults;
     int blockMilliseconds = 10;
-    firmware::PerformanceCounter counter;
-    firmware::Fault fault = firmware::Fault::None;
+    ListeningSetup setup; ///< as far as the command line tells it
 };
 
-/// All that the command reads and, of the result blocks, the files that may be replaced. What lies where their folder should be
-/// is one, too.
+/// Of the result blocks those files may be replaced that hold one; a file must not lie where their folder should be.
 void RefuseToReplaceFiles(const ListenOptions& options, const std::vector<std::string>& recordings, const Context& context)
 {
     std::vector<std::filesystem::path> inputs{PathFromUtf8(options.detector.configuration), PathFromUtf8(options.pattern),
                                               PathFromUtf8(options.userModel)};
-    const std::filesystem::path folder = PathFromUtf8(options.saveResults);
-    std::vector<Output> outputs;
+    std::ranges::transform(recordings, std::back_inserter(inputs), PathFromUtf8);
+    const std::filesystem::path folder = PathFromUtf8(options.setup.blockFolder);
+    std::vector<Output> outputs{{folder, OutputKind::ResultBlock}};
     std::error_code error;
-    if (std::filesystem::is_directory(folder, error))
+    for (const auto& entry : std::filesystem::directory_iterator(folder, error))
     {
-        for (const auto& entry : std::filesystem::directory_iterator(folder, error))
+        const std::string name = Utf8(entry.path().filename());
+        if (name.ends_with(".result") && std::ranges::any_of(recordings, [&](const std::string& recording) {
+                return name.starts_with(Utf8(PathFromUtf8(recording).stem()) + "-");
+            }))
         {
             outputs.push_back({entry.path(), OutputKind::ResultBlock});
         }
-    }
-    else
-    {
-        outputs.push_back({folder, OutputKind::ResultBlock});
-    }
-    std::vector<std::string> stems;
-    for (const std::string& recording : recordings)
-    {
-        inputs.push_back(PathFromUtf8(recording));
-        stems.push_back(Utf8(inputs.back().stem()) + "-");
     }
     RefuseToReplace(context, inputs, outputs);
 }
@@ -136,25 +126,23 @@ ParsedBlock Parse(Detector* detector, IStream* userModel, std::span<const uint8_
 
 Report Listen(const ListenOptions& options, Context& context)
 {
-    ListeningSetup setup;
-    setup.recordings = FindRecordings(options.recordings);
+    ListeningSetup setup = options.setup;
+    setup.recordings = FindRecordings(options.setup.recordings);
     RefuseToReplaceFiles(options, setup.recordings, context);
     setup.pattern = ReadPattern(options.pattern);
     Detector detector(options.detector, context.log);
     const auto userModel = options.userModel.empty() ? EmptyStream() : OpenUserModel(PathFromUtf8(options.userModel));
     const PatternOrigin origin = ArmLibrary(options, setup.pattern, userModel.get(), &detector);
-    setup.newerPattern = options.fault == firmware::Fault::StalePattern ? origin.pattern : std::vector<uint8_t>();
+    setup.newerPattern = setup.fault == firmware::Fault::StalePattern ? origin.pattern : std::vector<uint8_t>();
     setup.detector = DetectorOf(origin.pattern);
-    setup.counter = options.counter;
-    setup.fault = options.fault;
     setup.blockSamples = static_cast<std::size_t>(options.blockMilliseconds) * SamplesPerMillisecond;
     setup.pictures = !context.page.empty();
-    setup.blockFolder = options.saveResults;
     const BlockParser parse = [&](std::span<const uint8_t> block) {
         return Parse(&detector, userModel.get(), block);
     };
-    return ListeningReport({options.pattern, setup.pattern.size(), origin.language, Remarks(options.fault, origin.difference)},
-                           HearRecordings(setup, parse, &context.progress));
+    const ListeningSubject subject{options.pattern, setup.pattern.size(), origin.language,
+                                   Remarks(setup.fault, origin.difference)};
+    return ListeningReport(subject, HearRecordings(setup, parse, &context.progress));
 }
 
 } // namespace
@@ -163,7 +151,9 @@ void AddListenCommand(CLI::App& app, Commands& commands)
 {
     CLI::App* command = app.add_subcommand("listen", "Let the DSP simulator hear recordings with an arming pattern");
     const auto options = std::make_shared<ListenOptions>();
-    command->add_option("WAV", options->recordings, "Recordings of any length and sample rate; each is heard from its beginning")
+    command
+        ->add_option("WAV", options->setup.recordings,
+                     "Recordings of any length and sample rate, folders of them, or patterns as *.wav")
         ->required()
         ->type_name("");
     command->add_option("--pattern", options->pattern, "The block that arms it, from velox-kws arm")
@@ -174,22 +164,26 @@ void AddListenCommand(CLI::App& app, Commands& commands)
                      "The pattern's language: en-US, 1033 or 0x409; without it the one whose pattern it is")
         ->type_name("LANG");
     command->add_option("--model", options->userModel, "The user's model that the pattern was built with")->type_name("FILE");
-    command->add_option("--save-results", options->saveResults, "Folder for the result blocks, a file each")->type_name("DIR");
+    command->add_option("--save-results", options->setup.blockFolder, "Folder for the result blocks, a file each")
+        ->type_name("DIR");
     commands.AddPageOption(command);
     command->add_option("--block", options->blockMilliseconds, "Audio that the simulator gets at once; default 10")
         ->check(CLI::Range(1, MostBlockMilliseconds))
         ->type_name("MILLISECONDS");
-    command->add_option("--drift", options->counter.driftPpm, "By how much the performance counter is faster than the audio")
+    command
+        ->add_option("--drift", options->setup.counter.driftPpm, "By how much the performance counter is faster than the audio")
         ->check(CLI::Range(-MostDriftPpm, MostDriftPpm))
         ->type_name("PPM");
-    command->add_option("--offset", options->counter.offset, "Performance counter at the first sample, in units of 100 ns")
+    command->add_option("--offset", options->setup.counter.offset, "Performance counter at the first sample, in units of 100 ns")
         ->type_name("TICKS");
     std::map<std::string, firmware::Fault> faults;
     for (const firmware::FaultName& fault : firmware::FaultNames)
     {
         faults.emplace(fault.name, fault.fault);
     }
-    command->add_option("--fail", options->fault, "A fault of the DSP: reset, foreign-guid, truncated, unknown-keyword or stale")
+    command
+        ->add_option("--fail", options->setup.fault,
+                     "A fault of the DSP: reset, foreign-guid, truncated, unknown-keyword or stale")
         ->transform(CLI::CheckedTransformer(faults))
         ->type_name("FAULT");
     AddDetectorOptions(command, &options->detector);

@@ -180,28 +180,6 @@ void HearRecording(Run* run, HeardFile* file, Progress* progress)
     run->Finish();
 }
 
-/// Leaves what is worth telling.
-void KeepBestPhrases(HeardFile* file)
-{
-    for (const HeardPhrase& phrase : file->phrases)
-    {
-        if (!phrase.peak.passed)
-        {
-            file->highestSilent = std::max(file->highestSilent.value_or(0), phrase.highest);
-        }
-    }
-    std::size_t nearMisses = 0;
-    for (const RankedPhrase& ranked : Ranked({file, 1}))
-    {
-        if (ranked.phrase->isNear && ++nearMisses > MostNearMisses)
-        {
-            ranked.phrase->isNear = false;
-            ++file->lowerNearMisses;
-        }
-    }
-    std::erase_if(file->phrases, [](const HeardPhrase& phrase) { return !phrase.peak.passed && !phrase.isNear; });
-}
-
 Picture CloseUp(const HeardFile& file, const engine::Detection& phrase)
 {
     const auto end = std::ssize(file.shape);
@@ -258,6 +236,36 @@ void AddPeak(const firmware::Peak& peak, uint32_t threshold, std::vector<HeardPh
     phrases->push_back(std::move(phrase));
 }
 
+void KeepBest(HeardFile* file)
+{
+    for (const HeardPhrase& phrase : file->phrases)
+    {
+        if (!phrase.peak.passed)
+        {
+            file->highestSilent = std::max(file->highestSilent.value_or(0), phrase.highest);
+        }
+    }
+    std::size_t nearMisses = 0;
+    for (const RankedPhrase& ranked : Ranked({file, 1}))
+    {
+        if (ranked.phrase->isNear && ++nearMisses > MostNearMisses)
+        {
+            ranked.phrase->isNear = false;
+            ++file->lowerNearMisses;
+        }
+    }
+    std::erase_if(file->phrases, [](const HeardPhrase& phrase) { return !phrase.peak.passed && !phrase.isNear; });
+}
+
+void DrawCloseUps(std::span<HeardFile> files)
+{
+    const std::vector<RankedPhrase> ranked = Ranked(files);
+    for (const RankedPhrase& best : std::span(ranked).first(std::min(MostCloseUps, ranked.size())))
+    {
+        best.phrase->picture = CloseUp(*best.file, best.phrase->peak.detection);
+    }
+}
+
 Heard HearRecordings(const ListeningSetup& setup, const BlockParser& parse, Progress* progress)
 {
     Heard heard;
@@ -269,7 +277,7 @@ Heard HearRecordings(const ListeningSetup& setup, const BlockParser& parse, Prog
         heard.threshold = run.Dsp().Threshold();
         heard.userModel = run.Dsp().HasUserModel();
         HearRecording(&run, &file, progress);
-        KeepBestPhrases(&file);
+        KeepBest(&file);
         const bool stopped = !file.failures.empty() && file.failures.back().exitCode == ExitCode::Interrupted;
         if (!setup.blockFolder.empty() && !stopped)
         {
@@ -281,11 +289,7 @@ Heard HearRecordings(const ListeningSetup& setup, const BlockParser& parse, Prog
             break;
         }
     }
-    const std::vector<RankedPhrase> ranked = Ranked(heard.files);
-    for (const RankedPhrase& best : std::span(ranked).first(std::min(MostCloseUps, ranked.size())))
-    {
-        best.phrase->picture = CloseUp(*best.file, best.phrase->peak.detection);
-    }
+    DrawCloseUps(heard.files);
     return heard;
 }
 

@@ -70,9 +70,15 @@ struct HeardFile
     std::vector<SampleRange> shape{};        ///< in stretches of 8 ms, for close-ups
     std::vector<CommandFailure> failures{};  ///< why it was not heard to its end, or a block not written
 };
+
 inline constexpr std::size_t MostNearMisses = 2000;
-/// Of all recordings together: of phrases that fired, then of the best near misses.
 inline constexpr std::size_t MostCloseUps = 200;
+
+/// Leaves what fired and the best near misses, and counts the rest.
+void KeepBest(HeardFile* file);
+
+/// Of all files together: of what fired, then of the best near misses. Where no shape is known the picture is empty.
+void DrawCloseUps(std::span<HeardFile> files);
 
 /// What is heard, and how.
 struct ListeningSetup

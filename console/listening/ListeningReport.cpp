@@ -77,13 +77,10 @@ struct ListeningSums
 /// Why a peak that was close did not fire.
 std::string NearMissReason(const engine::Detection& miss, double threshold)
 {
-    if (static_cast<double>(miss.phraseScore) < threshold)
-    {
-        return "the words are not clear enough";
-    }
-    return fmt::format(miss.nearMargin < 0.0F ? "it sounds like a part of the phrase (the words alone score {:.1f})"
-                                              : "the words fit (they alone score {:.1f}), the voice does not",
-                       miss.phraseScore);
+    const std::string alone = fmt::format("(the words alone score {:.1f})", miss.phraseScore);
+    return static_cast<double>(miss.phraseScore) < threshold ? "the words are not clear enough"
+           : miss.nearMargin < 0.0F                          ? "it sounds like a part of the phrase " + alone
+                                                             : "the words fit, the voice does not " + alone;
 }
 
 /// What the host learned of a phrase that fired.
@@ -231,7 +228,7 @@ std::vector<Fact> FactsOf(const ListeningSubject& subject, const Heard& heard, c
         {"language", subject.language, "language", LanguageText(subject.language)},
         {"userModel", heard.userModel, "model", heard.userModel ? "a user's" : "everybody's"},
         {"threshold", ScoreOf(heard.threshold), "threshold", fmt::format("{:g}", ScoreOf(heard.threshold)),
-         "the least score that fires; ten more give about a third of the false alarms"},
+         "the least score that fires; with ten more there are 2.7 times fewer false alarms"},
         {"seconds", all.seconds, "heard", DurationText(all.seconds) + " in " + Counted(heard.files.size(), "file")},
         {"detections", all.reported, "detections",
          fmt::format("{}", all.reported) + (hasRate ? fmt::format(" ({:.1f} per hour)", perHour) : "")},
