@@ -223,7 +223,7 @@ void AddPeak(const firmware::Peak& peak, uint32_t threshold, std::vector<HeardPh
         // They come in the order of their ends: only the last ones can.
         return !phrases->empty() && Overlap(phrases->back().peak, peak);
     };
-    while (lastOverlaps() && Rank(phrases->back()) < Rank(phrase))
+    while (lastOverlaps() && !phrases->back().peak.passed && Rank(phrases->back()) < Rank(phrase))
     {
         phrase.highest = std::max(phrase.highest, phrases->back().highest);
         phrases->pop_back();
@@ -238,19 +238,14 @@ void AddPeak(const firmware::Peak& peak, uint32_t threshold, std::vector<HeardPh
 
 void KeepBest(HeardFile* file)
 {
-    for (const HeardPhrase& phrase : file->phrases)
-    {
-        if (!phrase.peak.passed)
-        {
-            file->highestSilent = std::max(file->highestSilent.value_or(0), phrase.highest);
-        }
-    }
     std::size_t nearMisses = 0;
     for (const RankedPhrase& ranked : Ranked({file, 1}))
     {
-        if (ranked.phrase->isNear && ++nearMisses > MostNearMisses)
+        HeardPhrase& phrase = *ranked.phrase;
+        file->highestSilent = phrase.peak.passed ? file->highestSilent : std::max(file->highestSilent, {phrase.highest});
+        if (phrase.isNear && ++nearMisses > MostNearMisses)
         {
-            ranked.phrase->isNear = false;
+            phrase.isNear = false;
             ++file->lowerNearMisses;
         }
     }

@@ -50,16 +50,9 @@ struct ListeningSums
             for (const CommandFailure& failure : file.failures)
             {
                 unreadable += failure.exitCode == ExitCode::BadInput ? 1U : 0U;
-                worst = worst == nullptr || Weight(failure) > Weight(*worst) ? &failure : worst;
-                ++failures;
+                worst = worst == nullptr || failure.exitCode > worst->exitCode ? &failure : worst;
             }
         }
-    }
-
-    /// Which exit code counts: what ended the run, what is lost, what was not heard.
-    static int Weight(const CommandFailure& failure)
-    {
-        return failure.exitCode == ExitCode::BadInput ? 0 : static_cast<int>(failure.exitCode);
     }
 
     double seconds = 0.0;
@@ -69,9 +62,8 @@ struct ListeningSums
     std::size_t resets = 0;
     std::size_t nearMisses = 0;
     std::size_t unreadable = 0;
-    std::size_t failures = 0;
     std::optional<uint16_t> highestSilent;
-    const CommandFailure* worst = nullptr;
+    const CommandFailure* worst = nullptr; ///< that which lost most has the highest exit code
 };
 
 /// Why a peak that was close did not fire.

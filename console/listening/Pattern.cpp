@@ -1,6 +1,5 @@
 #include "console/listening/Pattern.h"
 
-#include "console/hosting/StandInModels.h"
 #include "console/inspect/Inspection.h"
 #include "console/text/CommandFailure.h"
 #include "console/text/LanguageName.h"
@@ -31,11 +30,11 @@ std::optional<Problem> OtherKind(std::span<const uint8_t> bytes, const std::stri
     {
         return Problem{"a recording", "Name the arming block after --pattern, and recordings without it."};
     }
-    engine::PhraseModel model;
-    switch (const FileKind kind = RecogniseFile(bytes))
+    const Inspection inspection = Inspect(bytes);
+    switch (inspection.kind)
     {
     case FileKind::FirmwareModel:
-        return ReadWholePhraseModel(bytes, &model) && !model.speaker
+        return !inspection.facts.empty() && !inspection.ofUser
                    ? Problem{"everybody's model", "Make its arming block with velox-kws arm LANG --out pattern.bin."}
                    : Problem{"a user model",
                              "Make its arming block with velox-kws arm LANG --model " + file + " --out pattern.bin."};
@@ -46,7 +45,8 @@ std::optional<Problem> OtherKind(std::span<const uint8_t> bytes, const std::stri
     case FileKind::Unknown:
         return std::nullopt;
     default:
-        return Problem{fmt::format("no arming block but: {}", FileKindName(kind)), "Name the block from velox-kws arm."};
+        return Problem{fmt::format("no arming block but: {}", FileKindName(inspection.kind)),
+                       "Name the block from velox-kws arm."};
     }
 }
 
