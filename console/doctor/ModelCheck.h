@@ -1,7 +1,7 @@
 #pragma once
 
 #include "console/doctor/Finding.h"
-#include "console/inspect/InspectionRecord.h"
+#include "console/inspect/Inspection.h"
 
 namespace velox::console
 {
@@ -10,9 +10,9 @@ namespace velox::console
 struct ModelVerdict
 {
     Severity severity = Severity::Good;
-    std::string message; ///< goes on after the file's name, without a full stop
-    std::string effect;
-    std::string fix;
+    std::string message{}; ///< goes on after the file's name, without a full stop
+    std::string effect{};
+    std::string fix{};
     bool engineRefuses = false;
 };
 

@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
+#include <cctype>
 
 namespace velox::console
 {
@@ -15,6 +15,15 @@ namespace
 
 constexpr std::string_view ChooseFix =
     "Write a number between 0 and 255; a higher one gives fewer false triggers and more missed ones.";
+
+constexpr std::string_view WriteANumber = "Write one decimal number with a point, such as 0.75, as plain text.";
+
+/// A reason as a sentence begins.
+std::string Capital(std::string text)
+{
+    text.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(text.front())));
+    return text;
+}
 
 } // namespace
 
@@ -34,8 +43,8 @@ void CheckThreshold(const NamedFile& file, std::string_view what, Findings* find
     };
     if (!text.isNumber)
     {
-        add(Severity::Error, 0, fmt::format("counts as 0. {}", text.whatIsWrong),
-            "The library says nothing about it, and every score above 0 is a detection.", text.fix);
+        add(Severity::Error, 0, fmt::format("counts as 0: {}.", text.whatIsWrong),
+            "The library says nothing about it, and every score above 0 is a detection.", WriteANumber);
         return;
     }
     const std::string is = fmt::format("is {}, in the library {}.", text.text, Q8Text(text.q8));
@@ -52,7 +61,8 @@ void CheckThreshold(const NamedFile& file, std::string_view what, Findings* find
     else if (!text.rest.empty())
     {
         const bool comma = text.rest.front() == ',';
-        add(comma ? Severity::Error : Severity::Warning, text.restOffset, is, text.whatIsWrong, text.fix);
+        add(comma ? Severity::Error : Severity::Warning, text.restOffset, is, fmt::format("{}.", Capital(text.whatIsWrong)),
+            WriteANumber);
     }
     else
     {

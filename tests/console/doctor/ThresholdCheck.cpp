@@ -29,7 +29,7 @@ TEST(ThresholdCheck, EachTextHasOneFindingWithItsLine)
     } cases[]{{"100\n", Severity::Good, 1, "is 100, in the library 25600 (100)."},
               {"\n\n 0", Severity::Good, 3, "is 0, in the library 0 (0)."},
               {"255", Severity::Good, 1, "is 255,"},
-              {"", Severity::Error, 1, "counts as 0. The file holds no number: it is empty."},
+              {"", Severity::Error, 1, "counts as 0: the file holds no number: it is empty."},
               {"-0.5", Severity::Error, 1, "is -0.5,"},
               {"255.5", Severity::Error, 1, "is 255.5,"},
               {"1e9", Severity::Error, 1, "The number does not fit into 32 bits."},
