@@ -51,7 +51,7 @@ std::vector<std::filesystem::path> FilesBelow(const std::filesystem::path& folde
 constexpr std::size_t SilenceSamples = 3 * engine::SampleRate / 10;
 
 /// What makes a take useless, in the trainer's eyes.
-std::optional<TakeRemark> WhyUseless(const std::string& name, const Audio& audio)
+std::optional<Remark> WhyUselessForTraining(const Audio& audio)
 {
     std::vector<float> padded(SilenceSamples, 0.0F);
     padded.insert(padded.end(), audio.samples.begin(), audio.samples.end());
@@ -66,7 +66,7 @@ std::optional<TakeRemark> WhyUseless(const std::string& name, const Audio& audio
     {
         *review.firstClipped -= SilenceSamples;
     }
-    return ReportTake(name, audio, review, TakeEvidence{}).remarks.front();
+    return WhyUseless(review, audio.seconds);
 }
 
 class Reader
@@ -83,7 +83,7 @@ public:
         {
             return;
         }
-        if (const std::optional<TakeRemark> useless = WhyUseless(Utf8(file), *audio))
+        if (const std::optional<Remark> useless = WhyUselessForTraining(*audio))
         {
             read.leftOut.push_back({Utf8(file), *useless});
             return;
@@ -111,12 +111,7 @@ private:
         }
         catch (const CommandFailure& failure)
         {
-            TakeRemark why = ReportUnreadable(Utf8(file), failure).remarks.front();
-            if (why.text.ends_with('.'))
-            {
-                why.text.pop_back();
-            }
-            read.leftOut.push_back({Utf8(file), std::move(why)});
+            read.leftOut.push_back({Utf8(file), UnreadableRemark(Utf8(file), failure)});
             return std::nullopt;
         }
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/takes/Remark.h"
+#include "console/report/Report.h"
 #include "console/text/Progress.h"
 #include "engine/training/LanguageTrainer.h"
 
@@ -13,7 +13,7 @@ namespace velox::console
 struct LeftOutRecording
 {
     std::string file;
-    TakeRemark why;
+    Remark why;
 };
 
 /// What a language is learned from, as it was found in folders.

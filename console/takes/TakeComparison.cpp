@@ -71,9 +71,9 @@ std::optional<TakeRemark> UnlikeInVoice(const Comparison& model, std::optional<d
         return std::nullopt;
     }
     return TakeRemark{"UnlikeInVoice",
-                  fmt::format("unlike the others: a model of the other takes gives it {:.0f}, and must give more than {:g}",
-                              model.own, *userThreshold),
-                  "Is it the same person, at the same distance? Record it again."};
+                      fmt::format("unlike the others: a model of the other takes gives it {:.0f}, and must give more than {:g}",
+                                  model.own, *userThreshold),
+                      "Is it the same person, at the same distance? Record it again."};
 }
 
 std::optional<TakeRemark> UnlikeInLength(const Comparison& seconds)
@@ -86,9 +86,9 @@ std::optional<TakeRemark> UnlikeInLength(const Comparison& seconds)
         return std::nullopt;
     }
     return TakeRemark{"UnlikeInLength",
-                  fmt::format("unlike the others: the phrase takes {:.2f} s, in the others {:.2f} s", seconds.own,
-                              seconds.MiddleOfOthers()),
-                  "Say it at your usual pace."};
+                      fmt::format("unlike the others: the phrase takes {:.2f} s, in the others {:.2f} s", seconds.own,
+                                  seconds.MiddleOfOthers()),
+                      "Say it at your usual pace."};
 }
 
 std::optional<TakeRemark> UnlikeInLevel(const Comparison& level)
@@ -110,8 +110,8 @@ std::optional<TakeRemark> UnlikeInScore(const Comparison& score)
         return std::nullopt;
     }
     return TakeRemark{"UnlikeInScore",
-                  fmt::format("unlike the others: it scores {:.0f}, the others {:.0f}", score.own, score.MiddleOfOthers()),
-                  "Say the phrase more clearly."};
+                      fmt::format("unlike the others: it scores {:.0f}, the others {:.0f}", score.own, score.MiddleOfOthers()),
+                      "Say the phrase more clearly."};
 }
 
 /// The first difference that holds.

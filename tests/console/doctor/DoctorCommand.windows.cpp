@@ -3,7 +3,7 @@
 
 #include "console/hosting/Detector.h"
 #include "console/hosting/UserModelStream.h"
-#include "console/listening/PatternOrigin.h"
+#include "console/listening/Pattern.h"
 #include "console/text/Utf8Path.h"
 #include "tests/console/support/DoctorDefects.h"
 #include "tests/console/support/InspectionSamples.h"
