@@ -146,9 +146,9 @@ struct AudioStream::State
 {
     struct DeleteResampler
     {
-        void operator()(SRC_STATE* resampler) const
+        void operator()(SRC_STATE* converter) const
         {
-            src_delete(resampler);
+            src_delete(converter);
         }
     };
 

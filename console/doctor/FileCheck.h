@@ -1,15 +1,20 @@
 #pragma once
 
 #include "console/doctor/Finding.h"
+#include "console/doctor/NamedFile.h"
 #include "console/inspect/Inspection.h"
 
 namespace velox::console
 {
 
-/// What there is to say about a model file, or about models together.
+/// What there is to say about a threshold file that can be read, with its line.
+/// @param what  the threshold, at the beginning of a sentence
+Finding CheckThreshold(const NamedFile& file, std::string_view what);
+
+/// What there is to say about a model file, or about models together; the place is the caller's.
 struct ModelVerdict
 {
-    Severity severity = Severity::Good;
+    Tone tone = Tone::Good;
     std::string message{}; ///< goes on after the file's name, without a full stop
     std::string effect{};
     std::string fix{};
