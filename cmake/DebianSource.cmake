@@ -1,28 +1,23 @@
-# Third-party libraries that the Windows target needs, built with the cross compiler from Debian's source packages.
-#
-# velox_cross_build(NAME CMAKE-ARGUMENTS...) builds the source package NAME, in the version that DependencyVersions.cmake pins,
-# once per build folder, and puts its install tree on CMAKE_PREFIX_PATH.
+# Third-party libraries that the Windows target needs, compiled from Debian's source packages with the project: without their own
+# configure checks, which take longer than their sources do.
 include(DependencyVersions)
 
-function(velox_cross_build name)
+# velox_debian_source(NAME OUT): unpacks the source package NAME, in the version that DependencyVersions.cmake pins, once per build
+# folder; OUT is set to its folder.
+function(velox_debian_source name out)
     set(version ${VELOX_VERSION_${name}})
     set(root ${PROJECT_BINARY_DIR}/third-party/${name}-${version})
-    if(NOT EXISTS ${root}/install/.complete)
-        message(STATUS "Building ${name} ${version} for Windows")
+    if(NOT EXISTS ${root}/.complete)
         execute_process(COMMAND ${PROJECT_SOURCE_DIR}/scripts/fetch-debian-source ${name} ${version} ${root}/source
             COMMAND_ERROR_IS_FATAL ANY)
-        execute_process(
-            COMMAND ${CMAKE_COMMAND} -S ${root}/source -B ${root}/build -G ${CMAKE_GENERATOR} -Wno-deprecated
-                -DCMAKE_TOOLCHAIN_FILE=${CMAKE_TOOLCHAIN_FILE} -DCMAKE_BUILD_TYPE=Release
-                -DCMAKE_INSTALL_PREFIX=${root}/install -DCMAKE_INSTALL_LIBDIR=lib
-                -DCMAKE_INSTALL_INCLUDEDIR=include -DCMAKE_INSTALL_BINDIR=bin ${ARGN}
-            COMMAND_ERROR_IS_FATAL ANY OUTPUT_QUIET)
-        execute_process(COMMAND ${CMAKE_COMMAND} --build ${root}/build --target install
-            COMMAND_ERROR_IS_FATAL ANY OUTPUT_QUIET)
-        file(TOUCH ${root}/install/.complete)
+        file(TOUCH ${root}/.complete)
     endif()
-    list(APPEND CMAKE_PREFIX_PATH ${root}/install)
-    list(APPEND CMAKE_FIND_ROOT_PATH ${root}/install)
-    set(CMAKE_PREFIX_PATH ${CMAKE_PREFIX_PATH} PARENT_SCOPE)
-    set(CMAKE_FIND_ROOT_PATH ${CMAKE_FIND_ROOT_PATH} PARENT_SCOPE)
+    set(${out} ${root}/source PARENT_SCOPE)
+endfunction()
+
+# velox_third_party(TARGET INCLUDE-FOLDER SOURCES...): a static library, compiled without warnings and debug information.
+function(velox_third_party target include)
+    add_library(${target} STATIC EXCLUDE_FROM_ALL ${ARGN})
+    target_include_directories(${target} SYSTEM PUBLIC ${include})
+    target_compile_options(${target} PRIVATE -w -g0)
 endfunction()

@@ -1,9 +1,12 @@
-# kissfft: the distribution's shared library natively, its source package cross-built as a static one for Windows from Linux. Gives
-# the target kissfft::kissfft-float.
+# kissfft: the distribution's shared library natively, its source package compiled for Windows from Linux. Gives the target
+# kissfft::kissfft-float.
 if(MINGW AND CMAKE_CROSSCOMPILING)
     include(DebianSource)
-    velox_cross_build(kissfft -DKISSFFT_TEST=OFF -DKISSFFT_TOOLS=OFF -DKISSFFT_STATIC=ON -DKISSFFT_DATATYPE=float)
-    find_package(kissfft REQUIRED COMPONENTS STATIC)
+    velox_debian_source(kissfft kissfft)
+    velox_third_party(kissfft ${kissfft} ${kissfft}/kiss_fft.c ${kissfft}/kiss_fftr.c)
+    target_compile_definitions(kissfft PUBLIC kiss_fft_scalar=float)
+    target_compile_options(kissfft PRIVATE -ffast-math -fomit-frame-pointer)
+    add_library(kissfft::kissfft-float ALIAS kissfft)
 else()
     find_package(kissfft REQUIRED COMPONENTS SHARED)
 endif()

@@ -15,9 +15,10 @@ public:
     ConsoleSetup& operator=(const ConsoleSetup&) = delete;
     ~ConsoleSetup();
 
-    bool OutputIsTerminal() const
+    /// Whether the output is a terminal that knows escape sequences.
+    bool OutputTakesColours() const
     {
-        return outputIsTerminal;
+        return outputTakesColours;
     }
 
     bool ErrorsAreTerminal() const
@@ -27,7 +28,7 @@ public:
 
 private:
     UINT formerCodePage;
-    bool outputIsTerminal;
+    bool outputTakesColours;
     bool errorsAreTerminal;
 };
 

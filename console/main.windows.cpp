@@ -144,7 +144,7 @@ int main()
 {
     const ConsoleSetup console;
     SetConsoleCtrlHandler(OnControl, TRUE);
-    const bool coloured = WantsColour(console.OutputIsTerminal(), std::getenv("NO_COLOR")); // NOLINT(concurrency-mt-unsafe)
+    const bool coloured = WantsColour(console.OutputTakesColours(), std::getenv("NO_COLOR")); // NOLINT(concurrency-mt-unsafe)
     CommandLine commandLine;
     const Report report = commandLine.Run(Utf8Arguments(), coloured, console.ErrorsAreTerminal());
     std::cout << commandLine.help;

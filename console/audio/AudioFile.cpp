@@ -85,8 +85,23 @@ std::streamoff MissingBytes(const std::filesystem::path& file)
     return 0;
 }
 
+std::string ConversionText(const SF_INFO& info)
+{
+    if (info.samplerate == SamplesPerSecond && info.channels == 1)
+    {
+        return {};
+    }
+    const std::string channels = info.channels == 1   ? "mono"
+                                 : info.channels == 2 ? "stereo"
+                                                      : fmt::format("{} channels", info.channels);
+    const char* band = info.samplerate < SamplesPerSecond ? ", which lacks the upper part of speech" : "";
+    return fmt::format("converted from {:g} kHz {}{}", info.samplerate / 1000.0, channels, band);
+}
+
+} // namespace
+
 /// What is found out about the sound on the way.
-struct Listened
+struct AudioStream::Listened
 {
     std::size_t beyondFullScale = 0;
     float peak = 0.0F;
@@ -127,31 +142,16 @@ struct Listened
     }
 };
 
-struct DeleteResampler
-{
-    void operator()(SRC_STATE* resampler) const
-    {
-        src_delete(resampler);
-    }
-};
-
-std::string ConversionText(const SF_INFO& info)
-{
-    if (info.samplerate == SamplesPerSecond && info.channels == 1)
-    {
-        return {};
-    }
-    const std::string channels = info.channels == 1   ? "mono"
-                                 : info.channels == 2 ? "stereo"
-                                                      : fmt::format("{} channels", info.channels);
-    const char* band = info.samplerate < SamplesPerSecond ? ", which lacks the upper part of speech" : "";
-    return fmt::format("converted from {:g} kHz {}{}", info.samplerate / 1000.0, channels, band);
-}
-
-} // namespace
-
 struct AudioStream::State
 {
+    struct DeleteResampler
+    {
+        void operator()(SRC_STATE* resampler) const
+        {
+            src_delete(resampler);
+        }
+    };
+
     explicit State(const std::filesystem::path& soundFile) : file(soundFile)
     {
         CheckFile(file);

@@ -39,6 +39,7 @@ public:
     Audio Summary() const;
 
 private:
+    struct Listened;
     struct State;
     std::unique_ptr<State> state;
 };

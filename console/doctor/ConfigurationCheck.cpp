@@ -1,12 +1,16 @@
 #include "console/doctor/ConfigurationCheck.h"
 
-#include "console/doctor/ConfigurationXml.h"
-#include "console/doctor/LanguageCheck.h"
 #include "console/doctor/NamedFile.h"
+#include "console/hosting/ConfigurationXml.h"
+#include "console/text/LanguageName.h"
 #include "console/text/NumberText.h"
 #include "console/text/Utf8Path.h"
+#include "console/text/Words.h"
+#include "console/text/WriteWhole.h"
 
 #include <fmt/format.h>
+
+#include <utf8.h>
 
 #include <algorithm>
 
@@ -24,9 +28,8 @@ constexpr unsigned int LargestLanguageId = 0xFFFF;
 class RootChecker
 {
 public:
-    RootChecker(const tinyxml2::XMLElement& element, std::string file, const LanguageNames& languageNames,
-                ConfigurationCheck* result)
-        : root(element), configuration(std::move(file)), names(languageNames), check(result)
+    RootChecker(const tinyxml2::XMLElement& element, std::string file, ConfigurationCheck* result)
+        : root(element), configuration(std::move(file)), check(result)
     {
     }
 
@@ -39,11 +42,10 @@ public:
     }
 
 private:
-    void Add(Severity severity, int line, std::string message, std::string effect, std::string fix,
-             std::vector<Failure> failures = {})
+    void Add(Tone tone, int line, std::string message, std::string effect, std::string fix, std::vector<Failure> failures = {})
     {
         check->findings.push_back(
-            {severity, configuration, line, std::move(message), std::move(effect), std::move(fix), std::move(failures)});
+            {tone, configuration, line, std::move(message), std::move(effect), std::move(fix), std::move(failures)});
     }
     int LineOf(const char* attribute) const
     {
@@ -57,7 +59,7 @@ private:
     void CheckConstraintsText(const NamedFile& file);
     void CheckLanguages();
     /// @return whether the language can be asked for
-    bool CheckId(const tinyxml2::XMLElement& language, unsigned int id);
+    bool CheckId(const tinyxml2::XMLAttribute& attribute, unsigned int id);
     void CheckIdText(const tinyxml2::XMLAttribute& attribute, unsigned int id);
     void AddInvalidId(const tinyxml2::XMLElement& language);
 
@@ -69,9 +71,7 @@ private:
 
     const tinyxml2::XMLElement& root;
     std::string configuration;
-    const LanguageNames& names;
     ConfigurationCheck* check;
-    NamedFiles files;
     std::string directory;
     bool filesReachable = false;
     std::vector<KnownId> knownIds;
@@ -84,7 +84,7 @@ void RootChecker::CheckUnknownAttributes()
         const std::string_view name = attribute->Name();
         if (name != "directory" && name != "constraints")
         {
-            Add(Severity::Warning, attribute->GetLineNum(), fmt::format("{} is no attribute that the library knows.", name),
+            Add(Tone::Warning, attribute->GetLineNum(), fmt::format("{} is no attribute that the library knows.", name),
                 "It is ignored.", "Remove it, or correct its name; upper and lower case count.");
         }
     }
@@ -97,9 +97,8 @@ void RootChecker::CheckDirectory()
     const int line = LineOf("directory");
     if (value == nullptr)
     {
-        Add(Severity::Error, line,
-            fmt::format("<{}> has no attribute directory, the folder of models and thresholds.", root.Name()), {},
-            "Add directory=\"C:\\...\" to it, without a backslash at the end.", needs);
+        Add(Tone::Bad, line, fmt::format("<{}> has no attribute directory, the folder of models and thresholds.", root.Name()),
+            {}, "Add directory=\"C:\\...\" to it, without a backslash at the end.", needs);
         return;
     }
     directory = value;
@@ -108,24 +107,24 @@ void RootChecker::CheckDirectory()
     if (IsAscii(directory) && !directory.empty() && !std::filesystem::is_directory(directory, error))
     {
         const bool exists = std::filesystem::exists(directory, error);
-        Add(Severity::Error, line, fmt::format("The directory \"{}\" {}.", directory, exists ? "is no folder" : "does not exist"),
-            {}, "Make the folder and put the models there, or correct the attribute.", needs);
+        Add(Tone::Bad, line, fmt::format("The directory \"{}\" {}.", directory, exists ? "is no folder" : "does not exist"), {},
+            "Make the folder and put the models there, or correct the attribute.", needs);
         return;
     }
     filesReachable = true;
     if (!IsAbsolute(directory))
     {
-        Add(Severity::Warning, line, fmt::format("The directory \"{}\" is no whole path.", directory),
+        Add(Tone::Warning, line, fmt::format("The directory \"{}\" is no whole path.", directory),
             "It is looked for from the folder that the process happens to be in.", "Write the whole path, such as C:\\...");
     }
     else if (directory.ends_with('\\') || directory.ends_with('/'))
     {
-        Add(Severity::Note, line, fmt::format("The directory \"{}\" ends in a separator.", directory),
+        Add(Tone::Note, line, fmt::format("The directory \"{}\" ends in a separator.", directory),
             "The library adds another one; Windows accepts that.", "Leave the last one out.");
     }
     else
     {
-        Add(Severity::Good, line, fmt::format("The directory \"{}\" exists.", directory), {}, {});
+        Add(Tone::Good, line, fmt::format("The directory \"{}\" exists.", directory), {}, {});
     }
 }
 
@@ -136,21 +135,22 @@ void RootChecker::CheckConstraints()
     const int line = LineOf("constraints");
     if (value == nullptr)
     {
-        Add(Severity::Error, line, fmt::format("<{}> has no attribute constraints, the platform-constraints file.", root.Name()),
-            {}, "Add constraints=\"C:\\...\" with the file's whole path; an empty file is fine.", needs);
+        Add(Tone::Bad, line, fmt::format("<{}> has no attribute constraints, the platform-constraints file.", root.Name()), {},
+            "Add constraints=\"C:\\...\" with the file's whole path; an empty file is fine.", needs);
         return;
     }
-    const NamedFile& file = files.Read(value);
+    const NamedFile file = ReadNamedFile(value);
+    check->files.push_back({"constraints", value});
     if (!file.readable)
     {
         const Absence absence = WhyNotReadable(value);
-        Add(Severity::Error, line, fmt::format("The constraints file \"{}\" {}.", value, absence.why), {},
+        Add(Tone::Bad, line, fmt::format("The constraints file \"{}\" {}.", value, absence.why), {},
             absence.fix + " An empty file is fine.", needs);
         return;
     }
     if (!IsAbsolute(value))
     {
-        Add(Severity::Warning, line, fmt::format("The constraints file \"{}\" is no whole path.", value),
+        Add(Tone::Warning, line, fmt::format("The constraints file \"{}\" is no whole path.", value),
             "It is looked for from the folder that the process happens to be in.",
             "Write the whole path; directory does not apply.");
     }
@@ -159,28 +159,27 @@ void RootChecker::CheckConstraints()
 
 void RootChecker::CheckConstraintsText(const NamedFile& file)
 {
-    const std::string_view text(reinterpret_cast<const char*>(file.bytes.data()), file.bytes.size());
+    const std::string_view text = AsText(file.bytes);
     std::string_view first = text.substr(0, text.find('\n'));
     if (first.ends_with('\r'))
     {
         first.remove_suffix(1);
     }
-    const auto add = [&](Severity severity, int line, std::string message, std::string effect, std::string fix) {
-        check->findings.push_back({severity, file.path, line, std::move(message), std::move(effect), std::move(fix), {}});
+    const auto add = [&](Tone tone, int line, std::string message, std::string effect, std::string fix) {
+        check->findings.push_back({tone, file.path, line, std::move(message), std::move(effect), std::move(fix)});
     };
     const std::size_t lineEnd = std::min(text.find('\n'), text.size());
     if (text.starts_with("\xEF\xBB\xBF"))
     {
-        add(Severity::Warning, 1, "The constraints begin with an invisible byte order mark (EF BB BF).",
+        add(Tone::Warning, 1, "The constraints begin with an invisible byte order mark (EF BB BF).",
             "The engine gets it as a part of the text.", "Save the file without it.");
     }
     if (text.find_first_not_of(" \t\r\n", lineEnd) != std::string_view::npos)
     {
-        add(Severity::Warning, 2, "The constraints file has more than one line.",
+        add(Tone::Warning, 2, "The constraints file has more than one line.",
             fmt::format("The engine gets the first one only: \"{}\".", first), "Write everything on one line.");
     }
-    add(Severity::Good, 1, first.empty() ? "There are no constraints." : fmt::format("The constraints are \"{}\".", first), {},
-        {});
+    add(Tone::Good, 1, first.empty() ? "There are no constraints." : fmt::format("The constraints are \"{}\".", first), {}, {});
 }
 
 /// An element without a valid id ends every lookup that gets there.
@@ -204,7 +203,7 @@ void RootChecker::AddInvalidId(const tinyxml2::XMLElement& language)
         }
     }
     const tinyxml2::XMLAttribute* attribute = language.FindAttribute("id");
-    Add(Severity::Error, attribute == nullptr ? language.GetLineNum() : attribute->GetLineNum(),
+    Add(Tone::Bad, attribute == nullptr ? language.GetLineNum() : attribute->GetLineNum(),
         attribute == nullptr ? fmt::format("<{}> has no attribute id, the language's number.", language.Name())
                              : fmt::format("The id \"{}\" is no number.", attribute->Value()),
         behind.empty() ? "The languages cannot be announced."
@@ -214,30 +213,25 @@ void RootChecker::AddInvalidId(const tinyxml2::XMLElement& language)
 
 void RootChecker::CheckIdText(const tinyxml2::XMLAttribute& attribute, unsigned int id)
 {
-    const NumberText text = ReadNumberText(attribute.Value());
-    if (text.tooLarge || !text.rest.empty())
+    const std::string message = fmt::format("The id is written \"{}\".", attribute.Value());
+    if (const auto odd = OddNumber(attribute.Value(), id))
     {
-        Add(Severity::Warning, attribute.GetLineNum(), fmt::format("The id is written \"{}\".", attribute.Value()),
-            text.tooLarge ? "The number is beyond 32 bits, and its value depends on the C runtime."
-                          : fmt::format("The library takes {} and ignores \"{}\".", id, text.rest),
-            "Write the language's number alone.");
+        Add(Tone::Warning, attribute.GetLineNum(), message, *odd, "Write the language's number alone.");
     }
-    else if (text.hexadecimal)
+    else if (ReadNumberText(attribute.Value()).hexadecimal)
     {
-        Add(Severity::Note, attribute.GetLineNum(), fmt::format("The id is written \"{}\".", attribute.Value()),
-            fmt::format("The library takes it for {}.", id), "Write it in decimal.");
+        Add(Tone::Note, attribute.GetLineNum(), message, fmt::format("The library takes it for {}.", id), "Write it in decimal.");
     }
 }
 
-bool RootChecker::CheckId(const tinyxml2::XMLElement& language, unsigned int id)
+bool RootChecker::CheckId(const tinyxml2::XMLAttribute& attribute, unsigned int id)
 {
-    const tinyxml2::XMLAttribute& attribute = *language.FindAttribute("id");
     const int line = attribute.GetLineNum();
     CheckIdText(attribute, id);
     if (id > LargestLanguageId)
     {
         const auto announced = static_cast<uint16_t>(id);
-        Add(Severity::Error, line, fmt::format("The id \"{}\" is outside of 1 to {}.", attribute.Value(), LargestLanguageId),
+        Add(Tone::Bad, line, fmt::format("The id \"{}\" is outside of 1 to {}.", attribute.Value(), LargestLanguageId),
             fmt::format("GetCapabilities announces it as {}, but no operation finds it under any number.", announced),
             "Write the language's Windows number, such as 1033.");
         return false;
@@ -245,21 +239,20 @@ bool RootChecker::CheckId(const tinyxml2::XMLElement& language, unsigned int id)
     const auto earlier = std::find_if(knownIds.begin(), knownIds.end(), [&](const KnownId& known) { return known.id == id; });
     if (earlier != knownIds.end())
     {
-        Add(Severity::Warning, line, fmt::format("Language {} stands a second time; the first is in line {}.", id, earlier->line),
+        Add(Tone::Warning, line, fmt::format("Language {} stands a second time; the first is in line {}.", id, earlier->line),
             "The first one counts, this one is never read. GetCapabilities announces the language twice.", "Remove one of them.");
         return false;
     }
     knownIds.push_back({id, line});
-    const auto language16 = static_cast<uint16_t>(id);
-    const std::string name = names(language16);
+    const std::string name = LanguageDisplayName(static_cast<uint16_t>(id));
     if (name.empty())
     {
-        Add(Severity::Warning, line, fmt::format("Windows knows no language with the number {} (0x{:04X}).", id, id),
+        Add(Tone::Warning, line, fmt::format("Windows knows no language with the number {} (0x{:04X}).", id, id),
             "Windows will not ask for it.", "Look the number up: English (United States) is 1033.");
     }
     else
     {
-        Add(Severity::Good, line, fmt::format("Language {} is {}.", id, name), {}, {});
+        Add(Tone::Good, line, fmt::format("Language {} is {}.", id, name), {}, {});
     }
     return true;
 }
@@ -268,13 +261,13 @@ void RootChecker::CheckLanguages()
 {
     if (root.FirstChildElement() == nullptr)
     {
-        Add(Severity::Error, root.GetLineNum(), fmt::format("<{}> holds no language.", root.Name()),
+        Add(Tone::Bad, root.GetLineNum(), fmt::format("<{}> holds no language.", root.Name()),
             "The detector announces no language, and refuses every one.",
             "Add a language element; docs/configuration.md has an example.", FailuresOf({Verification, Training, Arming}, {}));
         return;
     }
     bool reachable = true;
-    const LanguageSurroundings surroundings{configuration, directory, filesReachable, files};
+    const LanguageSurroundings surroundings{configuration, directory, filesReachable};
     for (const auto* language = root.FirstChildElement(); language != nullptr; language = language->NextSiblingElement())
     {
         unsigned int id = 0;
@@ -287,25 +280,59 @@ void RootChecker::CheckLanguages()
             }
             reachable = false;
         }
-        else if (CheckId(*language, id) && reachable)
+        else if (CheckId(*attribute, id) && reachable)
         {
             check->languages.push_back(static_cast<uint16_t>(id));
-            check->files += CheckLanguage(*language, static_cast<uint16_t>(id), surroundings, &check->findings);
+            CheckLanguage(*language, static_cast<uint16_t>(id), surroundings, &check->findings);
+            const std::vector<ConfiguredFile> files = FilesOf(*language, directory);
+            check->files.insert(check->files.end(), files.begin(), files.end());
         }
+    }
+}
+
+/// What the parser lets pass without a word.
+void CheckText(const std::string& file, std::span<const uint8_t> bytes, Findings* findings)
+{
+    std::string_view text = AsText(bytes);
+    if (const std::size_t zero = text.find('\0'); zero != text.npos)
+    {
+        findings->push_back({Tone::Warning, file, LineAt(text, zero),
+                             fmt::format("There is a zero byte at 0x{:04X}: the file may have been cut and overwritten.", zero),
+                             "The library ignores everything behind it.", "Write the file anew."});
+        text = text.substr(0, zero);
+    }
+    if (const std::size_t malformed = utf8::find_invalid(text); malformed != text.npos)
+    {
+        findings->push_back({Tone::Warning, file, LineAt(text, malformed), "A character is not valid UTF-8.",
+                             "The library hands its bytes on as they are.", "Save the file as UTF-8."});
     }
 }
 
 } // namespace
 
-ConfigurationCheck CheckConfiguration(const std::filesystem::path& file, const LanguageNames& names)
+ConfigurationCheck CheckConfiguration(const std::filesystem::path& file)
 {
     ConfigurationCheck check;
+    const std::string name = Utf8(file);
     tinyxml2::XMLDocument document;
-    check.usable = LoadConfigurationXml(file, &document, &check.findings);
-    if (check.usable)
+    const auto problem = LoadConfigurationXml(file, &document);
+    check.usable = !problem;
+    if (problem)
     {
-        RootChecker(*document.FirstChildElement(), Utf8(file), names, &check).Run();
+        check.findings.push_back({Tone::Bad, name, problem->line, problem->message, "Nothing works: every operation fails.",
+                                  problem->fix, EveryOperation()});
+        return check;
     }
+    CheckText(name, ReadWhole(file), &check.findings);
+    const tinyxml2::XMLElement& root = *document.FirstChildElement();
+    check.findings.push_back({Tone::Good, name, root.GetLineNum(), "The file is well-formed XML."});
+    if (const tinyxml2::XMLElement* second = root.NextSiblingElement())
+    {
+        check.findings.push_back({Tone::Warning, name, second->GetLineNum(),
+                                  fmt::format("<{}> is a second element outside of <{}>.", second->Name(), root.Name()),
+                                  "The library reads the first one only.", "Move what stands in it into the first."});
+    }
+    RootChecker(root, name, &check).Run();
     return check;
 }
 

@@ -1,17 +1,17 @@
 #include "console/doctor/DoctorCommand.h"
-
-#include "console/doctor/ConfigurationCheck.h"
-#include "console/doctor/EngineProbe.h"
-#include "console/doctor/FindingText.h"
-#include "console/doctor/LocaleName.h"
-#include "console/doctor/SettingsKey.h"
+#include "console/doctor/Bundle.h"
 #include "console/hosting/DetectorOptions.h"
+#include "console/hosting/NarrowPath.h"
+#include "console/hosting/Outputs.h"
 #include "console/text/Utf8Path.h"
+#include "console/text/WriteWhole.h"
 
 #include <windows.h>
 
 #include <CLI/CLI.hpp>
+#include <fmt/format.h>
 
+#include <array>
 #include <memory>
 
 namespace velox::console
@@ -20,23 +20,13 @@ namespace velox::console
 namespace
 {
 
-/// The library takes the configuration's path in the process's code page.
-Findings CheckPath(const std::filesystem::path& configuration)
+/// Windows tells programs an older version than it is, but for this file of its own.
+std::string SystemText()
 {
-    const std::wstring wide = configuration.wstring();
-    BOOL replaced = FALSE;
-    const UINT codePage = GetACP();
-    WideCharToMultiByte(codePage, WC_NO_BEST_FIT_CHARS, wide.c_str(), -1, nullptr, 0, nullptr,
-                        codePage == CP_UTF8 ? nullptr : &replaced);
-    if (replaced == FALSE)
-    {
-        return {};
-    }
-    return {{Severity::Error, Utf8(configuration), 0, "The path has characters that this system's code page lacks.",
-             "The library's caller cannot hand it over.", "Rename the file or its folder; letters without accents always work.",
-             FailuresOf(
-                 {Operation::Capabilities, Operation::Verification, Operation::Training, Operation::Arming, Operation::Parsing},
-                 {})}};
+    wchar_t folder[MAX_PATH]{};
+    GetSystemDirectoryW(folder, MAX_PATH);
+    const std::string version = FileVersionOf(std::wstring(folder) + L"\\kernel32.dll");
+    return fmt::format("Windows {}, code page {}", version.empty() ? "of an unknown version" : version, GetACP());
 }
 
 void Append(Findings more, Findings* findings)
@@ -44,23 +34,47 @@ void Append(Findings more, Findings* findings)
     findings->insert(findings->end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
 }
 
+/// The findings stay when the bundle cannot be written.
+void WriteBundle(const std::filesystem::path& bundle, const BundleContents& contents, Report* report)
+{
+    try
+    {
+        WriteWhole(bundle, BundleText(contents));
+        report->facts.push_back({"bundle", Utf8(bundle), "bundle", Utf8(bundle)});
+    }
+    catch (const CommandFailure& failure)
+    {
+        report->error = Problem{failure.what(), failure.fix};
+        report->exitCode = failure.exitCode;
+    }
+}
+
 } // namespace
 
-Outcome Examine(const std::filesystem::path& configuration, bool everything, const Style& style)
+Report Examine(const std::filesystem::path& configuration, const std::filesystem::path& bundle, const std::filesystem::path& log)
 {
-    ConfigurationCheck check = CheckConfiguration(configuration, LocaleName);
-    Findings findings = CheckPath(configuration);
+    const EngineFacts engine = ProbeEngine();
+    const RegistrySettings settings = ReadSettingsKey();
+    ConfigurationCheck check = CheckConfiguration(configuration);
+    Findings findings;
+    if (!NarrowPath(configuration))
+    {
+        findings.push_back({Tone::Bad, Utf8(configuration), 0, "The path has characters that this system's code page lacks.",
+                            "The library's caller cannot hand it over.",
+                            "Rename the file or its folder; letters without accents always work.", EveryOperation()});
+    }
     Append(std::move(check.findings), &findings);
-    Append(CheckEngine(ProbeEngine()), &findings);
-    Append(CheckSettings(ReadSettingsKey()), &findings);
+    Append(CheckEngine(engine), &findings);
+    Append(CheckSettings(settings), &findings);
 
-    Outcome outcome;
-    outcome.text = FindingsText(findings, everything, style);
-    outcome.results = FindingsJson(findings);
-    outcome.verdict = FindingsVerdict(findings, check.languages);
-    const bool errors = CountOf(findings, Severity::Error) > 0;
-    outcome.exitCode = !check.usable ? ExitCode::BadConfiguration : errors ? ExitCode::Refused : ExitCode::Success;
-    return outcome;
+    Report report = ReportOf(std::move(findings), check.languages);
+    report.exitCode = check.usable ? report.exitCode : ExitCode::BadConfiguration;
+    if (!bundle.empty())
+    {
+        const std::filesystem::path usualLog = std::filesystem::temp_directory_path() / "velox-kws.log";
+        WriteBundle(bundle, {SystemText(), report, configuration, check.files, settings, engine, {usualLog, log}}, &report);
+    }
+    return report;
 }
 
 void AddDoctorCommand(CLI::App& app, Commands& commands)
@@ -68,12 +82,20 @@ void AddDoctorCommand(CLI::App& app, Commands& commands)
     CLI::App* command =
         app.add_subcommand("doctor", "Checks a configuration file, the files that it names, the engine and the registry");
     const auto options = std::make_shared<DetectorOptions>();
+    const auto bundle = std::make_shared<std::string>();
     AddDetectorOptions(command, options.get());
     command->remove_option(command->get_option("--detector-id")); // no block is looked at
     command->add_option("CONFIG", options->configuration, "The same as --config FILE");
-    command->footer("  velox-kws doctor C:\\ProgramData\\Velox\\configuration.xml\n");
-    commands.run[command] = [options](Context& context) {
-        return Examine(PathFromUtf8(options->configuration), context.log.verbose, context.style);
+    command
+        ->add_option("--bundle", *bundle, "Also write a text for support: findings, configuration, versions, log; without voice")
+        ->type_name("FILE");
+    command->footer("  velox-kws doctor C:\\ProgramData\\Velox\\configuration.xml\n"
+                    "  velox-kws doctor configuration.xml --bundle support.txt\n");
+    commands.run[command] = [options, bundle](Context& context) {
+        const std::array inputs{PathFromUtf8(options->configuration)};
+        const std::array outputs{Output{PathFromUtf8(*bundle), OutputKind::Bundle}};
+        RefuseToReplace(context, inputs, outputs);
+        return Examine(inputs.front(), outputs.front().file, context.log.logFile);
     };
 }
 

@@ -1,5 +1,4 @@
-#include "console/doctor/EngineProbe.h"
-
+#include "console/doctor/EngineCheck.h"
 #include "console/text/Utf8Path.h"
 
 #include <windows.h>
@@ -7,7 +6,8 @@
 #include <fmt/format.h>
 
 #include <cstring>
-#include <iterator>
+#include <memory>
+#include <type_traits>
 
 namespace velox::console
 {
@@ -15,58 +15,29 @@ namespace velox::console
 namespace
 {
 
-constexpr uint32_t FrameSizeOutput = 5;
+constexpr DWORD LongestPath = 32768;
 
-/// A DLL that stays loaded as long as this lives.
-class LoadedDll
+struct DllUnloader
 {
-public:
-    explicit LoadedDll(const std::wstring& name)
-        : module(LoadLibraryW(name.c_str())), error(module == nullptr ? GetLastError() : 0)
+    void operator()(HMODULE dll) const
     {
+        FreeLibrary(dll);
     }
-    LoadedDll(const LoadedDll&) = delete;
-    LoadedDll& operator=(const LoadedDll&) = delete;
-    ~LoadedDll()
-    {
-        if (module != nullptr)
-        {
-            FreeLibrary(module);
-        }
-    }
-
-    bool IsLoaded() const
-    {
-        return module != nullptr;
-    }
-    DWORD Error() const
-    {
-        return error;
-    }
-    std::wstring Path() const
-    {
-        std::wstring path(32768, L'\0');
-        path.resize(GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size())));
-        return path;
-    }
-
-    /// @return null when the DLL does not export it
-    template <typename Function>
-    Function Find(const char* name) const
-    {
-        Function function = nullptr;
-        const FARPROC found = GetProcAddress(module, name);
-        static_assert(sizeof(function) == sizeof(found));
-        std::memcpy(&function, &found, sizeof(function));
-        return function;
-    }
-
-private:
-    HMODULE module;
-    DWORD error;
 };
+using Dll = std::unique_ptr<std::remove_pointer_t<HMODULE>, DllUnloader>;
 
-std::string ErrorText(DWORD error)
+/// @return null when the DLL does not export it
+template <typename Function>
+Function FindFunction(const Dll& dll, std::string_view name)
+{
+    Function function = nullptr;
+    const FARPROC found = GetProcAddress(dll.get(), std::string(name).c_str());
+    static_assert(sizeof(function) == sizeof(found));
+    std::memcpy(&function, &found, sizeof(function));
+    return function;
+}
+
+std::string LoadErrorText(DWORD error)
 {
     switch (error)
     {
@@ -81,44 +52,25 @@ std::string ErrorText(DWORD error)
     }
 }
 
-std::string FileVersion(const std::wstring& path)
+/// Loads a DLL as Windows finds it. @param facts  also tell where one lies that cannot be loaded
+Dll Load(const wchar_t* name, DllFacts* facts)
 {
-    DWORD ignored = 0;
-    const DWORD size = GetFileVersionInfoSizeW(path.c_str(), &ignored);
-    std::vector<uint8_t> resource(size);
-    void* block = nullptr;
-    UINT length = 0;
-    if (size == 0 || GetFileVersionInfoW(path.c_str(), 0, size, resource.data()) == 0 ||
-        VerQueryValueW(resource.data(), L"\\", &block, &length) == 0 || length < sizeof(VS_FIXEDFILEINFO))
-    {
-        return {};
-    }
-    VS_FIXEDFILEINFO info{};
-    std::memcpy(&info, block, sizeof(info));
-    return fmt::format("{}.{}.{}.{}", HIWORD(info.dwFileVersionMS), LOWORD(info.dwFileVersionMS), HIWORD(info.dwFileVersionLS),
-                       LOWORD(info.dwFileVersionLS));
+    Dll dll(LoadLibraryW(name));
+    const DWORD error = dll ? ERROR_SUCCESS : GetLastError();
+    std::wstring path(LongestPath, L'\0');
+    path.resize(dll ? GetModuleFileNameW(dll.get(), path.data(), LongestPath)
+                    : SearchPathW(nullptr, name, nullptr, LongestPath, path.data(), nullptr));
+    *facts = {Utf8(name), Utf8(path), path.empty() ? std::string() : FileVersionOf(path), dll != nullptr,
+              dll ? std::string() : LoadErrorText(error)};
+    return dll;
 }
 
-/// Where Windows would load it from, though it cannot; empty when it is nowhere.
-std::wstring SearchedPath(const std::wstring& name)
+FrameSizeFacts AskFrameSize(const Dll& engine)
 {
-    std::wstring path(32768, L'\0');
-    path.resize(SearchPathW(nullptr, name.c_str(), nullptr, static_cast<DWORD>(path.size()), path.data(), nullptr));
-    return path;
-}
-
-DllFacts FactsOf(const std::wstring& name, const LoadedDll& dll)
-{
-    const std::wstring path = dll.IsLoaded() ? dll.Path() : SearchedPath(name);
-    return {Utf8(name), Utf8(path), path.empty() ? std::string() : FileVersion(path), dll.IsLoaded(),
-            dll.IsLoaded() ? std::string() : ErrorText(dll.Error())};
-}
-
-FrameSizeFacts AskFrameSize(const LoadedDll& engine)
-{
-    const auto initSession = engine.Find<uint32_t (*)(uint32_t*)>("VWoVInitSession");
-    const auto getIntOutput = engine.Find<uint32_t (*)(uint32_t, uint32_t, int32_t*, uint32_t*)>("VWoVGetIntOutput");
-    const auto destroySession = engine.Find<uint32_t (*)(uint32_t)>("VWoVDestroySession");
+    constexpr uint32_t FrameSizeOutput = 5;
+    const auto initSession = FindFunction<uint32_t (*)(uint32_t*)>(engine, "VWoVInitSession");
+    const auto getIntOutput = FindFunction<uint32_t (*)(uint32_t, uint32_t, int32_t*, uint32_t*)>(engine, "VWoVGetIntOutput");
+    const auto destroySession = FindFunction<uint32_t (*)(uint32_t)>(engine, "VWoVDestroySession");
     FrameSizeFacts facts;
     uint32_t session = 0;
     facts.status = initSession(&session);
@@ -138,29 +90,39 @@ FrameSizeFacts AskFrameSize(const LoadedDll& engine)
 
 } // namespace
 
+std::string FileVersionOf(const std::wstring& path)
+{
+    DWORD ignored = 0;
+    const DWORD size = GetFileVersionInfoSizeW(path.c_str(), &ignored);
+    std::vector<uint8_t> resource(size);
+    void* block = nullptr;
+    UINT length = 0;
+    VS_FIXEDFILEINFO info{};
+    if (size == 0 || GetFileVersionInfoW(path.c_str(), 0, size, resource.data()) == 0 ||
+        VerQueryValueW(resource.data(), L"\\", &block, &length) == 0 || length < sizeof(info))
+    {
+        return {};
+    }
+    std::memcpy(&info, block, sizeof(info));
+    return fmt::format("{}.{}.{}.{}", HIWORD(info.dwFileVersionMS), LOWORD(info.dwFileVersionMS), HIWORD(info.dwFileVersionLS),
+                       LOWORD(info.dwFileVersionLS));
+}
+
 EngineFacts ProbeEngine()
 {
-    const std::wstring engineName = L"VeloxWovSDK.dll";
-    const std::wstring libraryName = L"VeloxHwKwsImpl.dll";
-    const LoadedDll engine(engineName);
     EngineFacts facts;
-    facts.engine = FactsOf(engineName, engine);
-    if (!engine.IsLoaded())
-    {
-        return facts;
-    }
+    const Dll engine = Load(L"VeloxWovSDK.dll", &facts.engine);
     for (const std::string_view name : EngineFunctions)
     {
-        if (engine.Find<FARPROC>(std::string(name).c_str()) == nullptr)
+        if (engine && FindFunction<FARPROC>(engine, name) == nullptr)
         {
             facts.missingFunctions.emplace_back(name);
         }
     }
-    if (facts.missingFunctions.empty())
+    if (engine && facts.missingFunctions.empty())
     {
         facts.frameSize = AskFrameSize(engine);
-        const LoadedDll library(libraryName);
-        facts.library = FactsOf(libraryName, library);
+        Load(L"VeloxHwKwsImpl.dll", &facts.library);
     }
     return facts;
 }

@@ -1,23 +1,11 @@
 #pragma once
 
-#include <cstdint>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
+#include "console/report/Report.h"
+
+#include <initializer_list>
 
 namespace velox::console
 {
-
-enum class Severity
-{
-    Good,    ///< a check that found nothing wrong
-    Note,    ///< as it should be, but worth knowing
-    Warning, ///< works, but not as its author may have meant
-    Error,   ///< an operation fails, or never or always detects
-};
-
-std::string_view SeverityName(Severity severity);
 
 /// The library's operations, as far as they depend on different things.
 enum class Operation
@@ -28,8 +16,6 @@ enum class Operation
     Arming, ///< without a user model
     Parsing,
 };
-
-std::string_view OperationName(Operation operation);
 
 /// An operation that will not succeed.
 struct Failure
@@ -43,13 +29,15 @@ struct Failure
 /// What doctor has to say about one thing.
 struct Finding
 {
-    Severity severity = Severity::Good;
-    std::string file; ///< where to look: a file, a registry key; may be empty
-    int line = 0;     ///< in the file; 0 when there is none
-    std::string message;
-    std::string effect; ///< what the library makes of it
-    std::string fix;
-    std::vector<Failure> failures;
+    /// Good: a check that found nothing wrong. Note: as it should be, but worth knowing. Warning: works, but not as its author
+    /// may have meant. Bad: an operation fails, or never or always detects.
+    Tone tone = Tone::Good;
+    std::string file{}; ///< where to look: a file, a registry key; may be empty
+    int line = 0;       ///< in the file; 0 when there is none
+    std::string message{};
+    std::string effect{}; ///< what the library makes of it
+    std::string fix{};
+    std::vector<Failure> failures{};
 };
 
 using Findings = std::vector<Finding>;
@@ -60,7 +48,8 @@ std::vector<Failure> FailuresOf(std::initializer_list<Operation> operations, std
 /// Every operation, for every language.
 std::vector<Failure> EveryOperation();
 
-/// "Verification and training fail."
-std::string FailureSentence(const std::vector<Failure>& failures);
+/// The findings as results, the worst first, with a verdict: "2 errors and 1 warning."; then what fails for which of the
+/// languages. An error refuses.
+Report ReportOf(Findings findings, const std::vector<uint16_t>& languages);
 
 } // namespace velox::console

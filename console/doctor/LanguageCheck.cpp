@@ -1,7 +1,6 @@
 #include "console/doctor/LanguageCheck.h"
 
-#include "console/doctor/ModelCheck.h"
-#include "console/doctor/ThresholdCheck.h"
+#include "console/doctor/FileCheck.h"
 #include "console/text/NumberText.h"
 #include "console/text/Words.h"
 
@@ -9,6 +8,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <map>
 
 namespace velox::console
 {
@@ -44,25 +44,31 @@ constexpr FileRole Roles[]{
     {"userDefinedKpdSensitivity", "threshold of a user's model", "", AllButCapabilities, AllButCapabilities, true},
 };
 
+/// As the library joins a folder and a file name.
+std::string JoinedName(const std::string& directory, const std::string& name)
+{
+    return directory + "\\" + name;
+}
+
 /// Gathers the findings of one language.
-class Checker
+class LanguageChecker
 {
 public:
-    Checker(const tinyxml2::XMLElement& element, uint16_t languageId, const LanguageSurroundings& around, Findings* results)
+    LanguageChecker(const tinyxml2::XMLElement& element, uint16_t languageId, const LanguageSurroundings& around,
+                    Findings* results)
         : language(element), id(languageId), surroundings(around), findings(results)
     {
     }
 
-    void CheckQuality();
-    /// @return whether the language names such a file
-    bool CheckFile(const FileRole& role);
-    void CheckUnknownNames();
+    void CheckQuality() const;
+    void CheckFile(const FileRole& role);
+    void CheckUnknownNames() const;
     void CheckModelsFit() const;
 
 private:
-    Finding At(int line, Severity severity, std::string message) const
+    Finding At(int line, Tone tone, std::string message) const
     {
-        return {severity, surroundings.configuration, line, fmt::format("Language {}: {}", id, message), {}, {}, {}};
+        return {tone, surroundings.configuration, line, fmt::format("Language {}: {}", id, message)};
     }
     void Add(Finding finding, std::string effect, std::string fix, std::initializer_list<Operation> fails = {}) const
     {
@@ -72,101 +78,99 @@ private:
         findings->push_back(std::move(finding));
     }
     std::string FileName(const FileRole& role, const tinyxml2::XMLElement& element) const;
-    void CheckModel(const FileRole& role, int line, const NamedFile& file) const;
+    void CheckModel(const FileRole& role, int line, const NamedFile& file);
 
     const tinyxml2::XMLElement& language;
     uint16_t id;
     const LanguageSurroundings& surroundings;
     Findings* findings;
+    std::map<std::string_view, Inspection> models; ///< by their elements
 };
 
-void Checker::CheckQuality()
+void LanguageChecker::CheckQuality() const
 {
     const tinyxml2::XMLAttribute* attribute = language.FindAttribute("qualityThreshold");
     const int line = attribute == nullptr ? language.GetLineNum() : attribute->GetLineNum();
     int threshold = 0;
     if (attribute == nullptr || attribute->QueryIntValue(&threshold) != tinyxml2::XML_SUCCESS)
     {
-        Add(At(line, Severity::Error,
+        Add(At(line, Tone::Bad,
                attribute == nullptr ? "the attribute qualityThreshold is missing."
                                     : fmt::format("qualityThreshold \"{}\" is no number.", attribute->Value())),
             {}, "Write a whole number, such as qualityThreshold=\"10\"; 0 accepts every recording.", AllButCapabilities);
         return;
     }
-    const NumberText text = ReadNumberText(attribute->Value());
     if (threshold < 0)
     {
-        Add(At(line, Severity::Error, fmt::format("qualityThreshold is {}, below 0.", threshold)),
+        Add(At(line, Tone::Bad, fmt::format("qualityThreshold is {}, below 0.", threshold)),
             "The library takes a negative number for a very large one: no recording is good enough.",
             "Write 0 to accept every recording.", {Verification});
     }
-    else if (text.tooLarge || !text.rest.empty())
+    else if (const auto odd = OddNumber(attribute->Value(), threshold))
     {
-        Add(At(line, Severity::Warning, fmt::format("qualityThreshold is written \"{}\".", attribute->Value())),
-            text.tooLarge ? "The number is beyond 32 bits, and its value depends on the C runtime."
-                          : fmt::format("The library takes {} and ignores \"{}\".", threshold, text.rest),
+        Add(At(line, Tone::Warning, fmt::format("qualityThreshold is written \"{}\".", attribute->Value())), *odd,
             "Write a whole number alone.");
     }
     else
     {
-        Add(At(line, Severity::Good, fmt::format("recordings need a quality of {} at least.", threshold)), {}, {});
+        Add(At(line, Tone::Good, fmt::format("recordings need a quality of {} at least.", threshold)), {}, {});
     }
 }
 
-std::string Checker::FileName(const FileRole& role, const tinyxml2::XMLElement& element) const
+std::string LanguageChecker::FileName(const FileRole& role, const tinyxml2::XMLElement& element) const
 {
     const int line = element.GetLineNum();
     const char* name = element.GetText();
     if (name == nullptr)
     {
-        Add(At(line, Severity::Error, fmt::format("<{}> holds no file name.", role.element)), std::string(role.without),
+        Add(At(line, Tone::Bad, fmt::format("<{}> holds no file name.", role.element)), std::string(role.without),
             fmt::format("Write the {}'s file name between the tags.", role.what), role.neededFor);
         return {};
     }
     if (element.FirstChild() != element.LastChild())
     {
-        Add(At(line, Severity::Warning, fmt::format("<{}> holds more than a text.", role.element)),
+        Add(At(line, Tone::Warning, fmt::format("<{}> holds more than a text.", role.element)),
             fmt::format("The library takes \"{}\" for the file name: a comment or an element ends it.", name),
             "Leave nothing but the file name between the tags.");
     }
     if (IsAbsolute(name))
     {
-        Add(At(line, Severity::Warning, fmt::format("<{}> holds a whole path, \"{}\".", role.element, name)),
+        Add(At(line, Tone::Warning, fmt::format("<{}> holds a whole path, \"{}\".", role.element, name)),
             "The library puts the directory in front of it all the same.", "Write the file name alone.");
     }
     return name;
 }
 
-bool Checker::CheckFile(const FileRole& role)
+void LanguageChecker::CheckFile(const FileRole& role)
 {
     const tinyxml2::XMLElement* element = language.FirstChildElement(role.element);
     if (element == nullptr)
     {
-        Add(At(language.GetLineNum(), Severity::Error, fmt::format("<{}> is missing, the {}.", role.element, role.what)),
+        Add(At(language.GetLineNum(), Tone::Bad, fmt::format("<{}> is missing, the {}.", role.element, role.what)),
             std::string(role.without), fmt::format("Add <{0}>file name</{0}>; the name's case counts.", role.element),
             role.neededFor);
-        return false;
+        return;
     }
     if (const tinyxml2::XMLElement* again = element->NextSiblingElement(role.element))
     {
-        Add(At(again->GetLineNum(), Severity::Warning,
+        Add(At(again->GetLineNum(), Tone::Warning,
                fmt::format("<{}> stands a second time; the first is in line {}.", role.element, element->GetLineNum())),
             "The first one counts.", "Remove one of them.");
     }
     const std::string name = FileName(role, *element);
     if (name.empty() || !surroundings.filesReachable)
     {
-        return !name.empty();
+        return;
     }
 
-    const NamedFile& file = surroundings.files.Read(JoinNames(surroundings.directory, name));
+    const NamedFile file = ReadNamedFile(JoinedName(surroundings.directory, name));
     if (!file.readable)
     {
         const bool blanks = std::isspace(static_cast<unsigned char>(name.front())) != 0 ||
                             std::isspace(static_cast<unsigned char>(name.back())) != 0;
         const Absence absence = WhyNotReadable(file.path);
         // Kept by the library: it goes on without a key-phrase or acoustic model, and the engine gets none.
-        Add(At(element->GetLineNum(), Severity::Error, fmt::format("the {} \"{}\" {}.", role.what, file.path, absence.why)),
+        Add(At(element->GetLineNum(), Tone::Bad, fmt::format("the {} \"{}\" {}.", role.what, file.path, absence.why)),
             std::string(role.without),
             blanks ? fmt::format("Write <{0}>{1}</{0}> on one line: blanks and line ends belong to the name.", role.element,
                                  "file name")
@@ -175,55 +179,50 @@ bool Checker::CheckFile(const FileRole& role)
     }
     else if (role.threshold)
     {
-        CheckThreshold(file, fmt::format("Language {}: the {}", id, role.what), findings);
+        findings->push_back(CheckThreshold(file, fmt::format("Language {}: the {}", id, role.what)));
     }
     else
     {
         CheckModel(role, element->GetLineNum(), file);
     }
-    return true;
 }
 
-void Checker::CheckModel(const FileRole& role, int line, const NamedFile& file) const
+void LanguageChecker::CheckModel(const FileRole& role, int line, const NamedFile& file)
 {
     if (file.size == 0)
     {
-        Add(At(line, Severity::Error, fmt::format("the {} \"{}\" is empty.", role.what, file.path)), std::string(role.without),
+        Add(At(line, Tone::Bad, fmt::format("the {} \"{}\" is empty.", role.what, file.path)), std::string(role.without),
             "Put the model there again; the copy may have failed.", role.fileNeededFor);
         return;
     }
     if (file.size > NamedFile::LargestInspected)
     {
-        Add(At(line, Severity::Warning, fmt::format("the {} \"{}\" has {} bytes.", role.what, file.path, file.size)),
+        Add(At(line, Tone::Warning, fmt::format("the {} \"{}\" has {} bytes.", role.what, file.path, file.size)),
             "The library reads all of it for every operation.", "Check that this is the model.");
         return;
     }
-    const ModelVerdict verdict = CheckModelFile(role.element, surroundings.files.Inspected(file.path));
-    Add(At(line, verdict.severity, fmt::format("the {} \"{}\", {} bytes, {}.", role.what, file.path, file.size, verdict.message)),
+    const Inspection& inspection = models.insert_or_assign(role.element, Inspect(file.bytes)).first->second;
+    const ModelVerdict verdict = CheckModelFile(role.element, inspection);
+    Add(At(line, verdict.tone, fmt::format("the {} \"{}\", {} bytes, {}.", role.what, file.path, file.size, verdict.message)),
         verdict.effect, verdict.fix);
     findings->back().failures = FailuresOf(verdict.engineRefuses ? role.fileNeededFor : std::initializer_list<Operation>{}, id);
 }
 
-void Checker::CheckModelsFit() const
+void LanguageChecker::CheckModelsFit() const
 {
-    const auto read = [&](const char* role) -> const Inspection* {
-        const tinyxml2::XMLElement* element = language.FirstChildElement(role);
-        const char* name = element == nullptr ? nullptr : element->GetText();
-        return name == nullptr ? nullptr : &surroundings.files.Inspected(JoinNames(surroundings.directory, name));
+    const auto read = [&](const char* role) {
+        const auto found = models.find(role);
+        return found == models.end() ? nullptr : &found->second;
     };
-    if (!surroundings.filesReachable)
-    {
-        return;
-    }
     if (const ModelVerdict verdict = CheckModelsAgree(read("keyphraseModel"), read("acousticModel"), read("znormPopulation"));
-        verdict.severity != Severity::Good)
+        verdict.tone != Tone::Good)
     {
-        Add(At(language.GetLineNum(), verdict.severity, verdict.message), verdict.effect, verdict.fix);
+        Add(At(language.GetLineNum(), verdict.tone, verdict.message), verdict.effect, verdict.fix);
         findings->back().failures = verdict.engineRefuses ? FailuresOf({Training}, id) : std::vector<Failure>{};
     }
 }
 
-void Checker::CheckUnknownNames()
+void LanguageChecker::CheckUnknownNames() const
 {
     for (const auto* child = language.FirstChildElement(); child != nullptr; child = child->NextSiblingElement())
     {
@@ -234,7 +233,7 @@ void Checker::CheckUnknownNames()
         }
         const auto* const meant = std::find_if(std::begin(Roles), std::end(Roles),
                                                [&](const FileRole& role) { return SameLetters(name, role.element); });
-        Add(At(child->GetLineNum(), Severity::Warning, fmt::format("<{}> is no element that the library knows.", name)),
+        Add(At(child->GetLineNum(), Tone::Warning, fmt::format("<{}> is no element that the library knows.", name)),
             "It is ignored.",
             meant == std::end(Roles) ? "Remove it, or correct its name."
                                      : fmt::format("Write <{}>: upper and lower case count.", meant->element));
@@ -244,7 +243,7 @@ void Checker::CheckUnknownNames()
         const std::string_view name = attribute->Name();
         if (name != "id" && name != "qualityThreshold")
         {
-            Add(At(attribute->GetLineNum(), Severity::Warning, fmt::format("{} is no attribute that the library knows.", name)),
+            Add(At(attribute->GetLineNum(), Tone::Warning, fmt::format("{} is no attribute that the library knows.", name)),
                 "It is ignored.", "Remove it, or correct its name; upper and lower case count.");
         }
     }
@@ -252,19 +251,39 @@ void Checker::CheckUnknownNames()
 
 } // namespace
 
-std::size_t CheckLanguage(const tinyxml2::XMLElement& language, uint16_t id, const LanguageSurroundings& surroundings,
-                          Findings* findings)
+std::optional<std::string> OddNumber(const char* text, int64_t value)
 {
-    Checker checker(language, id, surroundings, findings);
-    checker.CheckQuality();
-    std::size_t files = 0;
+    const NumberText number = ReadNumberText(text);
+    return number.tooLarge ? std::optional<std::string>("The number is beyond 32 bits, and its value depends on the C runtime.")
+           : number.rest.empty() ? std::nullopt
+                                 : std::optional(fmt::format("The library takes {} and ignores \"{}\".", value, number.rest));
+}
+
+std::vector<ConfiguredFile> FilesOf(const tinyxml2::XMLElement& language, const std::string& directory)
+{
+    std::vector<ConfiguredFile> files;
     for (const FileRole& role : Roles)
     {
-        files += checker.CheckFile(role) ? std::size_t{1} : std::size_t{0};
+        const tinyxml2::XMLElement* element = language.FirstChildElement(role.element);
+        if (const char* name = element == nullptr ? nullptr : element->GetText())
+        {
+            files.push_back({role.element, JoinedName(directory, name)});
+        }
+    }
+    return files;
+}
+
+void CheckLanguage(const tinyxml2::XMLElement& language, uint16_t id, const LanguageSurroundings& surroundings,
+                   Findings* findings)
+{
+    LanguageChecker checker(language, id, surroundings, findings);
+    checker.CheckQuality();
+    for (const FileRole& role : Roles)
+    {
+        checker.CheckFile(role);
     }
     checker.CheckModelsFit();
     checker.CheckUnknownNames();
-    return files;
 }
 
 } // namespace velox::console

@@ -1,7 +1,5 @@
 #include "console/doctor/NamedFile.h"
 
-#include "console/inspect/Inspection.h"
-
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
@@ -10,37 +8,27 @@
 namespace velox::console
 {
 
-const NamedFile& NamedFiles::Read(const std::string& path)
+NamedFile ReadNamedFile(const std::string& path)
 {
-    const auto known = files.find(path);
-    if (known != files.end())
-    {
-        return known->second;
-    }
-    NamedFile file{path, false, 0, {}};
+    NamedFile file{path};
     std::error_code error;
     std::ifstream stream(path, std::ios::binary | std::ios::ate);
     const bool opened = stream.is_open() && !std::filesystem::is_directory(path, error);
     const std::streamoff length = opened ? std::streamoff(stream.tellg()) : -1;
-    if (length >= 0)
+    if (length < 0)
     {
-        file.readable = true;
-        file.size = static_cast<uint64_t>(length);
-        if (file.size <= NamedFile::LargestInspected)
-        {
-            file.bytes.resize(static_cast<std::size_t>(length));
-            stream.seekg(0);
-            stream.read(reinterpret_cast<char*>(file.bytes.data()), length);
-            file.readable = stream.gcount() == length;
-        }
+        return file;
     }
-    return files.emplace(path, std::move(file)).first->second;
-}
-
-const Inspection& NamedFiles::Inspected(const std::string& path)
-{
-    const auto known = inspections.find(path);
-    return known != inspections.end() ? known->second : inspections.emplace(path, Inspect(Read(path).bytes)).first->second;
+    file.readable = true;
+    file.size = static_cast<uint64_t>(length);
+    if (file.size <= NamedFile::LargestInspected)
+    {
+        file.bytes.resize(static_cast<std::size_t>(length));
+        stream.seekg(0);
+        stream.read(reinterpret_cast<char*>(file.bytes.data()), length);
+        file.readable = stream.gcount() == length;
+    }
+    return file;
 }
 
 Absence WhyNotReadable(const std::string& path)
@@ -62,11 +50,6 @@ Absence WhyNotReadable(const std::string& path)
         return {"may not be read", "Give this account the permission to read it."};
     }
     return {"does not exist", "Put the file there, or correct its name in the configuration."};
-}
-
-std::string JoinNames(const std::string& directory, const std::string& name)
-{
-    return directory + "\\" + name;
 }
 
 bool IsAscii(std::string_view text)

@@ -1,10 +1,8 @@
 #pragma once
 
-#include "console/inspect/InspectionRecord.h"
-
 #include <cstdint>
-#include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace velox::console
@@ -19,22 +17,10 @@ struct NamedFile
     std::string path; ///< as the library puts it together
     bool readable = false;
     uint64_t size = 0;
-    std::vector<uint8_t> bytes; ///< empty when it is not readable, or too large
+    std::vector<uint8_t> bytes{}; ///< empty when it is not readable, or too large
 };
 
-/// Reads each file once.
-class NamedFiles
-{
-public:
-    const NamedFile& Read(const std::string& path);
-
-    /// What inspect makes of it.
-    const Inspection& Inspected(const std::string& path);
-
-private:
-    std::map<std::string, NamedFile> files;
-    std::map<std::string, Inspection> inspections;
-};
+NamedFile ReadNamedFile(const std::string& path);
 
 /// Why a file could not be opened, and what to do.
 struct Absence
@@ -43,9 +29,6 @@ struct Absence
     std::string fix;
 };
 Absence WhyNotReadable(const std::string& path);
-
-/// As the library joins a folder and a file name.
-std::string JoinNames(const std::string& directory, const std::string& name);
 
 bool IsAscii(std::string_view text);
 bool IsAbsolute(std::string_view path);

@@ -5,7 +5,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cctype>
 #include <optional>
 
 namespace velox::console
@@ -67,9 +66,9 @@ std::optional<int32_t> NumberOf(const RegistryValue& value)
     return static_cast<int32_t>(number);
 }
 
-Finding Make(Severity severity, std::string message, std::string effect = {}, std::string fix = {})
+Finding SettingsFinding(Tone tone, std::string message, std::string effect = {}, std::string fix = {})
 {
-    return {severity, std::string(Key), 0, std::move(message), std::move(effect), std::move(fix), {}};
+    return {tone, std::string(Key), 0, std::move(message), std::move(effect), std::move(fix)};
 }
 
 std::string SetCommand(const Setting& setting)
@@ -84,47 +83,49 @@ Finding CheckValue(const Setting& setting, const RegistryValue& value)
     const auto number = NumberOf(value);
     if (!number)
     {
-        return Make(Severity::Warning, fmt::format("{} is longer than four bytes, so it is not read.", setting.name), usual,
-                    SetCommand(setting));
+        return SettingsFinding(Tone::Warning, fmt::format("{} is longer than four bytes, so it is not read.", setting.name),
+                               usual, SetCommand(setting));
     }
     if (setting.most >= 0 && (*number < 0 || *number > setting.most))
     {
-        return Make(Severity::Warning, fmt::format("{} is {}, but only 0 to {} count.", setting.name, *number, setting.most),
-                    usual, SetCommand(setting));
+        return SettingsFinding(Tone::Warning,
+                               fmt::format("{} is {}, but only 0 to {} count.", setting.name, *number, setting.most), usual,
+                               SetCommand(setting));
     }
     if (value.type != TypeDword || value.bytes.size() != MostBytes)
     {
-        return Make(Severity::Warning, fmt::format("{} is not of the type REG_DWORD.", setting.name),
-                    fmt::format("The library takes its bytes for the number {}: {}.", *number, setting.meaning(*number)),
-                    SetCommand(setting));
+        return SettingsFinding(
+            Tone::Warning, fmt::format("{} is not of the type REG_DWORD.", setting.name),
+            fmt::format("The library takes its bytes for the number {}: {}.", *number, setting.meaning(*number)),
+            SetCommand(setting));
     }
-    return Make(Severity::Good, fmt::format("{} is {}: {}.", setting.name, *number, setting.meaning(*number)));
+    return SettingsFinding(Tone::Good, fmt::format("{} is {}: {}.", setting.name, *number, setting.meaning(*number)));
 }
 
 Finding CheckSetting(const Setting& setting, const RegistrySettings& settings)
 {
-    const auto found = std::find_if(settings.values.begin(), settings.values.end(),
-                                    [&](const RegistryValue& value) { return SameLetters(value.name, setting.name); });
+    const auto found =
+        std::ranges::find_if(settings.values, [&](const RegistryValue& value) { return SameLetters(value.name, setting.name); });
     return found == settings.values.end()
-               ? Make(Severity::Good, fmt::format("{} is not set, so {}: {}.", setting.name, setting.otherwise,
-                                                  setting.meaning(setting.otherwise)))
+               ? SettingsFinding(Tone::Good, fmt::format("{} is not set, so {}: {}.", setting.name, setting.otherwise,
+                                                         setting.meaning(setting.otherwise)))
                : CheckValue(setting, *found);
 }
 
-bool IsKnown(std::string_view name)
-{
-    return std::any_of(std::begin(Settings), std::end(Settings),
-                       [&](const Setting& setting) { return SameLetters(name, setting.name); });
-}
-
 } // namespace
+
+std::string RegistryText(const RegistryValue& value)
+{
+    return fmt::format("{}, type {}: {:02X}", value.name, value.type, fmt::join(value.bytes, " "));
+}
 
 Findings CheckSettings(const RegistrySettings& settings)
 {
     Findings findings;
     if (!settings.keyReadable)
     {
-        findings.push_back(Make(Severity::Good, "The settings key is not there, or may not be read: every default is in force."));
+        findings.push_back(
+            SettingsFinding(Tone::Good, "The settings key is not there, or may not be read: every default is in force."));
     }
     for (const Setting& setting : Settings)
     {
@@ -132,16 +133,16 @@ Findings CheckSettings(const RegistrySettings& settings)
     }
     for (const RegistryValue& value : settings.values)
     {
-        if (!IsKnown(value.name))
+        if (std::ranges::none_of(Settings, [&](const Setting& own) { return SameLetters(value.name, own.name); }))
         {
-            findings.push_back(Make(Severity::Warning, fmt::format("{} is no value that the library knows.", value.name),
-                                    "It is ignored.", "Correct its name: LoggerLevel, LogToFile or SDKLoggerLevel."));
+            findings.push_back(SettingsFinding(Tone::Warning, fmt::format("{} is no value that the library knows.", value.name),
+                                               "It is ignored.", "Correct its name: LoggerLevel, LogToFile or SDKLoggerLevel."));
         }
     }
     for (const std::string& name : settings.valuesOf32Bit)
     {
-        findings.push_back(Make(Severity::Warning, fmt::format("{} stands in the 32-bit view of the registry.", name),
-                                "The library reads the 64-bit view only.", "Write it again with /reg:64."));
+        findings.push_back(SettingsFinding(Tone::Warning, fmt::format("{} stands in the 32-bit view of the registry.", name),
+                                           "The library reads the 64-bit view only.", "Write it again with /reg:64."));
     }
     return findings;
 }

@@ -2,10 +2,6 @@
 
 #include "console/doctor/Finding.h"
 
-#include <cstdint>
-#include <string>
-#include <vector>
-
 namespace velox::console
 {
 
@@ -21,9 +17,15 @@ struct RegistryValue
 struct RegistrySettings
 {
     bool keyReadable = false;
-    std::vector<RegistryValue> values;
-    std::vector<std::string> valuesOf32Bit; ///< names in the 32-bit view, which the library does not read
+    std::vector<RegistryValue> values{};
+    std::vector<std::string> valuesOf32Bit{}; ///< names in the 32-bit view, which the library does not read
 };
+
+/// Reads the library's settings key, in both views of the registry.
+RegistrySettings ReadSettingsKey();
+
+/// "LoggerLevel, type 4: 04 00 00 00"
+std::string RegistryText(const RegistryValue& value);
 
 /// What the values lead to.
 Findings CheckSettings(const RegistrySettings& settings);

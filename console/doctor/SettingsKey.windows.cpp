@@ -1,8 +1,10 @@
-#include "console/doctor/SettingsKey.h"
-
+#include "console/doctor/SettingsCheck.h"
 #include "console/text/Utf8Path.h"
 
 #include <windows.h>
+
+#include <memory>
+#include <type_traits>
 
 namespace velox::console
 {
@@ -10,78 +12,59 @@ namespace velox::console
 namespace
 {
 
-/// Owns an open registry key.
-class OpenKey
+struct KeyCloser
 {
-public:
-    explicit OpenKey(REGSAM view)
+    void operator()(HKEY key) const
     {
-        if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Velox\\KeywordDetectorAdapter", 0, KEY_QUERY_VALUE | view, &key) !=
-            ERROR_SUCCESS)
-        {
-            key = nullptr;
-        }
+        RegCloseKey(key);
     }
-    OpenKey(const OpenKey&) = delete;
-    OpenKey& operator=(const OpenKey&) = delete;
-    ~OpenKey()
-    {
-        if (key != nullptr)
-        {
-            RegCloseKey(key);
-        }
-    }
-
-    bool IsOpen() const
-    {
-        return key != nullptr;
-    }
-
-    std::vector<RegistryValue> Values() const
-    {
-        constexpr DWORD LongestName = 16384;
-        constexpr DWORD LongestValue = 64;
-        std::vector<RegistryValue> values;
-        std::wstring name(LongestName, L'\0');
-        for (DWORD i = 0;; ++i)
-        {
-            DWORD nameLength = LongestName;
-            RegistryValue value{{}, 0, std::vector<uint8_t>(LongestValue)};
-            DWORD size = LongestValue;
-            DWORD type = 0;
-            const LSTATUS status = RegEnumValueW(key, i, name.data(), &nameLength, nullptr, &type, value.bytes.data(), &size);
-            if (status != ERROR_SUCCESS && status != ERROR_MORE_DATA)
-            {
-                return values;
-            }
-            // A value that is longer counts by being longer than the library reads.
-            value.bytes.resize(status == ERROR_SUCCESS ? size : LongestValue);
-            value.name = Utf8(name.substr(0, nameLength));
-            value.type = type;
-            values.push_back(std::move(value));
-        }
-    }
-
-private:
-    HKEY key = nullptr;
 };
+using Key = std::unique_ptr<std::remove_pointer_t<HKEY>, KeyCloser>;
+
+/// @return null when the key is not there, or may not be read
+Key OpenSettings(REGSAM view)
+{
+    HKEY key = nullptr;
+    const LSTATUS status =
+        RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Velox\\KeywordDetectorAdapter", 0, KEY_QUERY_VALUE | view, &key);
+    return Key(status == ERROR_SUCCESS ? key : nullptr);
+}
+
+std::vector<RegistryValue> ValuesOf(const Key& key)
+{
+    constexpr DWORD LongestName = 16384;
+    constexpr DWORD LongestValue = 64;
+    std::vector<RegistryValue> values;
+    std::wstring name(LongestName, L'\0');
+    for (DWORD i = 0; key; ++i)
+    {
+        DWORD nameLength = LongestName;
+        RegistryValue value{{}, 0, std::vector<uint8_t>(LongestValue)};
+        DWORD size = LongestValue;
+        DWORD type = 0;
+        const LSTATUS status = RegEnumValueW(key.get(), i, name.data(), &nameLength, nullptr, &type, value.bytes.data(), &size);
+        if (status != ERROR_SUCCESS && status != ERROR_MORE_DATA)
+        {
+            break;
+        }
+        // A value that is longer counts by being longer than the library reads.
+        value.bytes.resize(status == ERROR_SUCCESS ? size : LongestValue);
+        value.name = Utf8(name.substr(0, nameLength));
+        value.type = type;
+        values.push_back(std::move(value));
+    }
+    return values;
+}
 
 } // namespace
 
 RegistrySettings ReadSettingsKey()
 {
-    RegistrySettings settings;
-    if (const OpenKey key(KEY_WOW64_64KEY); key.IsOpen())
+    const Key key = OpenSettings(KEY_WOW64_64KEY);
+    RegistrySettings settings{key != nullptr, ValuesOf(key)};
+    for (const RegistryValue& value : ValuesOf(OpenSettings(KEY_WOW64_32KEY)))
     {
-        settings.keyReadable = true;
-        settings.values = key.Values();
-    }
-    if (const OpenKey key(KEY_WOW64_32KEY); key.IsOpen())
-    {
-        for (const RegistryValue& value : key.Values())
-        {
-            settings.valuesOf32Bit.push_back(value.name);
-        }
+        settings.valuesOf32Bit.push_back(value.name);
     }
     return settings;
 }

@@ -2,14 +2,16 @@
 
 #include "console/hosting/Detector.h"
 #include "console/hosting/LogExplanation.h"
-#include "console/text/FieldLine.h"
+#include "console/hosting/Outputs.h"
 #include "console/text/LanguageName.h"
+#include "console/text/Utf8Path.h"
+#include "console/text/Wording.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
-#include <nlohmann/json.hpp>
 
+#include <array>
 #include <memory>
 
 namespace velox::console
@@ -18,34 +20,9 @@ namespace velox::console
 namespace
 {
 
-std::string Describe(const CapabilitiesAnswer& answer)
+Report ShowCapabilities(const DetectorOptions& options, const Context& context)
 {
-    std::string text = FieldLine("Keyword ids", fmt::format("{}", fmt::join(answer.keywordIds, ", ")));
-    text += FieldLine("User models", answer.supportsUserModels ? "yes" : "no");
-    text += FieldLine("Audio", fmt::format("{} Hz, {} channel{}, {} bits", answer.samplesPerSecond, answer.channels,
-                                           answer.channels == 1 ? "" : "s", answer.bitsPerSample));
-    std::string name = "Languages";
-    for (const uint16_t language : answer.languages)
-    {
-        text += name.empty() ? std::string(15, ' ') + LanguageText(language) + "\n" : FieldLine(name, LanguageText(language));
-        name.clear();
-    }
-    return text;
-}
-
-nlohmann::ordered_json Result(const CapabilitiesAnswer& answer, uint16_t language)
-{
-    return {{"language", language},
-            {"name", LanguageName(language)},
-            {"keywordIds", answer.keywordIds},
-            {"userModels", answer.supportsUserModels},
-            {"samplesPerSecond", answer.samplesPerSecond},
-            {"channels", answer.channels},
-            {"bitsPerSample", answer.bitsPerSample}};
-}
-
-Outcome ShowCapabilities(const DetectorOptions& options, const Context& context)
-{
+    RefuseToReplace(context, std::array{PathFromUtf8(options.configuration)}, {});
     Detector detector(options, context.log);
     const CapabilitiesAnswer answer = detector.GetCapabilities();
     if (!answer.Succeeded())
@@ -57,15 +34,24 @@ Outcome ShowCapabilities(const DetectorOptions& options, const Context& context)
         throw CommandFailure(ExitCode::BadConfiguration, "The configuration file " + options.configuration + " has no language.",
                              "Add a language element, or make one with velox-kws make-language.");
     }
-    Outcome outcome;
-    outcome.text = Describe(answer);
+    std::vector<std::string> names;
     for (const uint16_t language : answer.languages)
     {
-        outcome.results.Add(Result(answer, language));
+        names.push_back(LanguageText(language));
     }
-    const std::size_t count = answer.languages.size();
-    outcome.verdict = fmt::format("The detector serves {} language{}.", count, count == 1 ? "" : "s");
-    return outcome;
+    const std::string audio =
+        fmt::format("{} Hz, {}, {} bits", answer.samplesPerSecond, Counted(answer.channels, "channel"), answer.bitsPerSample);
+    Report report;
+    report.facts = {
+        {"keywordIds", std::vector<int64_t>(answer.keywordIds.begin(), answer.keywordIds.end()), "keyword ids",
+         fmt::format("{}", fmt::join(answer.keywordIds, ", "))},
+        {"userModels", answer.supportsUserModels, "user models", answer.supportsUserModels ? "yes" : "no"},
+        {"samplesPerSecond", answer.samplesPerSecond, "audio", audio},
+        {"channels", answer.channels},
+        {"bitsPerSample", answer.bitsPerSample},
+        {"languages", std::vector<int64_t>(answer.languages.begin(), answer.languages.end()), "languages", Joined(names)}};
+    report.verdict = fmt::format("The detector serves {}.", Counted(answer.languages.size(), "language"));
+    return report;
 }
 
 } // namespace

@@ -1,9 +1,6 @@
 #include "console/hosting/StandInModels.h"
 
-#include "console/text/CommandFailure.h"
 #include "console/text/WriteWhole.h"
-
-#include <cstring>
 
 namespace velox::console
 {
@@ -11,44 +8,65 @@ namespace velox::console
 namespace
 {
 
-/// Whether the length is the one that the header says: the engine believes the header.
-bool IsWhole(std::span<const uint8_t> blob)
-{
-    constexpr std::size_t HeaderSize = 16;
-    constexpr std::size_t LengthOffset = 8;
-    uint32_t length = 0;
-    if (blob.size() >= HeaderSize)
-    {
-        std::memcpy(&length, blob.data() + LengthOffset, sizeof(length));
-    }
-    return length == blob.size() && length >= HeaderSize;
-}
+using engine::Status;
 
-std::vector<uint8_t> ReadFile(const std::filesystem::path& file)
+engine::Status ReadEnrolledModel(std::span<const uint8_t> bytes, engine::PhraseModel* model)
 {
-    std::error_code error;
-    return std::filesystem::is_regular_file(file, error) ? ReadWhole(file) : std::vector<uint8_t>();
+    Status status = Status::Success;
+    engine::BlobReader reader(engine::BlobKind::PhraseModel, bytes.data(), &status);
+    if (status == Status::Success)
+    {
+        status = engine::ReadNestedPhraseModel(&reader, model);
+    }
+    return status == Status::Success ? reader.Finish() : status;
 }
 
 template <typename Model>
-std::unique_ptr<Model> Read(const std::filesystem::path& file, engine::Status (*read)(const uint8_t*, Model*))
+std::unique_ptr<Model> ReadModelFile(const std::filesystem::path& file)
 {
-    const std::vector<uint8_t> blob = ReadFile(file);
+    std::error_code error;
     auto model = std::make_unique<Model>();
-    return IsWhole(blob) && read(blob.data(), model.get()) == engine::Status::Success ? std::move(model) : nullptr;
+    const bool read = std::filesystem::is_regular_file(file, error) && ReadModel(ReadWhole(file), model.get()) == Status::Success;
+    return read ? std::move(model) : nullptr;
 }
 
 } // namespace
 
+bool IsWholeModel(std::span<const uint8_t> bytes)
+{
+    return bytes.size() >= engine::BlobHeader::Size && engine::BlobLength(bytes.data()) == bytes.size();
+}
+
+Status ReadModel(std::span<const uint8_t> bytes, engine::PhraseModel* model)
+{
+    if (!IsWholeModel(bytes))
+    {
+        return Status::MalformedBlob;
+    }
+    return engine::IsBlob(bytes.data(), engine::BlobKind::PhraseModel) ? ReadEnrolledModel(bytes, model)
+                                                                       : engine::ReadPhraseModel(bytes.data(), model);
+}
+
+Status ReadModel(std::span<const uint8_t> bytes, engine::AcousticModel* model)
+{
+    return IsWholeModel(bytes) ? engine::ReadAcousticModel(bytes.data(), model) : Status::MalformedBlob;
+}
+
+Status ReadModel(std::span<const uint8_t> bytes, engine::Population* model)
+{
+    return IsWholeModel(bytes) ? engine::ReadPopulation(bytes.data(), model) : Status::MalformedBlob;
+}
+
 StandInModels ReadStandInModels(const ConfiguredLanguage& language)
 {
-    return {Read(language.keyphraseModel, engine::ReadPhraseModel), Read(language.acousticModel, engine::ReadAcousticModel),
-            Read(language.znormPopulation, engine::ReadPopulation)};
+    return {ReadModelFile<engine::PhraseModel>(language.keyphraseModel),
+            ReadModelFile<engine::AcousticModel>(language.acousticModel),
+            ReadModelFile<engine::Population>(language.znormPopulation)};
 }
 
 bool ReadWholePhraseModel(std::span<const uint8_t> bytes, engine::PhraseModel* model)
 {
-    return IsWhole(bytes) && engine::ReadPhraseModel(bytes.data(), model) == engine::Status::Success;
+    return IsWholeModel(bytes) && engine::ReadPhraseModel(bytes.data(), model) == Status::Success;
 }
 
 } // namespace velox::console

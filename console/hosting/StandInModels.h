@@ -21,7 +21,15 @@ struct StandInModels
 
 StandInModels ReadStandInModels(const ConfiguredLanguage& language);
 
-/// Reads a phrase model whose length is the one that its header says: the engine believes the header.
+/// Whether the length is the one that the header says: the engine believes the header.
+bool IsWholeModel(std::span<const uint8_t> bytes);
+
+// Each reads a model with the engine's own reader, once IsWholeModel holds; MalformedBlob when it does not. A phrase model may be
+// of either kind: what an enrollment ends with has a firmware model inside.
+engine::Status ReadModel(std::span<const uint8_t> bytes, engine::PhraseModel* model);
+engine::Status ReadModel(std::span<const uint8_t> bytes, engine::AcousticModel* model);
+engine::Status ReadModel(std::span<const uint8_t> bytes, engine::Population* model);
+
 /// @return whether it could be read
 bool ReadWholePhraseModel(std::span<const uint8_t> bytes, engine::PhraseModel* model);
 

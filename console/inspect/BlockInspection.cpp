@@ -1,7 +1,7 @@
-#include "console/inspect/BlockInspection.h"
-
-#include "console/inspect/ModelInspection.h"
-#include "console/inspect/ThresholdText.h"
+#include "console/inspect/FormatInspection.h"
+#include "firmware/BlockLayout.h"
+#include "firmware/DspPattern.h"
+#include "firmware/LittleEndian.h"
 
 #include <fmt/format.h>
 
@@ -13,137 +13,144 @@ namespace velox::console
 namespace
 {
 
-constexpr std::size_t SizeOffset = 0;
-constexpr std::size_t SignatureOffset = 20;
-constexpr std::size_t LimitOffset = 28;
-constexpr std::size_t ModelSizeOffset = 40;
-constexpr uint32_t ArmingHeadSize = 44;
-constexpr uint32_t DetectionResultSize = 60;
-/// A detection result longer than this is none: firmware writes 60 bytes and perhaps some of its own.
-constexpr uint32_t LongestDetectionResult = 4096;
-constexpr uint32_t Signature = 0xAA550001;
-constexpr uint32_t Limit = 0x7FFFFFFF;
-/// Units of a performance counter at 10 MHz, the usual one.
-constexpr double CountsPerSecond = 10e6;
+using firmware::BlockHead;
+using firmware::PatternLayout;
+using firmware::ReadUnsigned;
+using firmware::ResultLayout;
+using Form = FieldForm;
+
+constexpr std::string_view NotRead = "not read by the library";
+constexpr FieldLayout HeadFields[]{
+    {"Size", BlockHead::SizeOffset, 4, Form::Number, "length of the whole block in bytes"},
+    {"PatternType", BlockHead::PatternTypeOffset, 16, Form::Guid, "the detector's GUID"},
+};
+constexpr FieldLayout PatternFields[]{
+    {"Signature", PatternLayout::SignatureOffset, 4, Form::Hexadecimal, "always 0xAA550001", PatternLayout::Signature},
+    {"KpdThreshold", PatternLayout::ThresholdOffset, 4, Form::Q8, "detection threshold, in 1/256"},
+    {"Limit", PatternLayout::LimitOffset, 4, Form::Hexadecimal, "always 0x7FFFFFFF", PatternLayout::Limit},
+    {"Reserved1", PatternLayout::Reserved1Offset, 4, Form::Number, "always 0", 0},
+    {"Reserved2", PatternLayout::Reserved2Offset, 4, Form::Number, "always 0", 0},
+    {"ModelSize", PatternLayout::ModelSizeOffset, 4, Form::Number, "length of the model in bytes"},
+};
+constexpr FieldLayout ResultFields[]{
+    {"NotRead20", 20, 8, Form::Bytes, NotRead},
+    {"KeywordStart", ResultLayout::KeywordStartOffset, 8, Form::Number, "performance-counter units"},
+    {"KeywordEnd", ResultLayout::KeywordEndOffset, 8, Form::Number, "performance-counter units"},
+    {"NotRead44", 44, 4, Form::Bytes, NotRead},
+    {"KeywordIdFw", ResultLayout::KeywordIdOffset, 2, Form::Number, "1: the key phrase"},
+    {"NotRead50", 50, 2, Form::Bytes, NotRead},
+    {"KpdScore", ResultLayout::ScoreOffset, 2, Form::BigEndianQ8, "score in 1/256, big-endian; logged only"},
+    {"NotRead54", 54, 6, Form::Bytes, NotRead},
+};
 
 /// The number at an offset; nothing when the bytes end before.
 std::optional<uint32_t> NumberAt(std::span<const uint8_t> bytes, std::size_t offset)
 {
-    if (bytes.size() < offset + sizeof(uint32_t))
-    {
-        return std::nullopt;
-    }
-    return bytes[offset] | uint32_t{bytes[offset + 1]} << 8U | uint32_t{bytes[offset + 2]} << 16U |
-           uint32_t{bytes[offset + 3]} << 24U;
+    return bytes.size() < offset + sizeof(uint32_t) ? std::nullopt : std::optional(ReadUnsigned<uint32_t>(bytes, offset));
 }
 
-bool LooksLikeArmingPattern(std::span<const uint8_t> bytes)
+bool LooksLikePattern(std::span<const uint8_t> bytes)
 {
-    if (NumberAt(bytes, SignatureOffset) == Signature)
-    {
-        return true;
-    }
-    const auto modelSize = NumberAt(bytes, ModelSizeOffset);
-    const bool sizesFit = modelSize && NumberAt(bytes, SizeOffset) == *modelSize + ArmingHeadSize;
-    return NumberAt(bytes, LimitOffset) == Limit && (sizesFit || bytes.size() == ArmingHeadSize);
+    const auto modelSize = NumberAt(bytes, PatternLayout::ModelSizeOffset);
+    const bool sizesFit = modelSize && NumberAt(bytes, BlockHead::SizeOffset) == *modelSize + PatternLayout::ModelOffset;
+    const bool limit = NumberAt(bytes, PatternLayout::LimitOffset) == PatternLayout::Limit;
+    return NumberAt(bytes, PatternLayout::SignatureOffset) == PatternLayout::Signature ||
+           (limit && (sizesFit || bytes.size() == PatternLayout::ModelOffset));
 }
 
-void CheckSize(uint32_t size, uint32_t least, std::size_t available, FieldReader* reader)
+/// What the firmware would say to a pattern in which nothing is wrong for the library.
+void AskTheSimulator(std::span<const uint8_t> bytes, Inspection* inspection)
 {
-    reader->Expect(size >= least, fmt::format("{}, but such a block has {} bytes at least.", size, least));
-    reader->Expect(size == available, fmt::format("{}, but there are {} bytes.", size, available));
+    firmware::DetectorId detector{};
+    std::copy_n(bytes.begin() + BlockHead::PatternTypeOffset, detector.size(), detector.begin());
+    firmware::DspPattern read;
+    if (const auto refusal = firmware::ReadPattern(bytes, detector, &read))
+    {
+        const firmware::PatternRefusalText& text = TextOf(*refusal);
+        inspection->notes.push_back(fmt::format("the simulated DSP refuses it at {}. {}", text.field, text.sentence));
+    }
 }
 
-void ExplainTimes(uint64_t start, uint64_t end, FieldReader* reader)
+void InspectPattern(std::span<const uint8_t> bytes, Inspection* inspection)
 {
-    if (start == 0 || end == 0)
+    if (inspection->Add(PatternFields, bytes))
     {
-        reader->Note("A time of 0 means that it is not known.");
+        const std::size_t available = bytes.size() - PatternLayout::ModelOffset;
+        const uint32_t modelSize = *NumberAt(bytes, PatternLayout::ModelSizeOffset);
+        inspection->Expect(modelSize == available, "ModelSize", fmt::format("{}, but {} bytes follow", modelSize, available));
+        InspectModel(bytes, inspection, PatternLayout::ModelOffset, "ModelData");
     }
-    else if (end < start)
+    if (inspection->FirstError() == nullptr)
     {
-        reader->Note("The key phrase ends before it starts. The library hands both on without a check.");
+        AskTheSimulator(bytes, inspection);
     }
-    else
+}
+
+std::string TimesNote(uint64_t start, uint64_t end)
+{
+    constexpr double CountsPerSecond = 10e6; // the usual performance counter's
+    return start == 0 || end == 0 ? "a time of 0 means that it is not known"
+           : end < start          ? "the key phrase ends before it starts; the library hands both on without a check"
+                         : fmt::format("the key phrase lasts {} counts: {:.3f} s when the performance counter runs at 10 MHz",
+                                       end - start, static_cast<double>(end - start) / CountsPerSecond);
+}
+
+void InspectResult(std::span<const uint8_t> bytes, Inspection* inspection)
+{
+    if (!inspection->Add(ResultFields, bytes))
     {
-        reader->Note(fmt::format("The key phrase lasts {} counts: {:.3f} s when the performance counter runs at 10 MHz.",
-                                 end - start, static_cast<double>(end - start) / CountsPerSecond));
+        return;
     }
+    inspection->AddBytes("NotRead60", bytes, ResultLayout::Length, bytes.size(), "the firmware's own; not read by the library");
+    if (const auto keyword = ReadUnsigned<uint16_t>(bytes, ResultLayout::KeywordIdOffset); keyword != ResultLayout::Keyword)
+    {
+        inspection->notes.push_back(
+            fmt::format("KeywordIdFw {} is no keyword: the library reports S_OK with the keyword id 0, no match", keyword));
+    }
+    inspection->notes.push_back(TimesNote(ReadUnsigned<uint64_t>(bytes, ResultLayout::KeywordStartOffset),
+                                          ReadUnsigned<uint64_t>(bytes, ResultLayout::KeywordEndOffset)));
 }
 
 } // namespace
 
 FileKind RecogniseBlock(std::span<const uint8_t> bytes)
 {
-    if (LooksLikeArmingPattern(bytes))
+    // A firmware writes 60 bytes and perhaps some of its own.
+    constexpr uint32_t LongestResult = 4096;
+    const uint32_t size = NumberAt(bytes, BlockHead::SizeOffset).value_or(0);
+    const bool sizeOfAResult = size >= ResultLayout::Length && size <= LongestResult;
+    if (LooksLikePattern(bytes))
     {
         return FileKind::ArmingPattern;
     }
-    const auto size = NumberAt(bytes, SizeOffset);
-    const bool sizeOfAResult = size && *size >= DetectionResultSize && *size <= LongestDetectionResult;
-    const bool lengthOfAResult = bytes.size() == DetectionResultSize;
-    if (bytes.size() > SignatureOffset && (sizeOfAResult || lengthOfAResult))
+    if (bytes.size() > BlockHead::Length && (sizeOfAResult || bytes.size() == ResultLayout::Length))
     {
         return FileKind::DetectionResult;
     }
-    const bool sizeOfABlock = size && *size >= ArmingHeadSize && *size > bytes.size();
-    return sizeOfABlock && bytes.size() < SignatureOffset + sizeof(uint32_t) ? FileKind::BlockHead : FileKind::Unknown;
+    const bool sizeOfABlock = size >= PatternLayout::ModelOffset && size > bytes.size();
+    return sizeOfABlock && bytes.size() < PatternLayout::ThresholdOffset ? FileKind::BlockHead : FileKind::Unknown;
 }
 
-void InspectArmingPattern(FieldReader* reader)
+void InspectBlock(std::span<const uint8_t> bytes, Inspection* inspection)
 {
-    const std::size_t whole = reader->Left();
-    const uint32_t size = reader->U32("Size", "length of the whole block in bytes");
-    CheckSize(size, ArmingHeadSize, whole, reader);
-    reader->Guid("PatternType", "the detector's GUID");
-    reader->Expect(reader->Hex32("Signature", "always 0xAA550001") == Signature, "Must be 0xAA550001.");
-    const auto threshold = static_cast<int32_t>(reader->U32("KpdThreshold", "detection threshold, in 1/256"));
-    reader->Describe(Q8Text(threshold));
-    if (threshold < 0)
+    const bool headIsWhole = inspection->Add(HeadFields, bytes);
+    if (const auto size = NumberAt(bytes, BlockHead::SizeOffset))
     {
-        reader->Note("The threshold is negative: every score is above it.");
+        const std::size_t least =
+            inspection->kind == FileKind::DetectionResult ? ResultLayout::Length : PatternLayout::ModelOffset;
+        inspection->Expect(*size >= least, "Size", fmt::format("{}, but such a block has {} bytes at least", *size, least));
+        inspection->Expect(*size == bytes.size(), "Size", fmt::format("{}, but there are {} bytes", *size, bytes.size()));
     }
-    reader->Expect(reader->Hex32("Limit", "always 0x7FFFFFFF") == Limit, "Must be 0x7FFFFFFF.");
-    reader->Expect(reader->U32("Reserved1", "always 0") == 0, "Must be 0.");
-    reader->Expect(reader->U32("Reserved2", "always 0") == 0, "Must be 0.");
-    const uint32_t modelSize = reader->U32("ModelSize", "length of the model in bytes");
-    reader->Expect(modelSize == reader->Left(), fmt::format("{}, but {} bytes follow.", modelSize, reader->Left()));
-    InspectOpaqueModel("ModelData", reader);
-}
-
-void InspectDetectionResult(FieldReader* reader)
-{
-    const std::size_t whole = reader->Left();
-    const uint32_t size = reader->U32("Size", "length of the whole block in bytes");
-    CheckSize(size, DetectionResultSize, whole, reader);
-    reader->Guid("PatternType", "the detector's GUID");
-    reader->Bytes("NotRead20", 8, "not read by the library");
-    const uint64_t start = reader->U64("KeywordStart", "performance-counter units");
-    const uint64_t end = reader->U64("KeywordEnd", "performance-counter units");
-    reader->Bytes("NotRead44", 4, "not read by the library");
-    const uint16_t keyword = reader->U16("KeywordIdFw", "1: the key phrase");
-    if (keyword != 1)
+    if (inspection->kind == FileKind::BlockHead)
     {
-        reader->Note(
-            fmt::format("KeywordIdFw {} is no keyword: the library reports S_OK with the keyword id 0, no match.", keyword));
+        inspection->AddBytes("(rest)", bytes, BlockHead::Length, bytes.size(), "of either block");
+        inspection->Expect(!headIsWhole, "PatternType",
+                           "the file ends where arming pattern and detection result begin to differ");
     }
-    reader->Bytes("NotRead50", 2, "not read by the library");
-    reader->Describe(Q8Text(reader->BigEndianU16("KpdScore", "score in 1/256, big-endian; logged only")));
-    reader->Bytes("NotRead54", 6, "not read by the library");
-    if (reader->Left() > 0)
+    else if (headIsWhole)
     {
-        reader->Bytes("NotRead60", reader->Left(), "the firmware's own; not read by the library");
+        inspection->kind == FileKind::ArmingPattern ? InspectPattern(bytes, inspection) : InspectResult(bytes, inspection);
     }
-    ExplainTimes(start, end, reader);
-}
-
-void InspectBlockHead(FieldReader* reader)
-{
-    const std::size_t whole = reader->Left();
-    const uint32_t size = reader->U32("Size", "length of the whole block in bytes");
-    CheckSize(size, ArmingHeadSize, whole, reader);
-    reader->Guid("PatternType", "the detector's GUID");
-    reader->Stop("The file ends where arming pattern and detection result begin to differ.");
 }
 
 } // namespace velox::console

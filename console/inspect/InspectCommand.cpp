@@ -1,14 +1,14 @@
 #include "console/inspect/InspectCommand.h"
 
 #include "console/inspect/Inspection.h"
-#include "console/inspect/InspectionText.h"
 #include "console/text/Utf8Path.h"
+#include "console/text/Wording.h"
 #include "console/text/WriteWhole.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <memory>
 
 namespace velox::console
@@ -17,7 +17,7 @@ namespace velox::console
 namespace
 {
 
-constexpr std::uintmax_t LargestFile = 128U << 20U;
+using FileBytes = std::span<const uint8_t>;
 
 struct InspectedFile
 {
@@ -28,6 +28,7 @@ struct InspectedFile
 
 InspectedFile ReadInspected(const std::filesystem::path& path)
 {
+    constexpr std::uintmax_t LargestFile = 128U << 20U;
     std::error_code error;
     if (const std::uintmax_t size = std::filesystem::file_size(path, error); !error && size > LargestFile)
     {
@@ -39,90 +40,178 @@ InspectedFile ReadInspected(const std::filesystem::path& path)
     return file;
 }
 
-bool Recognised(const InspectedFile& file)
+FileBytes BytesOf(const InspectedFile& file, const InspectedField& field)
 {
-    return file.inspection.kind != FileKind::Unknown && file.inspection.kind != FileKind::Empty;
+    return FileBytes(file.bytes).subspan(field.offset, field.size);
 }
 
-std::string Count(std::size_t number, std::string_view what)
+Fact TextFact(const char* key, const std::string& text)
 {
-    return fmt::format("{} {}{}", number, what, number == 1 ? "" : "s");
+    return {key, text, key, text};
 }
 
-std::string Verdict(const InspectedFile& file)
+Entry FieldEntry(const InspectedField& field)
 {
-    if (file.inspection.kind == FileKind::Empty)
+    Entry entry{field.path};
+    entry.facts = {TextFact("offset", OffsetText(field.offset)),
+                   {"bytes", field.size, "bytes", std::to_string(field.size)},
+                   TextFact("value", field.value),
+                   TextFact("meaning", field.meaning)};
+    if (!field.error.empty())
     {
-        return file.name + " is empty.";
+        entry.status = "wrong";
+        entry.tone = Tone::Bad;
+        entry.remarks = {{Tone::Bad, "WrongField", fmt::format("error at {}: {}", OffsetText(field.offset), field.error), ""}};
     }
-    if (!Recognised(file))
-    {
-        return file.name + " is none of the files that inspect knows.";
-    }
-    const std::string_view kind = FileKindName(file.inspection.kind);
-    if (file.inspection.errors.empty())
-    {
-        return fmt::format("{}: {}, nothing is wrong with it.", file.name, kind);
-    }
-    const InspectionError& error = file.inspection.errors.front();
-    return fmt::format("{}: {} with {}, the first at {} ({}).", file.name, kind, Count(file.inspection.errors.size(), "error"),
-                       OffsetText(error.offset), error.path);
+    return entry;
 }
 
-std::string Verdict(const InspectionDifference& difference)
+/// What the file is, and what is wrong with it or good to know.
+Entry FileEntry(const InspectedFile& file)
 {
-    if (difference.same)
+    const Inspection& inspection = file.inspection;
+    const bool known = inspection.kind != FileKind::Unknown && inspection.kind != FileKind::Empty;
+    Entry entry{file.name, std::string(FileKindName(inspection.kind)),
+                inspection.FirstError() != nullptr ? Tone::Bad
+                : known                            ? Tone::Good
+                                                   : Tone::Warning};
+    entry.facts = {{"bytes", file.bytes.size(), "", Counted(file.bytes.size(), "byte")}};
+    entry.facts.insert(entry.facts.end(), inspection.facts.begin(), inspection.facts.end());
+    for (const std::string& note : inspection.notes)
     {
-        return "The two files are the same.";
+        entry.remarks.push_back({Tone::Note, "", note, ""});
     }
-    std::string where = Count(difference.fields.size(), "field");
-    if (const std::size_t alone = difference.onlyInFirst.size() + difference.onlyInSecond.size(); alone > 0)
-    {
-        where += fmt::format(", {} in one file only", Count(alone, "field"));
-    }
-    if (!difference.ranges.empty())
-    {
-        where += fmt::format(", {} of bytes", Count(difference.ranges.size(), "range"));
-    }
-    return fmt::format("The two files differ: {}.", where);
+    std::ranges::transform(inspection.fields, std::back_inserter(entry.parts), FieldEntry);
+    return entry;
 }
 
-ExitCode CodeOf(const InspectedFile& file)
+/// Where bytes are not the same, as "0x0708 to 0x070B" each; what only one side has is different.
+std::vector<std::string> DifferentRanges(FileBytes first, FileBytes second, std::size_t offset)
 {
-    return !Recognised(file) ? ExitCode::BadInput : file.inspection.errors.empty() ? ExitCode::Success : ExitCode::Refused;
+    const auto differ = [&](std::size_t i) {
+        return i >= first.size() || i >= second.size() || first[i] != second[i];
+    };
+    const std::size_t size = std::max(first.size(), second.size());
+    std::vector<std::string> ranges;
+    for (std::size_t begin = 0, end = 0; begin < size; begin = end)
+    {
+        for (end = begin + 1; end < size && differ(end) == differ(begin); ++end)
+        {
+        }
+        if (differ(begin))
+        {
+            ranges.push_back(fmt::format("{} to {}", OffsetText(offset + begin), OffsetText(offset + end - 1)));
+        }
+    }
+    return ranges;
 }
 
-void Show(const InspectedFile& file, FieldsShown shown, const Style& style, Outcome* outcome)
+Fact RangesFact(const std::vector<std::string>& ranges)
 {
-    outcome->text += InspectionText(file.name, file.inspection, shown, style);
-    outcome->results.Add(InspectionJson(file.name, file.inspection));
+    constexpr std::size_t MostShown = 8;
+    const std::string shown = Joined(std::span(ranges).first(std::min(ranges.size(), MostShown)));
+    return {"differentBytes", Joined(ranges), "different bytes",
+            ranges.size() > MostShown ? fmt::format("{}, and {} more ranges", shown, ranges.size() - MostShown) : shown};
+}
+
+/// What a field of the first file, or of the second alone, is in both.
+Entry FieldDifference(const InspectedFile& first, const InspectedFile& second, const InspectedField& field)
+{
+    const InspectedField* one = first.inspection.Find(field.path);
+    const InspectedField* other = second.inspection.Find(field.path);
+    Entry part{field.path};
+    part.facts = {TextFact("offset", OffsetText(field.offset)), TextFact("first", one != nullptr ? one->value : "has none"),
+                  TextFact("second", other != nullptr ? other->value : "has none")};
+    if (one != nullptr && other != nullptr)
+    {
+        part.facts.push_back(RangesFact(DifferentRanges(BytesOf(first, *one), BytesOf(second, *other), field.offset)));
+    }
+    return part;
+}
+
+/// Fields by their paths, wherever they stand.
+std::vector<Entry> FieldDifferences(const InspectedFile& first, const InspectedFile& second)
+{
+    std::vector<Entry> parts;
+    for (const InspectedField& field : first.inspection.fields)
+    {
+        const InspectedField* other = second.inspection.Find(field.path);
+        if (other == nullptr || !std::ranges::equal(BytesOf(first, field), BytesOf(second, *other)))
+        {
+            parts.push_back(FieldDifference(first, second, field));
+        }
+    }
+    for (const InspectedField& field : second.inspection.fields)
+    {
+        if (first.inspection.Find(field.path) == nullptr)
+        {
+            parts.push_back(FieldDifference(first, second, field));
+        }
+    }
+    return parts;
+}
+
+Report CompareFiles(const InspectedFile& first, const InspectedFile& second)
+{
+    Report report;
+    for (const InspectedFile* file : {&first, &second})
+    {
+        // What two files have in common is in the way of what tells them apart.
+        report.results.push_back(FileEntry(*file));
+        std::erase_if(report.results.back().parts, [](const Entry& part) { return part.tone != Tone::Bad; });
+    }
+    report.verdict = "The two files are the same.";
+    if (first.bytes != second.bytes)
+    {
+        Entry difference{"What tells them apart"};
+        const bool sameKind = first.inspection.kind == second.inspection.kind;
+        if (sameKind)
+        {
+            difference.parts = FieldDifferences(first, second);
+        }
+        else
+        {
+            difference.facts = {RangesFact(DifferentRanges(first.bytes, second.bytes, 0))};
+        }
+        report.exitCode = ExitCode::Refused;
+        report.verdict = sameKind ? fmt::format("The two files differ in {}.", Counted(difference.parts.size(), "field"))
+                                  : "The two files are of different kinds.";
+        report.results.push_back(std::move(difference));
+    }
+    return report;
+}
+
+Report ShowFile(const InspectedFile& file)
+{
+    const FileKind kind = file.inspection.kind;
+    Report report;
+    report.results.push_back(FileEntry(file));
+    if (kind == FileKind::Unknown || kind == FileKind::Empty)
+    {
+        report.exitCode = ExitCode::BadInput;
+        report.verdict = file.name + (kind == FileKind::Empty ? " is empty." : " is none of the files that inspect knows.");
+    }
+    else if (const InspectedField* error = file.inspection.FirstError())
+    {
+        const auto errors =
+            std::ranges::count_if(file.inspection.fields, [](const InspectedField& field) { return !field.error.empty(); });
+        report.exitCode = ExitCode::Refused;
+        report.verdict = fmt::format("{}: {} with {}, the first at {} ({}).", file.name, FileKindName(kind),
+                                     Counted(static_cast<std::size_t>(errors), "error"), OffsetText(error->offset), error->path);
+    }
+    else
+    {
+        report.verdict = fmt::format("{}: {}, nothing is wrong with it.", file.name, FileKindName(kind));
+    }
+    return report;
 }
 
 } // namespace
 
-Outcome InspectFiles(const std::vector<std::filesystem::path>& files, bool everyField, const Style& style)
+Report InspectFiles(const std::vector<std::filesystem::path>& files)
 {
     const InspectedFile first = ReadInspected(files.front());
-    Outcome outcome;
-    if (files.size() == 1)
-    {
-        Show(first, everyField ? FieldsShown::Every : FieldsShown::Grouped, style, &outcome);
-        outcome.exitCode = CodeOf(first);
-        outcome.verdict = Verdict(first);
-        return outcome;
-    }
-
-    const InspectedFile second = ReadInspected(files[1]);
-    // What two files have in common is in the way of what tells them apart.
-    const FieldsShown shown = everyField ? FieldsShown::Every : FieldsShown::None;
-    Show(first, shown, style, &outcome);
-    Show(second, shown, style, &outcome);
-    const InspectionDifference difference = Compare(first.inspection, first.bytes, second.inspection, second.bytes);
-    outcome.text += DifferenceText(difference, style);
-    outcome.results.Add(DifferenceJson(difference));
-    outcome.exitCode = difference.same ? ExitCode::Success : ExitCode::Refused;
-    outcome.verdict = Verdict(difference);
-    return outcome;
+    return files.size() == 1 ? ShowFile(first) : CompareFiles(first, ReadInspected(files[1]));
 }
 
 void AddInspectCommand(CLI::App& app, Commands& commands)
@@ -133,13 +222,10 @@ void AddInspectCommand(CLI::App& app, Commands& commands)
     command->add_option("FILE", *files, "one file, or two to compare")->required()->expected(1, 2);
     command->footer("  velox-kws inspect arming.bin\n"
                     "  velox-kws inspect result-before.bin result-after.bin\n");
-    commands.run[command] = [files](Context& context) {
+    commands.run[command] = [files](Context&) {
         std::vector<std::filesystem::path> paths;
-        for (const std::string& file : *files)
-        {
-            paths.push_back(PathFromUtf8(file));
-        }
-        return InspectFiles(paths, context.log.verbose, context.style);
+        std::ranges::transform(*files, std::back_inserter(paths), PathFromUtf8);
+        return InspectFiles(paths);
     };
 }
 

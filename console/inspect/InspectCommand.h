@@ -11,9 +11,8 @@ namespace velox::console
 /// inspect FILE [FILE2]: shows what stands in firmware blocks, models and threshold files, and how two of them differ.
 void AddInspectCommand(CLI::App& app, Commands& commands);
 
-/// @param files       one or two
-/// @param everyField  the text shows fields that are one of many, too, and of two files not only what differs
+/// @param files  one or two
 /// @throws CommandFailure BadInput for a file that cannot be read
-Outcome InspectFiles(const std::vector<std::filesystem::path>& files, bool everyField, const Style& style);
+Report InspectFiles(const std::vector<std::filesystem::path>& files);
 
 } // namespace velox::console

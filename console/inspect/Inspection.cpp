@@ -1,15 +1,13 @@
 #include "console/inspect/Inspection.h"
 
-#include "console/inspect/BlockInspection.h"
-#include "console/inspect/FieldReader.h"
-#include "console/inspect/ModelInspection.h"
+#include "console/inspect/FormatInspection.h"
 #include "console/inspect/ThresholdText.h"
 #include "console/text/Words.h"
+#include "firmware/LittleEndian.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 
 namespace velox::console
 {
@@ -17,20 +15,27 @@ namespace velox::console
 namespace
 {
 
-constexpr std::size_t LongestThresholdFile = 4096;
+using firmware::ReadUnsigned;
+
+constexpr std::string_view KindNames[]{"unknown",
+                                       "empty file",
+                                       "arming pattern",
+                                       "detection result",
+                                       "beginning of a firmware block",
+                                       "acoustic model",
+                                       "ZNorm population",
+                                       "phrase model",
+                                       "key-phrase, firmware or user model",
+                                       "threshold file"};
 
 /// Text as an editor writes it: ASCII, or what a byte order mark begins.
 bool IsText(std::string_view text)
 {
-    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF") || text.starts_with("\xEF\xBB\xBF"))
-    {
-        return true;
-    }
-    return std::all_of(text.begin(), text.end(),
-                       [](char own) { return (own >= ' ' && own <= '~') || (own >= '\t' && own <= '\r'); });
+    return text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF") || text.starts_with("\xEF\xBB\xBF") ||
+           std::ranges::all_of(text, [](char own) { return (own >= ' ' && own <= '~') || (own >= '\t' && own <= '\r'); });
 }
 
-/// A file for another command, by what it begins with.
+/// What a file for another command begins with, and which one.
 struct OtherFile
 {
     std::string_view beginning;
@@ -38,117 +43,31 @@ struct OtherFile
     bool text = false;
 };
 
-constexpr std::string_view SoundFileHint = "It begins as a sound file does: verify, enroll and listen read those.";
-constexpr std::string_view XmlFileHint = "It begins as an XML file does: doctor checks configuration files.";
-
-constexpr std::array OtherFiles{
-    OtherFile{"RIFF", SoundFileHint},
-    OtherFile{"fLaC", SoundFileHint},
-    OtherFile{"OggS", SoundFileHint},
-    OtherFile{"<", XmlFileHint, true}, // a detection result begins with this byte, too
-    OtherFile{"\xEF\xBB\xBF<", XmlFileHint, true},
-    OtherFile{"MZ", "It is a program or DLL: doctor looks at the engine's."},
-};
+constexpr std::string_view SoundFileHint = "it begins as a sound file does: verify, enroll and listen read those";
+constexpr std::string_view XmlFileHint = "it begins as an XML file does: doctor checks configuration files";
+constexpr OtherFile OtherFiles[]{{"RIFF", SoundFileHint},
+                                 {"fLaC", SoundFileHint},
+                                 {"OggS", SoundFileHint},
+                                 {"<", XmlFileHint, true}, // a detection result begins with this byte, too
+                                 {"\xEF\xBB\xBF<", XmlFileHint, true},
+                                 {"MZ", "it is a program or DLL: doctor looks at the engine's"}};
 
 const OtherFile* FindOtherFile(std::string_view text)
 {
-    const auto* const found = std::find_if(OtherFiles.begin(), OtherFiles.end(), [&](const OtherFile& other) {
-        return text.starts_with(other.beginning) && (!other.text || IsText(text));
-    });
-    return found == OtherFiles.end() ? nullptr : found;
+    const auto* const found = std::ranges::find_if(
+        OtherFiles, [&](const OtherFile& other) { return text.starts_with(other.beginning) && (!other.text || IsText(text)); });
+    return found == std::end(OtherFiles) ? nullptr : found;
 }
 
-/// A number with a remark behind it, in whatever encoding.
-bool BeginsAsAText(std::string_view text)
+/// A text, or a number with a remark behind it, in whatever encoding.
+bool IsThreshold(std::string_view text)
 {
-    return IsText(text.substr(0, text.find_first_of("\r\n #;"))) && text.find('\0') == std::string_view::npos &&
-           ReadThresholdText(text).isNumber;
+    constexpr std::size_t LongestThresholdFile = 4096;
+    const bool beginsAsText = IsText(text.substr(0, text.find_first_of("\r\n #;"))) && text.find('\0') == std::string_view::npos;
+    return text.size() <= LongestThresholdFile && (IsText(text) || (beginsAsText && ReadThresholdText(text).isNumber));
 }
 
-void InspectThreshold(FieldReader* reader)
-{
-    const std::string_view content = AsText(reader->Ahead(reader->Left()));
-    const ThresholdText threshold = ReadThresholdText(content);
-    if (threshold.offset > 0)
-    {
-        reader->Bytes("(blanks)", threshold.offset, "skipped");
-    }
-    if (!threshold.isNumber)
-    {
-        if (reader->Left() > 0)
-        {
-            reader->Bytes("(text)", reader->Left(), "no number");
-        }
-        reader->Stop(threshold.whatIsWrong + " The library takes 0 without a message.");
-    }
-    reader->Bytes("number", threshold.text.size(), "the threshold: " + Q8Text(threshold.q8) + " in the library's unit of 1/256");
-    reader->Describe(threshold.text);
-    reader->Expect(!threshold.saturated, threshold.whatIsWrong);
-    if (reader->Left() > 0)
-    {
-        reader->Bytes("(rest)", reader->Left(), threshold.rest.empty() ? "line end" : "ignored");
-        if (!threshold.rest.empty())
-        {
-            reader->Describe(fmt::format("\"{}\"", threshold.rest));
-            reader->ExpectAt(threshold.whatIsWrong.empty() || threshold.saturated, threshold.restOffset, threshold.whatIsWrong);
-        }
-    }
-    if (threshold.value < ThresholdText::LeastScore || threshold.value > ThresholdText::MostScore)
-    {
-        reader->Note("Scores lie between 0 and 255: " +
-                     std::string(threshold.value < 0 ? "every one is above this threshold." : "none is above this threshold."));
-    }
-}
-
-void InspectAs(FileKind kind, FieldReader* reader)
-{
-    switch (kind)
-    {
-    case FileKind::ArmingPattern:
-        return InspectArmingPattern(reader);
-    case FileKind::DetectionResult:
-        return InspectDetectionResult(reader);
-    case FileKind::BlockHead:
-        return InspectBlockHead(reader);
-    case FileKind::Threshold:
-        return InspectThreshold(reader);
-    case FileKind::Unknown:
-    case FileKind::Empty:
-        return;
-    default:
-        return InspectModel(kind, reader);
-    }
-}
-
-/// What a file of this kind is to the library besides.
-void AddNotes(std::span<const uint8_t> bytes, Inspection* inspection)
-{
-    if (inspection->kind == FileKind::FirmwareModel)
-    {
-        inspection->notes.emplace_back("A user model stream with these bytes is armed as a whole: it begins with \"VWOV\".");
-    }
-    else if (inspection->kind == FileKind::Empty)
-    {
-        inspection->notes.emplace_back(
-            "As a user model stream: there is no user model, the language's predefined model is armed. As "
-            "a model file it is refused; as a threshold file it counts as 0; as a constraints file it "
-            "is fine.");
-    }
-    else if (inspection->kind == FileKind::Unknown)
-    {
-        if (const OtherFile* other = FindOtherFile(AsText(bytes)))
-        {
-            inspection->notes.emplace_back(other->hint);
-        }
-        inspection->notes.emplace_back(
-            "As a user model stream: it does not begin with \"VWOV\", so the language's predefined model "
-            "is armed. As a model file it is handed on as it is.");
-    }
-}
-
-} // namespace
-
-FileKind RecogniseFile(std::span<const uint8_t> bytes)
+FileKind Recognise(std::span<const uint8_t> bytes)
 {
     if (bytes.empty())
     {
@@ -158,38 +77,162 @@ FileKind RecogniseFile(std::span<const uint8_t> bytes)
     {
         return model;
     }
-    if (FindOtherFile(AsText(bytes)) != nullptr)
-    {
-        return FileKind::Unknown;
-    }
     const std::string_view text = AsText(bytes);
-    if (bytes.size() <= LongestThresholdFile && (IsText(text) || BeginsAsAText(text)))
+    return FindOtherFile(text) != nullptr ? FileKind::Unknown : IsThreshold(text) ? FileKind::Threshold : RecogniseBlock(bytes);
+}
+
+void InspectThreshold(std::span<const uint8_t> bytes, Inspection* inspection)
+{
+    const ThresholdText threshold = ReadThresholdText(AsText(bytes));
+    inspection->AddBytes("threshold", bytes, 0, bytes.size(),
+                         threshold.isNumber ? Q8Text(threshold.q8) + " in the library's unit of 1/256"
+                                            : "the library takes 0 without a message",
+                         threshold.whatIsWrong);
+    if (threshold.isNumber)
     {
-        return FileKind::Threshold;
+        inspection->fields.back().value = threshold.text;
     }
-    return RecogniseBlock(bytes);
+    if (threshold.value < ThresholdText::LeastScore || threshold.value > ThresholdText::MostScore)
+    {
+        inspection->notes.push_back(
+            fmt::format("scores lie between 0 and 255: {} is above this threshold", threshold.value < 0 ? "every one" : "none"));
+    }
+}
+
+void InspectUnknown(std::span<const uint8_t> bytes, Inspection* inspection)
+{
+    inspection->AddBytes("(bytes)", bytes, 0, bytes.size(), "of no kind that inspect knows");
+    if (const OtherFile* other = FindOtherFile(AsText(bytes)))
+    {
+        inspection->notes.emplace_back(other->hint);
+    }
+    inspection->notes.emplace_back(
+        bytes.empty()
+            ? "as a user model stream: there is no user model, the language's predefined model is armed; as a model "
+              "file it is refused, as a threshold file it counts as 0, as a constraints file it is fine"
+            : "as a user model stream: it does not begin with \"VWOV\", so the language's predefined model is armed; as "
+              "a model file it is handed on as it is");
+}
+
+uint64_t NumberOf(std::span<const uint8_t> bytes)
+{
+    return bytes.size() == sizeof(uint64_t)   ? ReadUnsigned<uint64_t>(bytes, 0)
+           : bytes.size() == sizeof(uint32_t) ? ReadUnsigned<uint32_t>(bytes, 0)
+                                              : ReadUnsigned<uint16_t>(bytes, 0);
+}
+
+std::string ValueText(FieldForm form, std::span<const uint8_t> bytes)
+{
+    constexpr std::size_t ShownBytes = 16;
+    switch (form)
+    {
+    case FieldForm::Text:
+        return fmt::format("\"{}\"", AsText(bytes));
+    case FieldForm::Number:
+        return fmt::format("{}", NumberOf(bytes));
+    case FieldForm::Hexadecimal:
+        return fmt::format("0x{:08X}", NumberOf(bytes));
+    case FieldForm::Q8:
+        return Q8Text(static_cast<int32_t>(NumberOf(bytes)));
+    case FieldForm::BigEndianQ8:
+        return Q8Text(bytes[0] << 8U | bytes[1]);
+    case FieldForm::Guid:
+        return fmt::format("{{{:08X}-{:04X}-{:04X}-{:02X}{:02X}-{:02X}}}", ReadUnsigned<uint32_t>(bytes, 0),
+                           ReadUnsigned<uint16_t>(bytes, 4), ReadUnsigned<uint16_t>(bytes, 6), bytes[8], bytes[9],
+                           fmt::join(bytes.subspan(10), ""));
+    default:
+        return fmt::format("{:02X}{}", fmt::join(bytes.first(std::min(bytes.size(), ShownBytes)), " "),
+                           bytes.size() > ShownBytes ? " ..." : "");
+    }
+}
+
+} // namespace
+
+std::string_view FileKindName(FileKind kind)
+{
+    return KindNames[static_cast<std::size_t>(kind)];
+}
+
+const InspectedField* Inspection::Find(std::string_view path) const
+{
+    const auto found = std::ranges::find(fields, path, &InspectedField::path);
+    return found == fields.end() ? nullptr : &*found;
+}
+
+const InspectedField* Inspection::FirstError() const
+{
+    const auto found = std::ranges::find_if(fields, [](const InspectedField& field) { return !field.error.empty(); });
+    return found == fields.end() ? nullptr : &*found;
+}
+
+bool Inspection::Add(std::span<const FieldLayout> layouts, std::span<const uint8_t> file, std::size_t base,
+                     std::string_view prefix)
+{
+    for (const FieldLayout& layout : layouts)
+    {
+        const std::size_t begin = base + layout.offset;
+        const std::span<const uint8_t> own = file.subspan(begin, std::min(layout.size, file.size() - begin));
+        const bool whole = own.size() == layout.size;
+        fields.push_back({fmt::format("{}{}", prefix, layout.name), begin, own.size(),
+                          ValueText(whole ? layout.form : FieldForm::Bytes, own), std::string(layout.meaning)});
+        if (!whole)
+        {
+            fields.back().error = fmt::format("only {} of the field's {} bytes are there", own.size(), layout.size);
+            return false;
+        }
+        if (layout.must && NumberOf(own) != *layout.must)
+        {
+            fields.back().error = fmt::format("must be {}", *layout.must == 0 ? "0" : fmt::format("0x{:08X}", *layout.must));
+        }
+    }
+    return true;
+}
+
+void Inspection::AddBytes(std::string path, std::span<const uint8_t> file, std::size_t begin, std::size_t end,
+                          std::string meaning, std::string error)
+{
+    if (begin < end)
+    {
+        fields.push_back({std::move(path), begin, end - begin, ValueText(FieldForm::Bytes, file.subspan(begin, end - begin)),
+                          std::move(meaning), std::move(error)});
+    }
+}
+
+void Inspection::Expect(bool right, std::string_view path, std::string otherwise)
+{
+    const auto found = std::ranges::find(fields, path, &InspectedField::path);
+    if (!right && found != fields.end() && found->error.empty())
+    {
+        found->error = std::move(otherwise);
+    }
 }
 
 Inspection Inspect(std::span<const uint8_t> bytes)
 {
-    Inspection inspection;
-    inspection.kind = RecogniseFile(bytes);
-    inspection.size = bytes.size();
-    FieldReader reader(bytes, &inspection);
-    try
+    Inspection inspection{Recognise(bytes)};
+    switch (inspection.kind)
     {
-        InspectAs(inspection.kind, &reader);
+    case FileKind::ArmingPattern:
+    case FileKind::DetectionResult:
+    case FileKind::BlockHead:
+        InspectBlock(bytes, &inspection);
+        break;
+    case FileKind::Threshold:
+        InspectThreshold(bytes, &inspection);
+        break;
+    case FileKind::Unknown:
+    case FileKind::Empty:
+        InspectUnknown(bytes, &inspection);
+        break;
+    default:
+        InspectModel(bytes, &inspection);
     }
-    catch (const ReadingStopped&)
-    {
-        // The error and what was read before it are in the inspection.
-    }
-    if (reader.Position() < bytes.size())
-    {
-        inspection.rest = ByteRange{reader.Position(), bytes.size() - reader.Position()};
-    }
-    AddNotes(bytes, &inspection);
     return inspection;
+}
+
+std::string OffsetText(std::size_t offset)
+{
+    return fmt::format("0x{:04X}", offset);
 }
 
 } // namespace velox::console

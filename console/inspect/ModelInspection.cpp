@@ -1,15 +1,15 @@
-#include "console/inspect/ModelInspection.h"
-
-#include "console/text/Words.h"
-#include "engine/models/AcousticModel.h"
-#include "engine/sound/Cepstrum.h"
+#include "console/hosting/StandInModels.h"
+#include "console/inspect/FormatInspection.h"
+#include "console/text/StatusText.h"
+#include "console/text/Wording.h"
+#include "engine/base/AudioFormat.h"
+#include "firmware/LittleEndian.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
-#include <cmath>
 #include <numeric>
+#include <utility>
 
 namespace velox::console
 {
@@ -17,243 +17,112 @@ namespace velox::console
 namespace
 {
 
-using namespace velox::engine;
-using enum FieldReader::Numbers;
+using engine::BlobHeader;
+using engine::BlobKind;
+using engine::Status;
+using Form = FieldForm;
 
-// The engine's bounds, beside those that its headers give.
-constexpr uint32_t MostLayers = 16;
-constexpr uint32_t MostUnits = 256;
-constexpr uint32_t MostComponents = 256;
-constexpr uint32_t MostFrames = 2000;
-constexpr double FramesPerSecond = 100.0;
+constexpr std::pair<BlobKind, FileKind> ModelKinds[]{{BlobKind::AcousticModel, FileKind::AcousticModel},
+                                                     {BlobKind::Population, FileKind::Population},
+                                                     {BlobKind::PhraseModel, FileKind::PhraseModel},
+                                                     {BlobKind::Firmware, FileKind::FirmwareModel}};
 
-struct ModelKind
+constexpr std::size_t VersionOffset = 4;
+constexpr std::size_t ChecksumOffset = 12;
+constexpr FieldLayout HeaderFields[]{{"Kind", 0, 4, Form::Text, "kind of model"},
+                                     {"Version", VersionOffset, 4, Form::Number, "of the stand-in engine's format"},
+                                     {"Length", 8, 4, Form::Number, "of the whole model in bytes"},
+                                     {"Checksum", ChecksumOffset, 4, Form::Hexadecimal, "CRC-32 of the bytes behind it"}};
+
+/// Lets the engine read it, and keeps what can be told of it.
+Status ReadFacts(FileKind kind, std::span<const uint8_t> bytes, Inspection* inspection)
 {
-    FileKind file;
-    BlobKind blob;
-    std::string_view signature;
-};
-
-constexpr std::array ModelKinds{ModelKind{FileKind::AcousticModel, BlobKind::AcousticModel, "VWAM"},
-                                ModelKind{FileKind::Population, BlobKind::Population, "VWZN"},
-                                ModelKind{FileKind::PhraseModel, BlobKind::PhraseModel, "VWPM"},
-                                ModelKind{FileKind::FirmwareModel, BlobKind::Firmware, "VWOV"}};
-
-const ModelKind& Kind(FileKind kind)
-{
-    return *std::find_if(ModelKinds.begin(), ModelKinds.end(), [&](const ModelKind& own) { return own.file == kind; });
-}
-
-/// Reads a model's header. @return how many of the bytes behind it are the model's
-std::size_t InspectHeader(const ModelKind& kind, FieldReader* reader)
-{
-    const std::size_t available = reader->Left();
-    const std::span<const uint8_t> whole = reader->Ahead(available);
-    const std::string_view signature = AsText(reader->Bytes("Kind", 4, FileKindName(kind.file)));
-    reader->Describe(fmt::format("\"{}\"", signature));
-    if (signature != kind.signature)
+    engine::AcousticModel acoustic;
+    engine::PhraseModel& phrase = acoustic.phrase;
+    engine::Population population;
+    const Status status = kind == FileKind::Population      ? ReadModel(bytes, &population)
+                          : kind == FileKind::AcousticModel ? ReadModel(bytes, &acoustic)
+                                                            : ReadModel(bytes, &phrase);
+    if (status != Status::Success)
     {
-        reader->Stop(fmt::format("Must be \"{}\".", kind.signature));
+        return status;
     }
-    const uint32_t version = reader->U32("Version", "of the stand-in engine's format");
-    if (version != BlobHeader::Version)
+    const std::vector<float>& durations = phrase.states.meanDuration;
+    const std::size_t peaks = population.peaks.size();
+    // Peaks of different phrases are of none.
+    const std::size_t states = peaks == 0 ? durations.size()
+                               : std::ranges::all_of(population.peaks,
+                                                     [&](const engine::Population::Peak& peak) {
+                                                         return peak.counts.size() == population.peaks.front().counts.size();
+                                                     })
+                                   ? population.peaks.front().counts.size()
+                                   : 0;
+    inspection->states = states;
+    inspection->ofUser = phrase.speaker.has_value();
+    inspection->facts = {{"states", states, "phrase of", Counted(states, "state")}};
+    if (peaks > 0)
     {
-        reader->Stop(fmt::format("{}, but the stand-in engine's version is {}: damaged, or made for another engine.", version,
-                                 BlobHeader::Version));
+        inspection->facts.push_back({"hours", population.hours, "background of", fmt::format("{:.2f} h", population.hours)});
+        inspection->facts.push_back({"peaks", peaks, "", Counted(peaks, "peak")});
+        return status;
     }
-    reader->Expect(true, {});
-    const uint32_t length = reader->U32("Length", "of the whole model in bytes");
-    if (length < BlobHeader::Size || length > BlobHeader::LargestBlob)
-    {
-        reader->Stop(fmt::format("{} must lie between {} and {}.", length, BlobHeader::Size, BlobHeader::LargestBlob));
-    }
-    reader->Expect(length <= available, fmt::format("{}, but there are only {} bytes: cut.", length, available));
-    reader->Expect(length >= available, fmt::format("{}, but there are {} bytes.", length, available));
-    const uint32_t checksum = reader->Hex32("Checksum", "CRC-32 of the bytes behind it");
-    if (length <= available)
-    {
-        const uint32_t own = Crc32(whole.subspan(BlobHeader::Size, length - BlobHeader::Size));
-        reader->Expect(own == checksum, fmt::format("The bytes behind it give 0x{:08X}: some were changed.", own));
-    }
-    return std::min<std::size_t>(length, available) - BlobHeader::Size;
-}
-
-void InspectNetwork(uint32_t states, FieldReader* reader)
-{
-    const FieldReader::Section network(reader, "network");
-    const uint32_t layers = reader->Count("layers", 1, MostLayers, "of the neural network");
-    auto inputs = static_cast<uint32_t>(MelChannels);
-    for (uint32_t i = 0; i < layers; ++i)
-    {
-        const FieldReader::Section layer(reader, fmt::format("layer[{}]", i));
-        const uint32_t kernel = reader->Count("kernel", 1, MostLayers, "inputs that it looks at");
-        reader->Count("dilation", 1, MostLayers, "frames between them");
-        const uint32_t outputs = reader->Count("outputs", 1, MostUnits, "values that it gives");
-        if (i + 1 == layers)
-        {
-            reader->Expect(outputs == states + 1,
-                           fmt::format("The last layer gives {} values, but {} states and the background need {}.", outputs,
-                                       states, states + 1));
-        }
-        reader->Quantised("weights", 1, std::size_t{outputs} * inputs * kernel, "quantised to 16 bits");
-        reader->F32s("bias", outputs, "one for each output");
-        inputs = outputs;
-    }
-}
-
-/// @param name  whose mixtures they are
-void InspectMixtures(std::string_view name, uint32_t states, FieldReader* reader)
-{
-    constexpr auto Dimensions = static_cast<uint32_t>(CepstralFrameSize);
-    const FieldReader::Section section(reader, name);
-    const uint32_t components = reader->Count("components", 1, MostComponents, "of each state's mixture");
-    reader->Count("dimensions", Dimensions, Dimensions, "of a cepstral frame");
-    reader->F32s("variances", std::size_t{components} * Dimensions, "shared by all states", Positive);
-    const FieldReader::Group group(reader, "state[*]");
-    for (uint32_t i = 0; i < states; ++i)
-    {
-        const FieldReader::Section state(reader, fmt::format("state[{}]", i));
-        reader->F32s("weights", components, "of the mixture's components", Positive);
-        reader->Quantised("means", 1, std::size_t{components} * Dimensions, "quantised to 16 bits");
-    }
-}
-
-void InspectSpeaker(uint32_t states, FieldReader* reader)
-{
-    const FieldReader::Section section(reader, "speaker");
-    reader->F32("threshold", "the user's own, folded into the score");
-    InspectMixtures("generic", states, reader);
-    InspectMixtures("user", states, reader);
-}
-
-/// @return the number of states
-uint32_t InspectFirmwareModel(FieldReader* reader)
-{
-    reader->F32s("startMean", MelChannels, "where each channel's running mean starts");
-    reader->F32s("mean", MelChannels, "of the features");
-    reader->F32s("deviation", MelChannels, "of the features", Positive);
-    const uint32_t states = reader->Count("states", 1, StateModel::MostStates, "that the phrase is cut into");
-    const std::vector<float> durations = reader->F32s("meanDuration", states, "frames in each state", Positive);
-    reader->Explain(fmt::format("frames in each state: the phrase lasts {:.2f} s",
-                                std::accumulate(durations.begin(), durations.end(), 0.0) / FramesPerSecond));
-    reader->F32s("logPrior", std::size_t{states} + 1, "of each state, and last of the background");
-    InspectNetwork(states, reader);
-    reader->F32("tailStart", "where the background's highest scores begin");
-    reader->F32s("nearCheck.weights", NearPhraseCheck::Features, "of the near-phrase check");
-    reader->F32("nearCheck.bias", "of the near-phrase check");
-    reader->F32("nearCheck.cut", "least value that passes");
-    const bool user = reader->Count("hasSpeaker", 0, 1, "1: a user's model, 0: anybody's") == 1;
-    reader->Describe(user ? "1 (a user's model)" : "0 (for anybody)");
-    if (user)
-    {
-        InspectSpeaker(states, reader);
-    }
-    return states;
-}
-
-/// A model as a whole: its header, and what `contents` reads, which must be all that the header promises.
-template <typename Contents>
-auto InspectWhole(FileKind kind, FieldReader* reader, Contents contents)
-{
-    const std::size_t contentSize = InspectHeader(Kind(kind), reader);
-    const auto result = [&] {
-        const FieldReader::Bounds bounds(reader, contentSize);
-        const auto read = contents(reader);
-        reader->ExpectEnd("The model's fields end before its length does.");
-        return read;
-    }();
-    reader->ExpectEnd("These bytes lie behind the model's end.");
-    return result;
-}
-
-/// A firmware model that stands in another model, behind its length.
-/// @return the number of states
-uint32_t InspectNested(std::string_view name, FieldReader* reader)
-{
-    const FieldReader::Section section(reader, name);
-    const uint32_t size = reader->U32("Size", "of the model inside, in bytes");
-    reader->Expect(size <= reader->Left(), fmt::format("{}, but only {} bytes follow.", size, reader->Left()));
-    const FieldReader::Bounds bounds(reader, size);
-    return InspectWhole(FileKind::FirmwareModel, reader, InspectFirmwareModel);
-}
-
-uint32_t InspectAcousticModel(FieldReader* reader)
-{
-    const uint32_t states = InspectNested("phrase", reader);
-    InspectMixtures("generic", states, reader);
-    return states;
-}
-
-uint32_t InspectPhraseModel(FieldReader* reader)
-{
-    return InspectNested("firmware", reader);
-}
-
-/// @return the number of peaks
-uint32_t InspectPopulation(FieldReader* reader)
-{
-    reader->F32("hours", "of background speech", Positive);
-    const uint32_t peaks = reader->Count("peaks", 1, static_cast<uint32_t>(Population::MostPeaks), "places most like the phrase");
-    const FieldReader::Group group(reader, "peak[*]");
-    for (uint32_t i = 0; i < peaks; ++i)
-    {
-        const FieldReader::Section peak(reader, fmt::format("peak[{}]", i));
-        reader->F32("score", "of the decoder");
-        const uint32_t states = reader->Count("states", 0, StateModel::MostStates, "of the phrase");
-        const std::vector<uint32_t> counts = reader->U32s("stateFrames", states, 1, MostFrames, "frames in each state");
-        const uint64_t frames = std::accumulate(counts.begin(), counts.end(), uint64_t{0});
-        if (frames > MostFrames)
-        {
-            reader->Stop(fmt::format("{} frames together, but {} are the most.", frames, MostFrames));
-        }
-        reader->Quantised("features", frames, MelChannels, "of each frame, quantised to 16 bits");
-    }
-    return peaks;
+    const double seconds = std::accumulate(durations.begin(), durations.end(), 0.0) / engine::FramesPerSecond;
+    inspection->facts.push_back({"phraseSeconds", seconds, "about", fmt::format("{:.2f} s", seconds)});
+    inspection->facts.push_back({"user", inspection->ofUser, "", inspection->ofUser ? "a user's model" : "for anybody"});
+    return status;
 }
 
 } // namespace
 
 FileKind RecogniseModel(std::span<const uint8_t> bytes)
 {
-    constexpr std::size_t SignatureSize = 4;
-    const std::string_view signature = AsText(bytes.first(std::min(bytes.size(), SignatureSize)));
-    const auto found =
-        std::find_if(ModelKinds.begin(), ModelKinds.end(), [&](const ModelKind& kind) { return kind.signature == signature; });
-    return found == ModelKinds.end() ? FileKind::Unknown : found->file;
+    const auto* const found = std::ranges::find_if(ModelKinds, [&](const auto& kind) {
+        return bytes.size() >= sizeof(BlobKind) && engine::IsBlob(bytes.data(), kind.first);
+    });
+    return found == std::end(ModelKinds) ? FileKind::Unknown : found->second;
 }
 
-void InspectModel(FileKind kind, FieldReader* reader)
+void InspectModel(std::span<const uint8_t> bytes, Inspection* inspection, std::size_t offset, std::string_view name)
 {
-    switch (kind)
+    const std::span<const uint8_t> model = bytes.subspan(offset);
+    const FileKind kind = RecogniseModel(model);
+    const bool hasHeader = model.size() >= BlobHeader::Size;
+    const uint32_t version = hasHeader ? firmware::ReadUnsigned<uint32_t>(model, VersionOffset) : 0;
+    if (!name.empty() && (kind != FileKind::FirmwareModel || version != BlobHeader::Version))
     {
-    case FileKind::AcousticModel:
-        InspectWhole(kind, reader, InspectAcousticModel);
-        break;
-    case FileKind::Population:
-        InspectWhole(kind, reader, InspectPopulation);
-        break;
-    case FileKind::PhraseModel:
-        InspectWhole(kind, reader, InspectPhraseModel);
-        break;
-    default:
-        InspectWhole(FileKind::FirmwareModel, reader, InspectFirmwareModel);
-        break;
-    }
-}
-
-void InspectOpaqueModel(std::string_view name, FieldReader* reader)
-{
-    constexpr std::size_t VersionOffset = 4;
-    const std::span<const uint8_t> ahead = reader->Ahead(BlobHeader::Size);
-    const bool standIn = ahead.size() == BlobHeader::Size && RecogniseModel(ahead) == FileKind::FirmwareModel &&
-                         ahead[VersionOffset] == BlobHeader::Version && ahead[VersionOffset + 1] == 0;
-    if (standIn)
-    {
-        const FieldReader::Section section(reader, name);
-        InspectModel(FileKind::FirmwareModel, reader);
+        inspection->AddBytes(std::string(name), bytes, offset, bytes.size(),
+                             "not of the stand-in engine: only its own engine understands it");
         return;
     }
-    reader->Bytes(name, reader->Left(), "not of the stand-in engine: only its own engine understands it");
+    const std::string prefix = name.empty() ? "" : fmt::format("{}.", name);
+    if (!inspection->Add(HeaderFields, bytes, offset, prefix))
+    {
+        return;
+    }
+    const std::size_t length = engine::BlobLength(model.data());
+    const std::size_t end = std::clamp(length, BlobHeader::Size, model.size());
+    const uint32_t checksum = engine::Crc32(model.first(end).subspan(BlobHeader::Size));
+    inspection->AddBytes(prefix + "Data", bytes, offset + BlobHeader::Size, offset + end, "only an engine understands it");
+    inspection->AddBytes(prefix + "(rest)", bytes, offset + end, bytes.size(), "belongs to no field",
+                         "these bytes lie behind the model's end");
+    if (version != BlobHeader::Version)
+    {
+        inspection->Expect(false, prefix + "Version",
+                           fmt::format("{}, but the stand-in engine's version is {}: damaged, or made for another engine",
+                                       version, BlobHeader::Version));
+        return;
+    }
+    const bool whole = IsWholeModel(model);
+    const bool unchanged = checksum == firmware::ReadUnsigned<uint32_t>(model, ChecksumOffset);
+    inspection->Expect(whole, prefix + "Length", fmt::format("{}, but there are {} bytes", length, model.size()));
+    inspection->Expect(unchanged || length > model.size(), prefix + "Checksum",
+                       fmt::format("the bytes behind it give 0x{:08X}: some were changed", checksum));
+    if (whole && unchanged)
+    {
+        const Status status = ReadFacts(kind, model, inspection);
+        inspection->Expect(status == Status::Success, prefix + (end > BlobHeader::Size ? "Data" : "Length"),
+                           "the engine refuses it: status " + EngineStatusText(static_cast<uint32_t>(status)));
+    }
 }
 
 } // namespace velox::console

@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <limits>
@@ -16,46 +17,39 @@ namespace velox::console
 namespace
 {
 
+using Limits = std::numeric_limits<int32_t>;
 constexpr double Q8Scale = 256.0;
-constexpr std::string_view WriteANumber = "Write one decimal number with a point, such as 0.75, as plain text.";
 
 /// As the library does it: half away from zero; what does not fit becomes the nearest that does.
 int32_t ToQ8(double value)
 {
-    using Limits = std::numeric_limits<int32_t>;
     const double scaled = value * Q8Scale + (value > 0.0 ? 0.5 : -0.5);
     return scaled >= Limits::max() ? Limits::max() : scaled <= Limits::min() ? Limits::min() : static_cast<int32_t>(scaled);
 }
 
 std::string WhyNoNumber(std::string_view content)
 {
-    if (Trim(content).empty())
-    {
-        return "The file holds no number: it is empty.";
-    }
-    if (content.starts_with("\xEF\xBB\xBF"))
-    {
-        return "The file holds no number at its beginning: an invisible byte order mark (EF BB BF) stands before it.";
-    }
-    if (content.starts_with("\xFF\xFE") || content.starts_with("\xFE\xFF") || content.find('\0') != std::string_view::npos)
-    {
-        return "The file holds no number that can be read: it is written in UTF-16.";
-    }
-    if (Trim(content).front() == ',')
-    {
-        return "The file begins with a comma, which ends the number before it has begun.";
-    }
-    return "The file does not begin with a number.";
+    const bool utf16 = content.starts_with("\xFF\xFE") || content.starts_with("\xFE\xFF") || content.find('\0') != content.npos;
+    return Trim(content).empty()                 ? "the file holds no number: it is empty"
+           : content.starts_with("\xEF\xBB\xBF") ? "the file holds no number at its beginning: an invisible byte order mark "
+                                                   "(EF BB BF) stands before it"
+           : utf16                               ? "the file holds no number that can be read: it is written in UTF-16"
+           : Trim(content).front() == ','        ? "the file begins with a comma, which ends the number before it has begun"
+                                                 : "the file does not begin with a number";
 }
 
-std::string WhyRest(const ThresholdText& read)
+std::string WhatIsWrong(const ThresholdText& read)
 {
-    const bool digitFollows = read.rest.size() > 1 && std::isdigit(static_cast<unsigned char>(read.rest[1])) != 0;
-    if (read.rest.front() == ',' && digitFollows)
+    if (read.saturated)
     {
-        return fmt::format("The decimal comma in \"{0}{1}\" ends the number: only {0} counts.", read.text, read.rest);
+        return fmt::format("{} is more than 32 bits hold; the library takes {:.6g}", read.text, read.q8 / Q8Scale);
     }
-    return fmt::format("What follows the number {} is ignored.", read.text);
+    constexpr std::size_t LongestQuote = 20;
+    const bool comma = read.rest.size() > 1 && read.rest[0] == ',' && std::isdigit(static_cast<unsigned char>(read.rest[1])) != 0;
+    return read.rest.empty() ? ""
+           : comma ? fmt::format("the decimal comma in \"{0}{1}\" ends the number: only {0} counts", read.text,
+                               std::string_view(read.rest).substr(0, LongestQuote))
+                   : fmt::format("what follows the number {} is ignored", read.text);
 }
 
 } // namespace
@@ -66,42 +60,27 @@ ThresholdText ReadThresholdText(std::string_view content)
     std::istringstream stream{std::string(content)};
     stream.imbue(std::locale::classic());
     stream >> read.value;
-    const bool overflow = stream.fail() && std::abs(read.value) == std::numeric_limits<double>::max();
-    read.isNumber = !stream.fail() || overflow;
-
-    const auto end = static_cast<std::size_t>(stream.rdbuf()->pubseekoff(0, std::ios::cur, std::ios::in));
-    const std::size_t first = content.find_first_not_of(Blanks);
-    read.offset = first == std::string_view::npos ? content.size() : first;
+    read.isNumber = !stream.fail() || std::abs(read.value) == std::numeric_limits<double>::max();
+    read.offset = std::min(content.find_first_not_of(Blanks), content.size());
     if (!read.isNumber)
     {
         read.value = 0.0;
         read.whatIsWrong = WhyNoNumber(content);
-        read.fix = WriteANumber;
         return read;
     }
-
+    const auto end = static_cast<std::size_t>(stream.rdbuf()->pubseekoff(0, std::ios::cur, std::ios::in));
     read.q8 = ToQ8(read.value);
-    read.saturated = std::abs(read.value * Q8Scale) > static_cast<double>(std::numeric_limits<int32_t>::max());
+    read.saturated = std::abs(read.value * Q8Scale) > static_cast<double>(Limits::max());
     read.text = content.substr(read.offset, end - read.offset);
     read.rest = Trim(content.substr(end));
-    read.restOffset = read.rest.empty() ? content.size() : content.find_first_not_of(Blanks, end);
-    if (read.saturated)
-    {
-        read.whatIsWrong = fmt::format("{} is more than 32 bits hold; the library takes {:.6g}.", read.text,
-                                       static_cast<double>(read.q8) / Q8Scale);
-        read.fix = WriteANumber;
-    }
-    else if (!read.rest.empty())
-    {
-        read.whatIsWrong = WhyRest(read);
-        read.fix = WriteANumber;
-    }
+    read.restOffset = std::min(content.find_first_not_of(Blanks, end), content.size());
+    read.whatIsWrong = WhatIsWrong(read);
     return read;
 }
 
 std::string Q8Text(int32_t q8)
 {
-    return fmt::format("{} ({:.6g})", q8, static_cast<double>(q8) / Q8Scale);
+    return fmt::format("{} ({:.6g})", q8, q8 / Q8Scale);
 }
 
 } // namespace velox::console

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -20,11 +19,10 @@ struct ThresholdText
     int32_t q8 = 0;         ///< the value times 256, rounded half away from zero, within 32 bits
     bool saturated = false; ///< the value does not fit
     std::size_t offset = 0; ///< of the number, behind blanks
-    std::string text;       ///< the number as it stands there
+    std::string text{};     ///< the number as it stands there
     std::size_t restOffset = 0;
-    std::string rest;        ///< what follows, without blanks around it; the library ignores it
-    std::string whatIsWrong; ///< why there is no number, or what about the rest is suspicious; empty when all is well
-    std::string fix;
+    std::string rest{};        ///< what follows, without blanks around it; the library ignores it
+    std::string whatIsWrong{}; ///< why there is no number, or what about the rest is suspicious, as a reason; else empty
 };
 
 ThresholdText ReadThresholdText(std::string_view content);

@@ -58,13 +58,8 @@ std::vector<std::filesystem::path> FilesBelow(const std::filesystem::path& folde
 /// folders often are, and is of use.
 constexpr std::size_t SilenceSamples = 3 * engine::SampleRate / 10;
 
-Remark RemarkOf(const TakeRemark& why)
-{
-    return {Tone::Bad, why.code, why.text, why.fix};
-}
-
 /// What makes a take useless, in the trainer's eyes.
-std::optional<Remark> WhyUseless(const std::string& name, const Audio& audio)
+std::optional<Remark> WhyUselessForTraining(const Audio& audio)
 {
     std::vector<float> padded(SilenceSamples, 0.0F);
     padded.insert(padded.end(), audio.samples.begin(), audio.samples.end());
@@ -79,7 +74,7 @@ std::optional<Remark> WhyUseless(const std::string& name, const Audio& audio)
     {
         *review.firstClipped -= SilenceSamples;
     }
-    return RemarkOf(ReportTake(name, audio, review, TakeEvidence{}).remarks.front());
+    return WhyUseless(review, audio.seconds);
 }
 
 struct ReadRecording
@@ -100,11 +95,11 @@ ReadRecording ReadOne(const std::filesystem::path& file, bool isTake)
     try
     {
         read.audio = ReadAudio(file);
-        read.useless = isTake ? WhyUseless(Utf8(file), read.audio) : std::nullopt;
+        read.useless = isTake ? WhyUselessForTraining(read.audio) : std::nullopt;
     }
     catch (const CommandFailure& failure)
     {
-        read.useless = RemarkOf(ReportUnreadable(Utf8(file), failure).remarks.front());
+        read.useless = UnreadableRemark(Utf8(file), failure);
     }
     return read;
 }

@@ -6,6 +6,7 @@
 #include "console/languages/FileExchange.h"
 #include "console/languages/LanguageRecordings.h"
 #include "console/languages/MissEstimate.h"
+#include "console/takes/TakeReport.h"
 #include "console/text/Interruption.h"
 #include "console/text/LanguageName.h"
 #include "console/text/Utf8Path.h"
@@ -339,8 +340,7 @@ Report MakeLanguage(const LanguageRequest& request, Context& context, const Read
         {
             throw;
         }
-        report.exitCode = failure.exitCode;
-        report.error = {failure.what(), failure.fix};
+        return Failed(std::move(report), failure);
     }
     return report;
 }

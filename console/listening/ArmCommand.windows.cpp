@@ -2,9 +2,9 @@
 
 #include "console/hosting/Detector.h"
 #include "console/hosting/LogExplanation.h"
+#include "console/hosting/Outputs.h"
 #include "console/hosting/UserModelStream.h"
-#include "console/listening/PatternOrigin.h"
-#include "console/text/FieldLine.h"
+#include "console/listening/Pattern.h"
 #include "console/text/LanguageName.h"
 #include "console/text/Utf8Path.h"
 #include "console/text/WriteWhole.h"
@@ -12,9 +12,9 @@
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <array>
 #include <memory>
 
 namespace velox::console
@@ -31,13 +31,7 @@ struct ArmOptions
     std::string output;
 };
 
-bool UsedUserModel(const ArmingAnswer& answer)
-{
-    return std::any_of(answer.lines.begin(), answer.lines.end(),
-                       [](const LoggedLine& line) { return line.message == "[BuildArmingPatternData] Using user model."; });
-}
-
-ArmingAnswer BuildPattern(const ArmOptions& options, uint16_t language, const Context& context)
+std::vector<uint8_t> BuildPattern(const ArmOptions& options, uint16_t language, const Context& context)
 {
     Detector detector(options.detector, context.log);
     const auto stream = options.model.empty() ? EmptyStream() : OpenUserModel(PathFromUtf8(options.model));
@@ -46,37 +40,44 @@ ArmingAnswer BuildPattern(const ArmOptions& options, uint16_t language, const Co
     {
         throw ExplainFailure("Arming language " + LanguageText(language), answer.result, answer.lines);
     }
-    if (!options.model.empty() && !UsedUserModel(answer))
+    const bool usedUserModel = std::ranges::any_of(
+        answer.lines, [](const auto& line) { return line.message == "[BuildArmingPatternData] Using user model."; });
+    if (!options.model.empty() && !usedUserModel)
     {
         throw CommandFailure(ExitCode::BadInput, options.model + " holds no user model: it does not begin with VWOV.",
                              "Make one with velox-kws enroll, or leave --model out to arm everybody's model.");
     }
-    return answer;
+    return std::move(answer.pattern);
 }
 
-Outcome Arm(const ArmOptions& options, const Context& context)
+Report Arm(const ArmOptions& options, const Context& context)
 {
+    const std::array inputs{PathFromUtf8(options.detector.configuration), PathFromUtf8(options.model)};
+    const std::filesystem::path output = PathFromUtf8(options.output);
+    RefuseToReplace(context, inputs, std::array{Output{output, OutputKind::Pattern}});
     const uint16_t language = ParseLanguage(options.language);
-    const ArmingAnswer answer = BuildPattern(options, language, context);
-    WriteWhole(PathFromUtf8(options.output), answer.pattern);
+    const std::vector<uint8_t> pattern = BuildPattern(options, language, context);
+    WriteWhole(output, pattern);
 
-    const std::size_t modelBytes = answer.pattern.size() - firmware::PatternLayout::ModelOffset;
+    const std::size_t modelBytes = pattern.size() - firmware::PatternLayout::ModelOffset;
     const bool isUserModel = !options.model.empty();
-    const std::string model = isUserModel ? "the user's, " + options.model : "everybody's, from the configuration";
-    Outcome outcome;
-    outcome.text = FieldLine("Language", LanguageText(language)) +
-                   FieldLine("Model", fmt::format("{}, {} bytes", model, modelBytes)) +
-                   FieldLine("Threshold", fmt::format("{:g} ({})", ThresholdOf(answer.pattern),
-                                                      isUserModel ? "userDefinedKpdSensitivity" : "preDefinedKpdSensitivity")) +
-                   FieldLine("Block", fmt::format("{} bytes", answer.pattern.size()));
-    outcome.results.Add({{"file", options.output},
-                         {"language", language},
-                         {"model", isUserModel ? "user" : "predefined"},
-                         {"modelBytes", modelBytes},
-                         {"threshold", ThresholdOf(answer.pattern)},
-                         {"bytes", answer.pattern.size()}});
-    outcome.verdict = "Written: " + options.output + ".";
-    return outcome;
+    Report report;
+    report.results = {Entry{options.output}};
+    report.results.front().facts = {
+        {"file", options.output},
+        {"language", language, "language", LanguageText(language)},
+        {"model", isUserModel ? "user" : "predefined", "model",
+         isUserModel ? "the user's, " + options.model : "everybody's, from the configuration"},
+        {"modelBytes", modelBytes, "model's size", fmt::format("{} bytes", modelBytes)},
+        {"threshold", ThresholdOf(pattern), "threshold",
+         fmt::format("{:g} ({})", ThresholdOf(pattern), isUserModel ? "userDefinedKpdSensitivity" : "preDefinedKpdSensitivity")},
+        {"bytes", pattern.size(), "size", fmt::format("{} bytes", pattern.size())}};
+    if (const auto warning = SimulatorWarning(pattern))
+    {
+        report.results.front().remarks = {*warning};
+    }
+    report.verdict = "Written: " + options.output + ".";
+    return report;
 }
 
 } // namespace

@@ -1,11 +1,16 @@
 #include "console/listening/Listening.h"
 
+#include "console/audio/AudioFile.h"
 #include "console/audio/SampleTime.h"
-#include "console/text/CommandFailure.h"
+#include "console/listening/Pattern.h"
+#include "console/text/Utf8Path.h"
+#include "console/text/WriteWhole.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <limits>
+#include <tuple>
 
 namespace velox::console
 {
@@ -13,18 +18,27 @@ namespace velox::console
 namespace
 {
 
+/// Before and after a phrase in its close-up, in samples.
+constexpr int64_t CloseUpMargin = SamplesPerSecond;
+/// Of a close-up: 8 ms.
+constexpr int64_t SamplesPerStretch = 128;
+
 void SetPattern(std::span<const uint8_t> pattern, firmware::DspSimulator* dsp)
 {
     if (const auto refusal = dsp->SetPattern(pattern))
     {
-        const firmware::PatternRefusalText& text = firmware::TextOf(*refusal);
         const bool foreign = *refusal == firmware::PatternRefusal::ForeignDetector;
-        throw CommandFailure(
-            ExitCode::BadInput,
-            fmt::format("The DSP refuses the pattern at 0x{:02X}, {}: {}", text.offset, text.field, text.sentence),
-            foreign ? "Name the detector that it was built for with --detector-id."
-                    : "Build it again with velox-kws arm. velox-kws inspect shows the fields of this one.");
+        throw CommandFailure(ExitCode::BadInput, "The DSP refuses the pattern " + RefusalText(*refusal),
+                             foreign ? "Name the detector that it was built for with --detector-id."
+                                     : "Build it again with velox-kws arm. velox-kws inspect shows the fields of this one.");
     }
+}
+
+/// Whether a peak that did not pass was close: its score, or the phrase's alone.
+bool IsNearMiss(const firmware::Peak& peak, uint32_t threshold)
+{
+    const float least = static_cast<float>(threshold) / 256.0F;
+    return !peak.passed && (peak.detection.score >= least - NearMissMargin || peak.detection.phraseScore >= least);
 }
 
 bool Overlap(const firmware::Peak& one, const firmware::Peak& other)
@@ -32,12 +46,40 @@ bool Overlap(const firmware::Peak& one, const firmware::Peak& other)
     return one.detection.startSample < other.detection.endSample && other.detection.startSample < one.detection.endSample;
 }
 
-/// One run over one piece of audio.
+auto Rank(const HeardPhrase& phrase)
+{
+    return std::tuple(phrase.peak.passed, phrase.isNear, phrase.peak.score);
+}
+
+struct RankedPhrase
+{
+    HeardPhrase* phrase;
+    const HeardFile* file;
+};
+
+/// Those that fired first, then near misses, and each by their score.
+std::vector<RankedPhrase> Ranked(std::span<HeardFile> files)
+{
+    std::vector<RankedPhrase> ranked;
+    for (HeardFile& file : files)
+    {
+        for (HeardPhrase& phrase : file.phrases)
+        {
+            ranked.push_back({&phrase, &file});
+        }
+    }
+    std::ranges::stable_sort(ranked, std::greater(), [](const RankedPhrase& one) { return Rank(*one.phrase); });
+    return ranked;
+}
+
+/// One run over one piece of audio, of which nothing is kept but its shape.
 class Run
 {
 public:
-    Run(const ListeningSetup& setup, const BlockParser& parser)
-        : parse(parser), dsp(setup.detector, setup.counter, [this](const firmware::Peak& peak) { Observe(peak); })
+    Run(const ListeningSetup& listeningSetup, const BlockParser& parser, HeardFile* heardFile)
+        : setup(listeningSetup), parse(parser), heard(*heardFile),
+          dsp(setup.detector, setup.counter,
+              [this](const firmware::Peak& peak) { AddPeak(peak, dsp.Threshold(), &heard.phrases); })
     {
         dsp.SetFault(setup.fault);
         SetPattern(setup.pattern, &dsp);
@@ -45,90 +87,205 @@ public:
         {
             SetPattern(setup.newerPattern, &dsp);
         }
-        heard.threshold = dsp.Threshold();
-        heard.userModel = dsp.HasUserModel();
         dsp.Arm();
     }
     Run(const Run&) = delete;
     Run& operator=(const Run&) = delete;
 
-    void Hear(std::span<const float> block)
+    const firmware::DspSimulator& Dsp() const
+    {
+        return dsp;
+    }
+
+    void Hear(std::span<const float> samples)
+    {
+        if (setup.pictures)
+        {
+            wave.Add(samples);
+            Draw(samples);
+        }
+        samplesHeard += static_cast<int64_t>(samples.size());
+        for (; !samples.empty(); samples = samples.subspan(std::min(setup.blockSamples, samples.size())))
+        {
+            HearBlock(samples.first(std::min(setup.blockSamples, samples.size())));
+        }
+    }
+
+    /// The audio has ended: a keyword at its end is reported a little later.
+    void Finish()
+    {
+        HearBlock(std::vector<float>(static_cast<std::size_t>(dsp.Latency()), 0.0F));
+        heard.seconds = Seconds(samplesHeard);
+        heard.wave = wave.Finish();
+    }
+
+private:
+    void HearBlock(std::span<const float> block)
     {
         while (!block.empty())
         {
             if (const auto result = dsp.Hear(&block))
             {
-                Report(*result);
+                const std::span<const uint8_t> bytes = result->Bytes();
+                heard.phrases.back().block.assign(bytes.begin(), bytes.end());
+                heard.phrases.back().parsed = parse(bytes);
                 dsp.Arm();
             }
         }
         if (!dsp.HasPattern() && !heard.deafFrom)
         {
-            heard.deafFrom = Seconds(lastPassed.detection.endSample);
+            heard.deafFrom = Seconds(heard.phrases.back().peak.detection.endSample);
         }
     }
 
-    /// The audio has ended: a keyword at its end is reported a little later.
-    Heard Finish(std::size_t samples)
+    void Draw(std::span<const float> samples)
     {
-        Hear(std::vector<float>(static_cast<std::size_t>(dsp.Latency()), 0.0F));
-        heard.seconds = Seconds(static_cast<int64_t>(samples));
-        return std::move(heard);
-    }
-
-private:
-    void Report(const firmware::ResultBlock& result)
-    {
-        const std::span<const uint8_t> bytes = result.Bytes();
-        heard.detections.push_back({lastPassed, {bytes.begin(), bytes.end()}, parse(bytes)});
-    }
-
-    /// A phrase that is said once may have several peaks; the best one counts.
-    void Observe(const firmware::Peak& peak)
-    {
-        std::erase_if(heard.nearMisses, [&](const firmware::Peak& miss) {
-            return Overlap(miss, peak) && (peak.passed || miss.score < peak.score);
-        });
-        if (peak.passed)
+        for (int64_t at = samplesHeard; const float sample : samples)
         {
-            lastPassed = peak;
-            return;
-        }
-        heard.highestSilent = std::max(heard.highestSilent.value_or(0), peak.score);
-        const bool isNew = heard.nearMisses.empty() || !Overlap(heard.nearMisses.back(), peak);
-        if (isNew && IsNearMiss(peak, heard.threshold))
-        {
-            heard.nearMisses.push_back(peak);
+            if (at++ % SamplesPerStretch == 0)
+            {
+                heard.shape.push_back({sample, sample});
+            }
+            SampleRange& last = heard.shape.back();
+            last = {std::min(last.least, sample), std::max(last.most, sample)};
         }
     }
 
+    const ListeningSetup& setup;
     const BlockParser& parse;
-    Heard heard;
-    firmware::Peak lastPassed;
+    HeardFile& heard;
     firmware::DspSimulator dsp;
+    WaveBuilder wave;
+    int64_t samplesHeard = 0;
 };
+
+void HearRecording(Run* run, HeardFile* file, Progress* progress)
+{
+    try
+    {
+        progress->Begin(file->name);
+        AudioStream stream(PathFromUtf8(file->name));
+        for (std::vector<float> samples; stream.Read(&samples);)
+        {
+            run->Hear(samples);
+            progress->Update(stream.Share());
+        }
+        file->conversion = stream.Summary().conversion;
+        file->warnings = stream.Summary().warnings;
+    }
+    catch (const CommandFailure& failure)
+    {
+        file->failures.push_back(failure);
+    }
+    run->Finish();
+}
+
+Picture CloseUp(const HeardFile& file, const engine::Detection& phrase)
+{
+    const auto end = std::ssize(file.shape);
+    const auto first = std::clamp<std::ptrdiff_t>((phrase.startSample - CloseUpMargin) / SamplesPerStretch, 0, end);
+    const auto last = std::clamp<std::ptrdiff_t>((phrase.endSample + CloseUpMargin) / SamplesPerStretch, first, end);
+    return {Seconds(first * SamplesPerStretch),
+            Seconds((last - first) * SamplesPerStretch),
+            {file.shape.begin() + first, file.shape.begin() + last}};
+}
+
+/// @param number  of the last block in the run
+void SaveBlocks(const std::string& folder, HeardFile* file, std::size_t* number)
+{
+    try
+    {
+        std::error_code error;
+        std::filesystem::create_directories(PathFromUtf8(folder), error); // what is wrong, writing tells
+        const std::string stem = Utf8(PathFromUtf8(file->name).stem());
+        for (HeardPhrase& phrase : file->phrases)
+        {
+            if (!phrase.block.empty())
+            {
+                const auto path = PathFromUtf8(folder) / PathFromUtf8(fmt::format("{}-{:03}.result", stem, ++*number));
+                WriteWhole(path, phrase.block);
+                phrase.savedBlock = Utf8(path);
+            }
+        }
+    }
+    catch (const CommandFailure& failure)
+    {
+        file->failures.push_back(failure);
+    }
+}
 
 } // namespace
 
-bool IsNearMiss(const firmware::Peak& peak, uint32_t threshold)
+void AddPeak(const firmware::Peak& peak, uint32_t threshold, std::vector<HeardPhrase>* phrases)
 {
-    constexpr float Q8 = 256.0F;
-    const float least = static_cast<float>(threshold) / Q8;
-    return !peak.passed && (peak.detection.score >= least - NearMissMargin || peak.detection.phraseScore >= least);
+    HeardPhrase phrase{peak, IsNearMiss(peak, threshold), peak.score};
+    const auto lastOverlaps = [&] {
+        // They come in the order of their ends: only the last ones can.
+        return !phrases->empty() && Overlap(phrases->back().peak, peak);
+    };
+    while (lastOverlaps() && !phrases->back().peak.passed && Rank(phrases->back()) < Rank(phrase))
+    {
+        phrase.highest = std::max(phrase.highest, phrases->back().highest);
+        phrases->pop_back();
+    }
+    if (lastOverlaps() && !peak.passed)
+    {
+        phrases->back().highest = std::max(phrases->back().highest, peak.score);
+        return;
+    }
+    phrases->push_back(std::move(phrase));
 }
 
-Heard HearRecording(const ListeningSetup& setup, std::span<const float> samples, const BlockParser& parse,
-                    const ListeningProgress& progress)
+void KeepBest(HeardFile* file)
 {
-    Run run(setup, parse);
-    for (std::size_t start = 0; start < samples.size();)
+    std::size_t nearMisses = 0;
+    for (const RankedPhrase& ranked : Ranked({file, 1}))
     {
-        const std::size_t size = std::min(setup.blockSamples, samples.size() - start);
-        run.Hear(samples.subspan(start, size));
-        start += size;
-        progress(static_cast<double>(start) / static_cast<double>(samples.size()));
+        HeardPhrase& phrase = *ranked.phrase;
+        file->highestSilent = phrase.peak.passed ? file->highestSilent : std::max(file->highestSilent, {phrase.highest});
+        if (phrase.isNear && ++nearMisses > MostNearMisses)
+        {
+            phrase.isNear = false;
+            ++file->lowerNearMisses;
+        }
     }
-    return run.Finish(samples.size());
+    std::erase_if(file->phrases, [](const HeardPhrase& phrase) { return !phrase.peak.passed && !phrase.isNear; });
+}
+
+void DrawCloseUps(std::span<HeardFile> files)
+{
+    const std::vector<RankedPhrase> ranked = Ranked(files);
+    for (const RankedPhrase& best : std::span(ranked).first(std::min(MostCloseUps, ranked.size())))
+    {
+        best.phrase->picture = CloseUp(*best.file, best.phrase->peak.detection);
+    }
+}
+
+Heard HearRecordings(const ListeningSetup& setup, const BlockParser& parse, Progress* progress)
+{
+    Heard heard;
+    std::size_t blocks = 0;
+    for (const std::string& recording : setup.recordings)
+    {
+        HeardFile file{recording};
+        Run run(setup, parse, &file);
+        heard.threshold = run.Dsp().Threshold();
+        heard.userModel = run.Dsp().HasUserModel();
+        HearRecording(&run, &file, progress);
+        KeepBest(&file);
+        const bool stopped = !file.failures.empty() && file.failures.back().exitCode == ExitCode::Interrupted;
+        if (!setup.blockFolder.empty() && !stopped)
+        {
+            SaveBlocks(setup.blockFolder, &file, &blocks);
+        }
+        heard.files.push_back(std::move(file));
+        if (stopped)
+        {
+            break;
+        }
+    }
+    DrawCloseUps(heard.files);
+    return heard;
 }
 
 } // namespace velox::console

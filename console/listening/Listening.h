@@ -1,5 +1,8 @@
 #pragma once
 
+#include "console/report/Picture.h"
+#include "console/text/CommandFailure.h"
+#include "console/text/Progress.h"
 #include "firmware/DspSimulator.h"
 
 #include <cstdint>
@@ -26,55 +29,80 @@ struct ParsedBlock
 
 using BlockParser = std::function<ParsedBlock(std::span<const uint8_t>)>;
 
-/// Called with the share of the audio that was heard.
-using ListeningProgress = std::function<void(double)>;
-
-/// A detection: what the simulator heard, what it reported, and what the library made of it.
-struct HeardDetection
+/// A phrase, by the best peak of its score, and what came of it.
+struct HeardPhrase
 {
     firmware::Peak peak;
-    std::vector<uint8_t> block;
-    ParsedBlock parsed;
+    bool isNear = false;          ///< it did not fire, but nearly
+    uint16_t highest = 0;         ///< score of its peaks, Q8; not that of the best one when another's words fit better
+    std::vector<uint8_t> block{}; ///< that was reported; empty for none
+    ParsedBlock parsed{};         ///< of the block
+    std::string savedBlock{};     ///< its file; empty when it was not saved
+    Picture picture{};            ///< of the sound around it
 
     /// Whether the library told the host of the keyword.
     bool Told() const
     {
-        return parsed.result == 0 && parsed.keywordId != 0;
+        return !block.empty() && parsed.result == 0 && parsed.keywordId != 0;
     }
-};
-
-/// How the simulator is driven.
-struct ListeningSetup
-{
-    std::vector<uint8_t> pattern;
-    std::vector<uint8_t> newerPattern; ///< set after the first one, for the stale fault; empty for none
-    firmware::DetectorId detector{};
-    firmware::PerformanceCounter counter;
-    firmware::Fault fault = firmware::Fault::None;
-    std::size_t blockSamples = engine::FrameSize;
-};
-
-/// What came of one piece of audio.
-struct Heard
-{
-    double seconds = 0.0;
-    uint32_t threshold = 0; ///< Q8, in the simulator
-    bool userModel = false; ///< in the simulator
-    std::vector<HeardDetection> detections;
-    std::vector<firmware::Peak> nearMisses;
-    std::optional<uint16_t> highestSilent; ///< highest score that did not fire, Q8
-    std::optional<double> deafFrom;        ///< second of a reset, after which nothing was heard
 };
 
 /// A peak this much under the threshold is a near miss: a threshold that it passes gives about seven times as many false alarms.
 inline constexpr float NearMissMargin = 20.0F;
 
-/// Whether a peak that did not pass was close: its score, or the phrase's alone.
-bool IsNearMiss(const firmware::Peak& peak, uint32_t threshold);
+/// Adds a peak. Of those that overlap, as peaks of one phrase do, the best one stays: that which fired, else a near miss.
+/// @param threshold  Q8
+/// @param phrases    in the order of time
+void AddPeak(const firmware::Peak& peak, uint32_t threshold, std::vector<HeardPhrase>* phrases);
 
-/// Listens from the beginning of the audio to its end, and arms again after each detection, as the system does.
+/// A recording that was listened to.
+struct HeardFile
+{
+    std::string name;
+    std::string conversion{}; ///< what was done to its audio; empty when nothing was
+    std::vector<std::string> warnings{};
+    double seconds = 0.0;                    ///< that were heard
+    std::vector<HeardPhrase> phrases{};      ///< those that fired, and the best near misses, in the order of time
+    std::size_t lowerNearMisses = 0;         ///< beyond MostNearMisses
+    std::optional<uint16_t> highestSilent{}; ///< highest score of a phrase that did not fire, Q8
+    std::optional<double> deafFrom{};        ///< second of a reset, after which nothing was heard
+    std::vector<SampleRange> wave{};         ///< of the whole
+    std::vector<SampleRange> shape{};        ///< in stretches of 8 ms, for close-ups
+    std::vector<CommandFailure> failures{};  ///< why it was not heard to its end, or a block not written
+};
+
+inline constexpr std::size_t MostNearMisses = 2000;
+inline constexpr std::size_t MostCloseUps = 200;
+
+/// Leaves what fired and the best near misses, and counts the rest.
+void KeepBest(HeardFile* file);
+
+/// Of all files together: of what fired, then of the best near misses. Where no shape is known the picture is empty.
+void DrawCloseUps(std::span<HeardFile> files);
+
+/// What is heard, and how.
+struct ListeningSetup
+{
+    std::vector<std::string> recordings; ///< each is heard from its beginning
+    std::vector<uint8_t> pattern;
+    std::vector<uint8_t> newerPattern; ///< set after the first one, for the stale fault; empty for none
+    firmware::DetectorId detector{};
+    firmware::PerformanceCounter counter;
+    firmware::Fault fault = firmware::Fault::None;
+    std::size_t blockSamples = engine::FrameSize; ///< that the simulator gets at once, at most
+    bool pictures = false;
+    std::string blockFolder; ///< for each recording's result blocks when it has ended, counted through the run; empty for none
+};
+
+struct Heard
+{
+    uint32_t threshold = 0;       ///< Q8, in the simulator
+    bool userModel = false;       ///< in the simulator
+    std::vector<HeardFile> files; ///< fewer than the recordings after Ctrl-C
+};
+
+/// Listens, and arms again after each detection, as the system does. What cannot be read does not keep the rest from being heard.
 /// @throws CommandFailure BadInput when the simulator refuses the pattern
-Heard HearRecording(const ListeningSetup& setup, std::span<const float> samples, const BlockParser& parse,
-                    const ListeningProgress& progress);
+Heard HearRecordings(const ListeningSetup& setup, const BlockParser& parse, Progress* progress);
 
 } // namespace velox::console

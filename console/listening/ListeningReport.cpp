@@ -1,15 +1,13 @@
 #include "console/listening/ListeningReport.h"
 
 #include "console/audio/SampleTime.h"
-#include "console/text/FieldLine.h"
 #include "console/text/LanguageName.h"
 #include "console/text/StatusText.h"
+#include "console/text/Wording.h"
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <cmath>
 
 namespace velox::console
 {
@@ -17,104 +15,42 @@ namespace velox::console
 namespace
 {
 
-using Json = nlohmann::ordered_json;
+/// Of less audio, in seconds, a rate per hour says nothing.
+constexpr double LeastForRate = 360.0;
 
-constexpr double SecondsPerHour = 3600.0;
-/// Of less audio a rate per hour says nothing.
-constexpr double LeastForRate = SecondsPerHour / 10;
-
-std::string Count(std::size_t number, std::string_view one, std::string_view many)
+/// A Q8 score in the unit of the threshold files.
+double ScoreOf(uint32_t q8)
 {
-    return fmt::format("{} {}", number, number == 1 ? one : many);
+    return static_cast<double>(q8) / 256.0;
 }
 
-std::string Duration(double seconds)
+std::optional<double> ScoreOf(std::optional<uint16_t> q8)
 {
-    return seconds < LeastForRate ? fmt::format("{:.1f} s", seconds) : fmt::format("{:.2f} h", seconds / SecondsPerHour);
-}
-
-std::string Place(const firmware::Peak& peak)
-{
-    return ClockText(Seconds(peak.detection.startSample)) + " to " + ClockText(Seconds(peak.detection.endSample));
-}
-
-std::string DetectionText(const HeardDetection& detection, uint32_t threshold, const Style& style)
-{
-    const std::string mark = detection.Told() ? style.Good("detected") : style.Bad("reported");
-    return fmt::format("  {}  {}  score {:.1f}, threshold {:.1f}; {}\n", Place(detection.peak), mark,
-                       ScoreOf(detection.peak.score), ScoreOf(threshold), DetectionMeaning(detection));
-}
-
-std::string NearMissText(const firmware::Peak& miss, uint32_t threshold, const Style& style)
-{
-    return fmt::format("  {}  {}  score {:.1f}, threshold {:.1f}; {}\n", Place(miss), style.Dim("near miss"), ScoreOf(miss.score),
-                       ScoreOf(threshold), NearMissReason(miss, threshold));
-}
-
-/// A line of a file's text, in the order of the audio.
-struct Line
-{
-    int64_t sample;
-    std::string text;
-};
-
-std::string FileText(const HeardFile& file, const Style& style)
-{
-    const Heard& heard = file.heard;
-    std::vector<Line> lines;
-    for (std::size_t i = 0; i < heard.detections.size(); ++i)
-    {
-        std::string text = DetectionText(heard.detections[i], heard.threshold, style);
-        if (!file.savedBlocks.empty())
-        {
-            text += fmt::format("    saved as {}\n", file.savedBlocks[i]);
-        }
-        lines.push_back({heard.detections[i].peak.detection.startSample, std::move(text)});
-    }
-    for (const firmware::Peak& miss : heard.nearMisses)
-    {
-        lines.push_back({miss.detection.startSample, NearMissText(miss, heard.threshold, style)});
-    }
-    std::stable_sort(lines.begin(), lines.end(), [](const Line& one, const Line& other) { return one.sample < other.sample; });
-
-    std::string text = fmt::format("{}: {}{}\n", style.Heading(file.name), Duration(heard.seconds),
-                                   file.conversion.empty() ? "" : ", " + file.conversion);
-    for (const Line& line : lines)
-    {
-        text += line.text;
-    }
-    if (heard.deafFrom)
-    {
-        text +=
-            fmt::format("  {}  {} Nothing after it was heard ({}): pattern and arming are lost.\n", ClockText(*heard.deafFrom),
-                        style.Bad("the DSP reset itself."), Duration(heard.seconds - *heard.deafFrom));
-    }
-    if (lines.empty() && !heard.deafFrom)
-    {
-        text += "  nothing\n";
-    }
-    return text;
+    return q8 ? std::optional(ScoreOf(uint32_t{*q8})) : std::nullopt;
 }
 
 /// All files together.
-struct Statistics
+struct ListeningSums
 {
-    explicit Statistics(const std::vector<HeardFile>& files)
+    explicit ListeningSums(std::span<const HeardFile> files)
     {
         for (const HeardFile& file : files)
         {
-            seconds += file.heard.seconds;
-            reported += file.heard.detections.size();
-            told += static_cast<std::size_t>(std::count_if(file.heard.detections.begin(), file.heard.detections.end(),
-                                                           [](const HeardDetection& detection) { return detection.Told(); }));
-            refused += static_cast<std::size_t>(
-                std::count_if(file.heard.detections.begin(), file.heard.detections.end(),
-                              [](const HeardDetection& detection) { return detection.parsed.result != 0; }));
-            resets += file.heard.deafFrom ? 1U : 0U;
-            nearMisses += file.heard.nearMisses.size();
-            if (file.heard.highestSilent)
+            seconds += file.seconds;
+            resets += file.deafFrom ? 1U : 0U;
+            nearMisses += file.lowerNearMisses;
+            highestSilent = std::max(highestSilent, file.highestSilent);
+            for (const HeardPhrase& phrase : file.phrases)
             {
-                highestSilent = std::max(highestSilent.value_or(0), *file.heard.highestSilent);
+                nearMisses += phrase.isNear ? 1U : 0U;
+                reported += phrase.block.empty() ? 0U : 1U;
+                told += phrase.Told() ? 1U : 0U;
+                refused += phrase.parsed.result != 0 ? 1U : 0U;
+            }
+            for (const CommandFailure& failure : file.failures)
+            {
+                unreadable += failure.exitCode == ExitCode::BadInput ? 1U : 0U;
+                worst = worst == nullptr || failure.exitCode > worst->exitCode ? &failure : worst;
             }
         }
     }
@@ -125,118 +61,28 @@ struct Statistics
     std::size_t refused = 0;
     std::size_t resets = 0;
     std::size_t nearMisses = 0;
+    std::size_t unreadable = 0;
     std::optional<uint16_t> highestSilent;
+    const CommandFailure* worst = nullptr; ///< that which lost most has the highest exit code
 };
 
-std::string Head(const ListeningSubject& subject, const Heard& heard)
+/// Why a peak that was close did not fire.
+std::string NearMissReason(const engine::Detection& miss, double threshold)
 {
-    std::string text = FieldLine("Pattern", fmt::format("{}, {} bytes", subject.patternName, subject.patternSize)) +
-                       FieldLine("Language", LanguageText(subject.language)) +
-                       FieldLine("Model", heard.userModel ? "a user's" : "everybody's") +
-                       FieldLine("Threshold", fmt::format("{:g}", ScoreOf(heard.threshold)));
-    for (const std::string& note : subject.notes)
-    {
-        text += FieldLine("Note", note);
-    }
-    return text + "\n";
+    const std::string alone = fmt::format("(the words alone score {:.1f})", miss.phraseScore);
+    return static_cast<double>(miss.phraseScore) < threshold ? "the words are not clear enough"
+           : miss.nearMargin < 0.0F                          ? "it sounds like a part of the phrase " + alone
+                                                             : "the words fit, the voice does not " + alone;
 }
 
-Json PeakJson(const firmware::Peak& peak, uint32_t threshold)
+/// What the host learned of a phrase that fired.
+std::string Meaning(const HeardPhrase& phrase)
 {
-    return {{"start", Seconds(peak.detection.startSample)},
-            {"end", Seconds(peak.detection.endSample)},
-            {"score", ScoreOf(peak.score)},
-            {"threshold", ScoreOf(threshold)},
-            {"phraseScore", peak.detection.phraseScore}};
-}
-
-Json DetectionJson(const HeardFile& file, std::size_t number)
-{
-    const HeardDetection& detection = file.heard.detections[number];
-    const ParsedBlock& parsed = detection.parsed;
-    const bool accepted = parsed.result == 0;
-    Json json = PeakJson(detection.peak, file.heard.threshold);
-    json["result"] = ResultText(parsed.result);
-    json["keywordId"] = accepted ? Json(parsed.keywordId) : Json(nullptr);
-    json["language"] = accepted ? Json(parsed.language) : Json(nullptr);
-    json["userMatch"] = accepted ? Json(parsed.isUserMatch) : Json(nullptr);
-    json["keywordStart"] = accepted ? Json(parsed.keywordStart) : Json(nullptr);
-    json["keywordEnd"] = accepted ? Json(parsed.keywordEnd) : Json(nullptr);
-    json["block"] = file.savedBlocks.empty() ? Json(nullptr) : Json(file.savedBlocks[number]);
-    return json;
-}
-
-Json FileJson(const HeardFile& file)
-{
-    const Heard& heard = file.heard;
-    Json json{{"file", file.name},
-              {"seconds", heard.seconds},
-              {"conversion", file.conversion},
-              {"threshold", ScoreOf(heard.threshold)},
-              {"userModel", heard.userModel},
-              {"detections", Json::array()},
-              {"nearMisses", Json::array()},
-              {"highestSilentScore", heard.highestSilent ? Json(ScoreOf(*heard.highestSilent)) : Json(nullptr)},
-              {"deafFrom", heard.deafFrom ? Json(*heard.deafFrom) : Json(nullptr)}};
-    for (std::size_t i = 0; i < heard.detections.size(); ++i)
+    const ParsedBlock& parsed = phrase.parsed;
+    if (phrase.block.empty())
     {
-        json["detections"].push_back(DetectionJson(file, i));
+        return "the DSP reset itself instead of reporting it";
     }
-    for (const firmware::Peak& miss : heard.nearMisses)
-    {
-        Json peak = PeakJson(miss, heard.threshold);
-        peak["reason"] = NearMissReason(miss, heard.threshold);
-        json["nearMisses"].push_back(std::move(peak));
-    }
-    return json;
-}
-
-ExitCode CodeOf(const Statistics& all)
-{
-    return all.refused > 0 ? ExitCode::LibraryFailure : all.told > 0 ? ExitCode::Success : ExitCode::Refused;
-}
-
-std::string Verdict(const Statistics& all)
-{
-    const std::string heard = " in " + Duration(all.seconds);
-    if (all.refused > 0)
-    {
-        return fmt::format("The library refused {} of {}{}.", all.refused, Count(all.reported, "result block", "result blocks"),
-                           heard);
-    }
-    if (all.resets > 0)
-    {
-        return fmt::format("The DSP reset itself in {} and was deaf from then on.", Count(all.resets, "file", "files"));
-    }
-    if (all.told < all.reported)
-    {
-        return fmt::format("{} of {} named a keyword that was not armed.", all.reported - all.told,
-                           Count(all.reported, "result block", "result blocks"));
-    }
-    return all.told > 0 ? Count(all.told, "detection", "detections") + heard + "." : "Nothing was detected" + heard + ".";
-}
-
-} // namespace
-
-Outcome ListeningOutcome(const ListeningSubject& subject, const std::vector<HeardFile>& files, const Style& style)
-{
-    const Statistics all(files);
-    Outcome outcome;
-    outcome.text = Head(subject, files.front().heard);
-    for (const HeardFile& file : files)
-    {
-        outcome.text += FileText(file, style);
-        outcome.results.Add(FileJson(file));
-    }
-    outcome.text += "\n" + ListeningStatistics(files) + "\n";
-    outcome.exitCode = CodeOf(all);
-    outcome.verdict = Verdict(all);
-    return outcome;
-}
-
-std::string DetectionMeaning(const HeardDetection& detection)
-{
-    const ParsedBlock& parsed = detection.parsed;
     if (parsed.result != 0)
     {
         return fmt::format("the library refuses the block: {} {}", ResultText(parsed.result), parsed.explanation);
@@ -249,47 +95,181 @@ std::string DetectionMeaning(const HeardDetection& detection)
                        parsed.keywordStart, parsed.keywordEnd);
 }
 
-std::string NearMissReason(const firmware::Peak& miss, uint32_t threshold)
+Mark MarkOf(const HeardPhrase& phrase)
 {
-    if (miss.detection.phraseScore < static_cast<float>(ScoreOf(threshold)))
-    {
-        return "the words are not clear enough";
-    }
-    if (miss.detection.nearMargin < 0.0F)
-    {
-        return fmt::format("it sounds like a part of the phrase (the words alone score {:.1f})", miss.detection.phraseScore);
-    }
-    return fmt::format("the words fit (they alone score {:.1f}), the voice does not", miss.detection.phraseScore);
+    const engine::Detection& place = phrase.peak.detection;
+    const double score = ScoreOf(phrase.peak.score);
+    return {phrase.isNear   ? Mark::Kind::NearMiss
+            : phrase.Told() ? Mark::Kind::Phrase
+                            : Mark::Kind::Fault,
+            Seconds(place.startSample), Seconds(place.endSample), fmt::format("score {:.1f}", score), score};
 }
 
-std::string ListeningStatistics(const std::vector<HeardFile>& files)
+Entry PartOf(const HeardPhrase& phrase, double threshold)
 {
-    const Statistics all(files);
-    std::string text = fmt::format("Heard {} in {}: {}", Duration(all.seconds), Count(files.size(), "file", "files"),
-                                   Count(all.reported, "detection", "detections"));
-    if (all.seconds >= LeastForRate)
+    const engine::Detection& place = phrase.peak.detection;
+    const ParsedBlock& parsed = phrase.parsed;
+    const bool accepted = !phrase.block.empty() && parsed.result == 0;
+    const auto ifAccepted = [accepted](auto value) {
+        return accepted ? Value(value) : Value();
+    };
+    const std::string reason = phrase.isNear ? NearMissReason(place, threshold) : "";
+    Entry part{ClockText(Seconds(place.startSample)) + " to " + ClockText(Seconds(place.endSample))};
+    part.status = phrase.isNear ? "near miss" : phrase.Told() ? "detected" : phrase.block.empty() ? "lost" : "reported";
+    part.tone = phrase.isNear ? Tone::Note : phrase.Told() ? Tone::Good : Tone::Bad;
+    part.facts = {
+        {"start", Seconds(place.startSample)},
+        {"end", Seconds(place.endSample)},
+        {"score", ScoreOf(phrase.peak.score), "score", fmt::format("{:.1f}", ScoreOf(phrase.peak.score))},
+        {"threshold", threshold, "threshold", fmt::format("{:.1f}", threshold)},
+        {"phraseScore", place.phraseScore},
+        {"result", phrase.block.empty() ? Value() : Value(ResultText(parsed.result))},
+        {"keywordId", ifAccepted(parsed.keywordId)},
+        {"language", ifAccepted(parsed.language)},
+        {"userMatch", ifAccepted(parsed.isUserMatch)},
+        {"keywordStart", ifAccepted(parsed.keywordStart)},
+        {"keywordEnd", ifAccepted(parsed.keywordEnd)},
+        {"reason", phrase.isNear ? Value(reason) : Value(), "what came of it", phrase.isNear ? reason : Meaning(phrase)},
+        {"block", phrase.savedBlock.empty() ? Value() : Value(phrase.savedBlock), "block", phrase.savedBlock}};
+    return part;
+}
+
+/// What befell a file as a whole.
+std::vector<Remark> RemarksOf(const HeardFile& file)
+{
+    std::vector<Remark> remarks;
+    for (const CommandFailure& failure : file.failures)
     {
-        text += fmt::format(" ({:.1f} per hour)", static_cast<double>(all.reported) * SecondsPerHour / all.seconds);
+        remarks.push_back(
+            {Tone::Bad, failure.exitCode == ExitCode::WriteFailed ? "BlockNotWritten" : "NotHeard", failure.what(), failure.fix});
     }
-    text += ", " + Count(all.nearMisses, "near miss", "near misses") + ". ";
-    return text + (all.highestSilent ? fmt::format("Highest score that did not fire: {:.1f}.", ScoreOf(*all.highestSilent))
-                                     : "Nothing else came near the phrase.");
+    for (const std::string& warning : file.warnings)
+    {
+        remarks.push_back({Tone::Warning, "Audio", warning, ""});
+    }
+    if (file.deafFrom)
+    {
+        remarks.push_back({Tone::Bad, "Reset",
+                           fmt::format("the DSP reset itself at {}: pattern and arming are lost, and the last {} were not heard",
+                                       ClockText(*file.deafFrom), DurationText(file.seconds - *file.deafFrom)),
+                           ""});
+    }
+    if (file.lowerNearMisses > 0)
+    {
+        remarks.push_back(
+            {Tone::Note, "LowerNearMisses", "and " + Counted(file.lowerNearMisses, "lower near miss", "lower near misses"), ""});
+    }
+    return remarks;
 }
 
-double ScoreOf(uint32_t q8)
+Entry EntryOf(HeardFile& file, double threshold)
 {
-    return static_cast<double>(q8) / 256.0;
+    const ListeningSums sums({&file, 1});
+    Entry entry{file.name};
+    const bool whole = file.failures.empty() || file.failures.front().exitCode == ExitCode::WriteFailed;
+    entry.status = !whole && sums.unreadable > 0 ? "unreadable"
+                   : !whole                      ? "interrupted"
+                   : file.deafFrom               ? "deaf"
+                   : sums.told < sums.reported   ? "reported"
+                   : sums.told > 0               ? "detected"
+                                                 : "nothing";
+    entry.tone = entry.status == "detected" ? Tone::Good : entry.status == "nothing" ? Tone::Neutral : Tone::Bad;
+    const auto highest = ScoreOf(file.highestSilent);
+    entry.facts = {{"file", file.name},
+                   {"seconds", file.seconds, "length", DurationText(file.seconds)},
+                   {"conversion", file.conversion, "audio", file.conversion},
+                   {"detections", sums.reported, "detections", fmt::format("{}", sums.reported)},
+                   {"nearMisses", sums.nearMisses, "near misses", fmt::format("{}", sums.nearMisses)},
+                   {"highestSilentScore", highest, "highest that did not fire", highest ? fmt::format("{:.1f}", *highest) : ""},
+                   {"deafFrom", file.deafFrom}};
+    entry.remarks = RemarksOf(file);
+    std::vector<Mark> marks;
+    for (HeardPhrase& phrase : file.phrases)
+    {
+        entry.parts.push_back(PartOf(phrase, threshold));
+        entry.parts.back().picture = std::move(phrase.picture);
+        marks.push_back(MarkOf(phrase));
+    }
+    for (Entry& part : entry.parts)
+    {
+        Picture& closeUp = part.picture;
+        closeUp.threshold = threshold;
+        std::ranges::copy_if(marks, std::back_inserter(closeUp.marks), [&](const Mark& mark) {
+            return mark.end > closeUp.firstSecond && mark.begin < closeUp.firstSecond + closeUp.seconds;
+        });
+    }
+    if (file.deafFrom)
+    {
+        marks.push_back({Mark::Kind::Fault, *file.deafFrom, file.seconds, "nothing was heard"});
+    }
+    if (!file.wave.empty())
+    {
+        entry.picture = {0.0, file.seconds, std::move(file.wave), std::move(marks), {}, {}, threshold};
+    }
+    return entry;
 }
 
-std::string ClockText(double seconds)
+std::vector<Fact> FactsOf(const ListeningSubject& subject, const Heard& heard, const ListeningSums& all)
 {
-    constexpr long HundredthsPerMinute = 6000;
-    constexpr long MinutesPerHour = 60;
-    const long hundredths = std::lround(seconds * 100.0);
-    const long minutes = hundredths / HundredthsPerMinute;
-    const double rest = static_cast<double>(hundredths % HundredthsPerMinute) / 100.0;
-    return minutes < MinutesPerHour ? fmt::format("{}:{:05.2f}", minutes, rest)
-                                    : fmt::format("{}:{:02}:{:05.2f}", minutes / MinutesPerHour, minutes % MinutesPerHour, rest);
+    const auto highest = ScoreOf(all.highestSilent);
+    const double perHour = all.seconds > 0.0 ? static_cast<double>(all.reported) * 3600.0 / all.seconds : 0.0;
+    const bool hasRate = all.seconds >= LeastForRate;
+    return {
+        {"pattern", subject.pattern, "pattern", fmt::format("{}, {} bytes", subject.pattern, subject.patternBytes)},
+        {"patternBytes", subject.patternBytes},
+        {"language", subject.language, "language", LanguageText(subject.language)},
+        {"userModel", heard.userModel, "model", heard.userModel ? "a user's" : "everybody's"},
+        {"threshold", ScoreOf(heard.threshold), "threshold", fmt::format("{:g}", ScoreOf(heard.threshold)),
+         "the least score that fires; with ten more there are 2.7 times fewer false alarms"},
+        {"seconds", all.seconds, "heard", DurationText(all.seconds) + " in " + Counted(heard.files.size(), "file")},
+        {"detections", all.reported, "detections",
+         fmt::format("{}", all.reported) + (hasRate ? fmt::format(" ({:.1f} per hour)", perHour) : "")},
+        {"detectionsPerHour", hasRate ? Value(perHour) : Value()},
+        {"nearMisses", all.nearMisses, "near misses", fmt::format("{}", all.nearMisses)},
+        {"highestSilentScore", highest, "did not fire",
+         highest ? fmt::format("{:.1f} at most: a lower threshold fires there", *highest) : "nothing else came near the phrase"},
+    };
+}
+
+std::string ListeningVerdict(const ListeningSums& all, std::size_t files)
+{
+    const std::string heard = " in " + DurationText(all.seconds);
+    const std::string blocks = Counted(all.reported, "result block");
+    std::string verdict =
+        all.refused > 0  ? fmt::format("The library refused {} of {}{}", all.refused, blocks, heard)
+        : all.resets > 0 ? fmt::format("The DSP reset itself in {} and was deaf from then on", Counted(all.resets, "file"))
+        : all.told < all.reported ? fmt::format("{} of {} named a keyword that was not armed", all.reported - all.told, blocks)
+        : all.told > 0            ? Counted(all.told, "detection") + heard
+                                  : "Nothing was detected" + heard;
+    if (all.unreadable > 0)
+    {
+        verdict += fmt::format("; {} of {} could not be read", all.unreadable, Counted(files, "recording"));
+    }
+    return verdict + (all.worst != nullptr && all.worst->exitCode == ExitCode::Interrupted ? "; interrupted." : ".");
+}
+
+} // namespace
+
+Report ListeningReport(const ListeningSubject& subject, Heard heard)
+{
+    const ListeningSums all(heard.files);
+    Report report;
+    report.exitCode = all.worst != nullptr ? all.worst->exitCode
+                      : all.refused > 0    ? ExitCode::LibraryFailure
+                      : all.told > 0       ? ExitCode::Success
+                                           : ExitCode::Refused;
+    report.verdict = ListeningVerdict(all, heard.files.size());
+    report.facts = FactsOf(subject, heard, all);
+    report.remarks = subject.remarks;
+    if (all.worst != nullptr)
+    {
+        report.error = Problem{all.worst->what(), all.worst->fix};
+    }
+    for (HeardFile& file : heard.files)
+    {
+        report.results.push_back(EntryOf(file, ScoreOf(heard.threshold)));
+    }
+    return report;
 }
 
 } // namespace velox::console

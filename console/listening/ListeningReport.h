@@ -1,8 +1,7 @@
 #pragma once
 
-#include "console/listening/HeardFile.h"
-#include "console/report/Outcome.h"
-#include "console/text/Style.h"
+#include "console/listening/Listening.h"
+#include "console/report/Report.h"
 
 #include <string>
 #include <vector>
@@ -10,22 +9,16 @@
 namespace velox::console
 {
 
-/// What came of a run of listen, for people and for machines.
-Outcome ListeningOutcome(const ListeningSubject& subject, const std::vector<HeardFile>& files, const Style& style);
+/// What listen was asked for, besides the audio.
+struct ListeningSubject
+{
+    std::string pattern; ///< its file
+    std::size_t patternBytes = 0;
+    uint16_t language = 0;
+    std::vector<Remark> remarks; ///< what is odd about the pattern or the fault
+};
 
-/// What the host learned of a detection.
-std::string DetectionMeaning(const HeardDetection& detection);
-
-/// Why a peak that was close did not fire.
-std::string NearMissReason(const firmware::Peak& miss, uint32_t threshold);
-
-/// All files together, in two sentences.
-std::string ListeningStatistics(const std::vector<HeardFile>& files);
-
-/// A Q8 score in the unit of the threshold files.
-double ScoreOf(uint32_t q8);
-
-/// Place in a recording: "0:07.25", "1:02:03.40".
-std::string ClockText(double seconds);
+/// What came of a run of listen.
+Report ListeningReport(const ListeningSubject& subject, Heard heard);
 
 } // namespace velox::console

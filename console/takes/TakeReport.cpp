@@ -2,14 +2,15 @@
 
 #include "console/audio/SampleTime.h"
 #include "console/text/StatusText.h"
-#include "console/text/Style.h"
-#include "engine/base/EngineErrors.h"
+#include "console/text/Wording.h"
+#include "engine/sound/FeatureStream.h"
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
+#include <limits>
 #include <utility>
 
 namespace velox::console
@@ -26,61 +27,19 @@ bool HasSpeech(const TakeReview& review)
     return review.speechEnd > review.speechBegin;
 }
 
-std::string Place(int64_t begin, int64_t end)
+/// "0.50 s to 1.10 s"
+std::string StretchText(int64_t begin, int64_t end)
 {
-    return fmt::format("from {:.2f} s to {:.2f} s", Seconds(begin), Seconds(end));
+    return PlaceText(Seconds(begin), Seconds(end));
 }
 
-/// Where the clipping begins.
-std::string FirstClipped(const TakeReview& review)
-{
-    return review.firstClipped ? fmt::format(", the first at {:.2f} s", Seconds(static_cast<int64_t>(*review.firstClipped))) : "";
-}
-
-std::string NotFoundText(const TakeReview& review, bool phraseKnown)
+std::string NotFoundText(const TakeReview& review)
 {
     const std::string where =
-        HasSpeech(review) ? "in the speech " + Place(review.speechBegin, review.speechEnd) : "in the recording";
-    const std::string score = phraseKnown ? fmt::format("; nothing scores above {:.0f}", review.bestScore) : "";
+        HasSpeech(review) ? "in the speech from " + StretchText(review.speechBegin, review.speechEnd) : "in the recording";
+    const std::string score =
+        review.bestScore > engine::ScoreScale::Least ? fmt::format("; nothing scores above {:.0f}", review.bestScore) : "";
     return "the key phrase is not found " + where + score;
-}
-
-/// What the review found fault with; nothing when it found none.
-std::optional<TakeRemark> FaultOf(const TakeReview& review, bool phraseKnown, double seconds)
-{
-    switch (review.status)
-    {
-    case Status::UtteranceTooShort:
-        return TakeRemark{"UtteranceTooShort", fmt::format("too short: {:.2f} s cannot hold the key phrase", seconds),
-                      "Record the whole phrase, with half a second before and after it."};
-    case Status::NoSpeech:
-        return TakeRemark{"NoSpeech", fmt::format("no speech in {:.2f} s", seconds),
-                      "Is the right microphone chosen, and is it switched on?"};
-    case Status::TooQuiet:
-        return TakeRemark{
-            "TooQuiet",
-            fmt::format("too quiet: the speech has {:.0f} dB, at least {:.0f} dB are needed", review.level, engine::QuietLevel),
-            "Come closer to the microphone, or raise the recording level."};
-    case Status::Clipped:
-        return TakeRemark{"Clipped",
-                      fmt::format("clipped: {} samples are at full scale{}", review.clippedSamples, FirstClipped(review)),
-                      "Lower the recording level, or step back from the microphone."};
-    case Status::CutAtStart:
-        return TakeRemark{"CutAtStart",
-                      "cut at the start: speech is under way when the recording begins, and the key phrase is not whole",
-                      "Start recording half a second before speaking."};
-    case Status::CutAtEnd:
-        return TakeRemark{
-            "CutAtEnd",
-            fmt::format("cut at the end: speech is still under way at {:.2f} s, and the key phrase is not whole", seconds),
-            "Stop recording half a second after speaking."};
-    case Status::TwoPhrases:
-        return TakeRemark{"TwoPhrases", "the phrase seems to be said more than once", "Say it once in each recording."};
-    case Status::PhraseNotFound:
-        return TakeRemark{"PhraseNotFound", NotFoundText(review, phraseKnown), "Say the phrase as it was agreed on, in one go."};
-    default:
-        return std::nullopt;
-    }
 }
 
 /// The number behind a piece of the last line that has it.
@@ -96,21 +55,19 @@ std::optional<double> NumberBehind(std::span<const LoggedLine> lines, std::strin
     return std::nullopt;
 }
 
-LoggedFigures ReadFigures(std::span<const LoggedLine> lines)
+void ReadLoggedFigures(std::span<const LoggedLine> lines, Take* take)
 {
-    LoggedFigures figures;
-    figures.score = NumberBehind(lines, "Best score(");
+    take->score = NumberBehind(lines, "Best score(");
     if (const std::optional<double> quality = NumberBehind(lines, "Recording quality: "))
     {
         // A negative one is logged as an unsigned number of 32 bits.
-        figures.quality = static_cast<int>(static_cast<uint32_t>(*quality));
+        take->quality = static_cast<int>(static_cast<uint32_t>(*quality));
     }
-    return figures;
 }
 
-std::optional<TakeRemark> QualityRemark(const LoggedFigures& logged, const TakeEvidence& evidence)
+std::optional<Remark> QualityRemark(const Take& take, const TakeEvidence& evidence)
 {
-    const bool tooLow = std::any_of(evidence.lines.begin(), evidence.lines.end(), [](const LoggedLine& line) {
+    const bool tooLow = std::ranges::any_of(evidence.lines, [](const LoggedLine& line) {
         return line.message.find("Recording quality is too low") != std::string::npos;
     });
     if (!tooLow)
@@ -118,174 +75,251 @@ std::optional<TakeRemark> QualityRemark(const LoggedFigures& logged, const TakeE
         return std::nullopt;
     }
     const std::string figures =
-        logged.quality && evidence.qualityThreshold
-            ? fmt::format(" of {} dB above the noise, at least {} are needed", *logged.quality, *evidence.qualityThreshold)
+        take.quality && evidence.qualityThreshold
+            ? fmt::format(": {} dB above the noise, at least {} are needed", *take.quality, *evidence.qualityThreshold)
             : "";
-    return TakeRemark{"QualityTooLow", "the key phrase is found, but the voice's quality is too low:" + figures,
+    return Remark{Tone::Bad, "QualityTooLow", "the key phrase is found, but the voice's quality is too low" + figures,
                   "Choose a quieter place, or come closer to the microphone."};
 }
 
 /// The engine's own words, when it refused something on the way.
-std::optional<TakeRemark> EngineRemark(std::span<const LoggedLine> lines)
+std::optional<Remark> EngineRemark(std::span<const LoggedLine> lines)
 {
-    const auto found = std::find_if(lines.begin(), lines.end(),
-                                    [](const LoggedLine& line) { return line.engineStatus && *line.engineStatus != 0; });
+    const auto found = std::ranges::find_if(lines, [](const LoggedLine& line) { return line.engineStatus.value_or(0) != 0; });
     return found == lines.end()
                ? std::nullopt
-               : std::optional(TakeRemark{"EngineStatus", "the engine reports " + EngineStatusText(*found->engineStatus),
+               : std::optional(Remark{Tone::Bad, "EngineStatus", "the engine reports " + EngineStatusText(*found->engineStatus),
                                       "Record the take again; --verbose shows every line of the library."});
 }
 
 /// Refused by the library although the review found the phrase.
-TakeRemark ScoreRemark(const TakeReview& review, std::optional<double> threshold)
+Remark ScoreRemark(const Take& take)
 {
-    if (review.phrase && threshold)
+    const std::optional<engine::Detection>& phrase = take.review.phrase;
+    if (phrase && take.threshold)
     {
-        return {"ScoreTooLow",
-                fmt::format("the key phrase {} is not clear enough: its score {:.0f} must be above {:g}",
-                            Place(review.phrase->startSample, review.phrase->endSample), review.phrase->score, *threshold),
+        return {Tone::Bad, "ScoreTooLow",
+                fmt::format("the key phrase from {} is not clear enough: its score {:.0f} must be above {:g}",
+                            StretchText(phrase->startSample, phrase->endSample), phrase->score, *take.threshold),
                 "Say it as it was agreed on, or check the language's preDefinedKpdSensitivity."};
     }
-    return {"PhraseNotFound", "the engine does not find the key phrase", "Say the phrase as it was agreed on, in one go."};
+    return {Tone::Bad, "PhraseNotFound", "the engine does not find the key phrase",
+            "Say the phrase as it was agreed on, in one go."};
 }
 
-std::vector<TakeRemark> WhyRefused(const TakeReport& report, const TakeEvidence& evidence)
+std::vector<Remark> WhyRefused(const Take& take, const TakeEvidence& evidence)
 {
-    if (auto quality = QualityRemark(report.logged, evidence))
+    if (auto quality = QualityRemark(take, evidence))
     {
         return {*quality};
     }
-    std::vector<TakeRemark> remarks;
-    if (auto fault = FaultOf(report.review, evidence.phraseKnown, report.audio.seconds))
+    std::vector<Remark> remarks;
+    for (const auto& remark : {WhyUseless(take.review, take.audio.seconds), EngineRemark(evidence.lines)})
     {
-        remarks.push_back(*fault);
+        if (remark)
+        {
+            remarks.push_back(*remark);
+        }
     }
-    if (auto engine = EngineRemark(evidence.lines))
-    {
-        remarks.push_back(*engine);
-    }
-    if (remarks.empty())
-    {
-        remarks.push_back(ScoreRemark(report.review, evidence.threshold));
-    }
-    return remarks;
+    return remarks.empty() ? std::vector{ScoreRemark(take)} : remarks;
 }
 
-nlohmann::ordered_json PlaceJson(bool known, int64_t begin, int64_t end)
+/// A stretch of the take: people read it as one, machines as two seconds.
+void AddStretch(const std::string& name, bool known, int64_t begin, int64_t end, std::vector<Fact>* facts)
 {
-    return known ? nlohmann::ordered_json{{"begin", Seconds(begin)}, {"end", Seconds(end)}} : nlohmann::ordered_json(nullptr);
+    facts->push_back({name + "Begin", known ? Value(Seconds(begin)) : Value(), name, known ? StretchText(begin, end) : ""});
+    facts->push_back({name + "End", known ? Value(Seconds(end)) : Value()});
 }
 
-template <typename Value>
-nlohmann::ordered_json Optional(const std::optional<Value>& value)
+template <typename Number>
+void AddNumber(const std::string& name, const std::optional<Number>& number, const char* form, const char* meaning,
+               std::vector<Fact>* facts)
 {
-    return value ? nlohmann::ordered_json(*value) : nlohmann::ordered_json(nullptr);
+    facts->push_back({name, number, name, number ? fmt::format(fmt::runtime(form), *number) : "", meaning});
 }
 
-/// What was measured, in one line.
-std::string Figures(const TakeReport& report)
+std::vector<Fact> FactsOf(const Take& take)
 {
-    std::string text;
-    const TakeReview& review = report.review;
-    if (review.phrase)
+    const TakeReview& review = take.review;
+    const bool speech = HasSpeech(review);
+    std::vector<Fact> facts;
+    AddStretch("phrase", review.phrase.has_value(), review.phrase ? review.phrase->startSample : 0,
+               review.phrase ? review.phrase->endSample : 0, &facts);
+    AddNumber("score", take.score, "{:.0f}", "how much the take sounds like the phrase; it must be above the threshold", &facts);
+    facts.push_back(
+        {"threshold", take.threshold, "threshold", take.score && take.threshold ? fmt::format("{:g}", *take.threshold) : ""});
+    AddNumber("quality", take.quality, "{} dB above the noise", "how far the voice stands out of the noise", &facts);
+    AddNumber("level", speech ? std::optional(review.level) : std::nullopt, "{:.0f} dB",
+              "of the speech; a full-scale square wave has 0 dB", &facts);
+    AddNumber("likeness", take.likeness, "{:.1f}",
+              "how much the take sounds like a user who is learned from the other takes; 3 at most, below 0 like anybody",
+              &facts);
+    AddStretch("speech", speech, review.speechBegin, review.speechEnd, &facts);
+    const std::size_t clipped = review.clippedSamples;
+    facts.push_back({"clippedSamples", clipped, "clipped", clipped > 0 ? Counted(clipped, "sample") : ""});
+    facts.push_back({"seconds", take.audio.seconds, "length", take.readable ? fmt::format("{:.2f} s", take.audio.seconds) : ""});
+    facts.push_back({"conversion", take.audio.conversion, "", take.audio.conversion});
+    return facts;
+}
+
+template <typename Number>
+Curve FrameCurve(const TakeReview& review, Number number)
+{
+    Curve curve{Seconds(engine::FeatureStream::MiddleSample(0))};
+    for (const engine::FrameReview& frame : review.frames)
     {
-        text += fmt::format("phrase {}", Place(review.phrase->startSample, review.phrase->endSample));
+        curve.values.push_back(number(frame));
     }
-    else if (HasSpeech(review))
-    {
-        text += fmt::format("speech {}", Place(review.speechBegin, review.speechEnd));
-    }
-    if (report.logged.score)
-    {
-        text += fmt::format(", score {:.0f}", *report.logged.score);
-        text += report.threshold ? fmt::format(" (threshold {:g})", *report.threshold) : "";
-    }
-    if (report.logged.quality)
-    {
-        text += fmt::format(", {} dB above the noise", *report.logged.quality);
-    }
+    return curve;
+}
+
+std::vector<Mark> MarksOf(const Take& take)
+{
+    const TakeReview& review = take.review;
+    std::vector<Mark> marks;
     if (HasSpeech(review))
     {
-        text += fmt::format(", level {:.0f} dB", review.level);
+        marks.push_back({Mark::Kind::Speech, Seconds(review.speechBegin), Seconds(review.speechEnd)});
     }
-    return text.starts_with(", ") ? text.substr(2) : text;
+    if (review.phrase)
+    {
+        const double score = take.score.value_or(review.phrase->score);
+        marks.push_back({Mark::Kind::Phrase, Seconds(review.phrase->startSample), Seconds(review.phrase->endSample),
+                         fmt::format("score {:.0f}", score), score});
+    }
+    if (review.firstClipped)
+    {
+        const double moment = Seconds(static_cast<int64_t>(*review.firstClipped));
+        marks.push_back({Mark::Kind::Clipped, moment, moment, Counted(review.clippedSamples, "clipped sample")});
+    }
+    return marks;
+}
+
+Picture PictureOf(const Take& take)
+{
+    Picture picture{0.0, take.audio.seconds, WaveOf(take.audio.samples), MarksOf(take)};
+    picture.quality = FrameCurve(take.review, [](const engine::FrameReview& frame) { return frame.quality; });
+    if (take.review.bestScore > engine::ScoreScale::Least)
+    {
+        picture.score = FrameCurve(take.review, [](const engine::FrameReview& frame) {
+            return frame.score > engine::ScoreScale::Least ? frame.score : std::numeric_limits<float>::quiet_NaN();
+        });
+        picture.threshold = take.threshold;
+    }
+    return picture;
 }
 
 } // namespace
 
-TakeReport ReportTake(const std::string& file, Audio audio, TakeReview review, const TakeEvidence& evidence)
+Take MakeTake(const std::string& file, Audio audio, TakeReview review, const TakeEvidence& evidence)
 {
-    TakeReport report;
-    report.file = file;
-    report.accepted = evidence.accepted;
-    report.audio = std::move(audio);
-    report.review = std::move(review);
-    report.logged = ReadFigures(evidence.lines);
-    report.threshold = evidence.threshold;
-    if (!report.accepted)
+    Take take{file, evidence.accepted};
+    take.audio = std::move(audio);
+    take.review = std::move(review);
+    take.threshold = evidence.threshold;
+    ReadLoggedFigures(evidence.lines, &take);
+    if (!take.accepted)
     {
-        report.remarks = WhyRefused(report, evidence);
+        take.remarks = WhyRefused(take, evidence);
     }
-    else if (auto fault = FaultOf(report.review, evidence.phraseKnown, report.audio.seconds))
+    else if (auto fault = WhyUseless(take.review, take.audio.seconds))
     {
-        report.remarks.push_back(*fault);
+        fault->tone = Tone::Note;
+        take.remarks.push_back(*fault);
     }
-    return report;
+    for (const std::string& warning : take.audio.warnings)
+    {
+        take.remarks.push_back({Tone::Warning, "Sound", warning, "Check how the take was recorded."});
+    }
+    return take;
 }
 
-TakeReport ReportUnreadable(const std::string& file, const CommandFailure& failure)
+Take UnreadableTake(const std::string& file, const CommandFailure& failure)
 {
-    TakeReport report;
-    report.file = file;
-    report.readable = false;
-    const std::string_view message = failure.what();
-    // The message begins with the file's name, which stands before the remark anyway.
-    report.remarks.push_back(
-        {"Unreadable", std::string(message.substr(message.starts_with(file) ? file.size() + 1 : 0)), failure.fix});
-    return report;
+    Take take{file, false, false};
+    take.remarks.push_back(UnreadableRemark(file, failure));
+    return take;
 }
 
-std::string TakeText(const TakeReport& report, std::size_t number, const Style& style)
+std::optional<Remark> WhyUseless(const TakeReview& review, double seconds)
 {
-    std::string text =
-        fmt::format("{:2}. {}: {}\n", number, report.file, report.accepted ? style.Good("accepted") : style.Bad("refused"));
-    const auto add = [&](const std::string& line) {
-        text += "      " + line + "\n";
+    const auto because = [](const char* code, std::string text, const char* fix) {
+        return Remark{Tone::Bad, code, std::move(text), fix};
     };
-    for (const TakeRemark& remark : report.remarks)
+    switch (review.status)
     {
-        add((report.accepted ? "note: " : "") + remark.text);
-        add("fix: " + remark.fix);
+    case Status::UtteranceTooShort:
+        return because("UtteranceTooShort", fmt::format("too short: {:.2f} s cannot hold the key phrase", seconds),
+                       "Record the whole phrase, with half a second before and after it.");
+    case Status::NoSpeech:
+        return because("NoSpeech", fmt::format("no speech in {:.2f} s", seconds),
+                       "Is the right microphone chosen, and is it switched on?");
+    case Status::TooQuiet:
+        return because(
+            "TooQuiet",
+            fmt::format("too quiet: the speech has {:.0f} dB, at least {:.0f} dB are needed", review.level, engine::QuietLevel),
+            "Come closer to the microphone, or raise the recording level.");
+    case Status::Clipped:
+        return because("Clipped",
+                       fmt::format("clipped: {} samples are at full scale, the first at {:.2f} s", review.clippedSamples,
+                                   Seconds(static_cast<int64_t>(review.firstClipped.value_or(0)))),
+                       "Lower the recording level, or step back from the microphone.");
+    case Status::CutAtStart:
+        return because("CutAtStart",
+                       "cut at the start: speech is under way when the recording begins, and the key phrase is not whole",
+                       "Start recording half a second before speaking.");
+    case Status::CutAtEnd:
+        return because(
+            "CutAtEnd",
+            fmt::format("cut at the end: speech is still under way at {:.2f} s, and the key phrase is not whole", seconds),
+            "Stop recording half a second after speaking.");
+    case Status::TwoPhrases:
+        return because("TwoPhrases", "the phrase seems to be said more than once", "Say it once in each recording.");
+    case Status::PhraseNotFound:
+        return because("PhraseNotFound", NotFoundText(review), "Say the phrase as it was agreed on, in one go.");
+    default:
+        return std::nullopt;
     }
-    for (const std::string& line : {Figures(report), report.audio.conversion})
+}
+
+Remark UnreadableRemark(const std::string& file, const CommandFailure& failure)
+{
+    std::string_view why = failure.what();
+    why.remove_prefix(why.starts_with(file) ? file.size() + 1 : 0);
+    why.remove_suffix(why.ends_with('.') ? 1 : 0);
+    return {Tone::Bad, "Unreadable", std::string(why), failure.fix};
+}
+
+Report VerificationReport(std::span<const Take> takes)
+{
+    Report report;
+    std::vector<std::string> again;
+    for (const Take& take : takes)
     {
-        if (!line.empty())
+        report.results.push_back({take.file, take.accepted ? "accepted" : "refused", take.accepted ? Tone::Good : Tone::Bad,
+                                  FactsOf(take), take.remarks});
+        report.results.back().picture = PictureOf(take);
+        if (!take.accepted)
         {
-            add(style.Dim(line));
+            again.push_back(take.file);
         }
     }
-    return text;
+    report.verdict = takes.size() == 1 ? fmt::format("The take is {}.", again.empty() ? "accepted" : "refused")
+                                       : fmt::format("{} of {} takes are accepted.", takes.size() - again.size(), takes.size());
+    if (!again.empty())
+    {
+        const bool readable = std::ranges::all_of(takes, &Take::readable);
+        report.exitCode = readable ? ExitCode::Refused : ExitCode::BadInput;
+        report.verdict += " Record again: " + Joined(again) + ".";
+    }
+    return report;
 }
 
-nlohmann::ordered_json TakeJson(const TakeReport& report)
+Report Failed(Report report, const CommandFailure& failure)
 {
-    const TakeReview& review = report.review;
-    nlohmann::ordered_json remarks = nlohmann::ordered_json::array();
-    for (const TakeRemark& remark : report.remarks)
-    {
-        remarks.push_back({{"code", remark.code}, {"text", remark.text}, {"fix", remark.fix}});
-    }
-    nlohmann::ordered_json json{{"file", report.file}, {"accepted", report.accepted}, {"remarks", std::move(remarks)}};
-    json["seconds"] = report.audio.seconds;
-    json["conversion"] = report.audio.conversion;
-    json["speech"] = PlaceJson(HasSpeech(review), review.speechBegin, review.speechEnd);
-    json["phrase"] = review.phrase ? PlaceJson(true, review.phrase->startSample, review.phrase->endSample) : nullptr;
-    json["level"] = HasSpeech(review) ? nlohmann::ordered_json(review.level) : nullptr;
-    json["clippedSamples"] = review.clippedSamples;
-    json["score"] = Optional(report.logged.score);
-    json["threshold"] = Optional(report.threshold);
-    json["quality"] = Optional(report.logged.quality);
-    return json;
+    report.exitCode = failure.exitCode;
+    report.error = Problem{failure.what(), failure.fix};
+    return report;
 }
 
 } // namespace velox::console

@@ -2,11 +2,9 @@
 
 #include "console/audio/AudioFile.h"
 #include "console/hosting/LoggedLine.h"
-#include "console/takes/Remark.h"
+#include "console/report/Report.h"
 #include "console/text/CommandFailure.h"
 #include "engine/enrollment/TakeReview.h"
-
-#include <nlohmann/json_fwd.hpp>
 
 #include <optional>
 #include <span>
@@ -16,48 +14,49 @@
 namespace velox::console
 {
 
-class Style;
-
-/// What the library logged about a take.
-struct LoggedFigures
-{
-    std::optional<double> score; ///< of the detection, in the unit of the threshold files
-    std::optional<int> quality;  ///< in the unit of qualityThreshold
-};
-
 /// All that is known of one take.
-struct TakeReport
+struct Take
 {
     std::string file;
-    bool accepted = false;
-    std::vector<TakeRemark> remarks; ///< why it was refused; of an accepted take what is noteworthy
-    Audio audio;
-    engine::TakeReview review; ///< empty when the file could not be read
-    LoggedFigures logged;
-    std::optional<double> threshold; ///< the language's predefined one
+    bool accepted = false; ///< by the library
     bool readable = true;
+    std::vector<Remark> remarks{}; ///< why it was refused; of an accepted take what is noteworthy
+    Audio audio{};
+    engine::TakeReview review{};       ///< empty when the file could not be read
+    std::optional<double> score{};     ///< of the detection, as the library logged it
+    std::optional<int> quality{};      ///< likewise, in the unit of qualityThreshold
+    std::optional<double> threshold{}; ///< the language's predefined one
+    std::optional<float> likeness{};   ///< to the other takes: engine::RatiosToOthers
 };
 
 /// What a verdict is made from.
 struct TakeEvidence
 {
-    bool accepted = false;             ///< by the library
-    std::span<const LoggedLine> lines; ///< that the library logged
-    std::optional<double> threshold;
-    std::optional<int> qualityThreshold;
-    bool phraseKnown = false; ///< the review was made with the phrase's model
+    bool accepted = false;               ///< by the library
+    std::span<const LoggedLine> lines{}; ///< that the library logged
+    std::optional<double> threshold{};
+    std::optional<int> qualityThreshold{};
 };
 
-/// Says why a take was refused, in the order: the take's own faults, the phrase, the quality, the engine.
-TakeReport ReportTake(const std::string& file, Audio audio, engine::TakeReview review, const TakeEvidence& evidence);
+/// Says of a take why it was refused, in the order: its quality, its own faults, the engine, the score.
+Take MakeTake(const std::string& file, Audio audio, engine::TakeReview review, const TakeEvidence& evidence);
 
 /// A take whose file cannot be read.
-TakeReport ReportUnreadable(const std::string& file, const CommandFailure& failure);
+Take UnreadableTake(const std::string& file, const CommandFailure& failure);
 
-/// Lines for people, with the take's number before them.
-std::string TakeText(const TakeReport& report, std::size_t number, const Style& style);
+/// What a review found fault with; nothing when it found none.
+/// @param seconds  length of the recording
+std::optional<Remark> WhyUseless(const engine::TakeReview& review, double seconds);
 
-/// An element of the document's results.
-nlohmann::ordered_json TakeJson(const TakeReport& report);
+/// Why a file could not be read, without its name.
+Remark UnreadableRemark(const std::string& file, const CommandFailure& failure);
+
+/// A report of the takes; its verdict tells how many were accepted, and which are to be recorded again: "2 of 3 takes are
+/// accepted. Record again: b.wav." Its exit code is Success when all were accepted, BadInput when a file could not be read, else
+/// Refused.
+Report VerificationReport(std::span<const Take> takes);
+
+/// The report of a command that failed after it had this to show.
+Report Failed(Report report, const CommandFailure& failure);
 
 } // namespace velox::console

@@ -8,8 +8,8 @@
 namespace velox::console
 {
 
-/// A bar with the time left, for work that takes longer than a second, and the place where a command learns of Ctrl-C. It is drawn
-/// with carriage returns and blanks alone: not every console knows more.
+/// A bar with the time left, for work that takes longer than a second, and the place where a command learns of Ctrl-C. It is
+/// drawn with carriage returns and blanks alone: not every console knows more.
 class Progress
 {
 public:

@@ -2,6 +2,7 @@
 
 #include "console/text/CommandFailure.h"
 #include "console/text/Interruption.h"
+#include "console/text/LastError.h"
 #include "console/text/Utf8Path.h"
 
 #include <fstream>
@@ -39,11 +40,10 @@ public:
     {
         std::ofstream stream(path, std::ios::binary | std::ios::trunc);
         mine = stream.is_open();
-        stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-        stream.close();
-        if (!stream)
+        if (!mine ||
+            !stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size())).flush())
         {
-            Fail("the folder may be missing or write-protected, or the disk full");
+            Fail();
         }
     }
 
@@ -53,15 +53,15 @@ public:
         std::filesystem::rename(path, target, error);
         if (error)
         {
-            Fail("the file may be write-protected or open in another program, or a folder has its name");
+            Fail();
         }
         mine = false;
     }
 
 private:
-    [[noreturn]] void Fail(const std::string& reason) const
+    [[noreturn]] void Fail() const
     {
-        throw CommandFailure(ExitCode::WriteFailed, "Cannot write " + Utf8(target) + ": " + reason + ".",
+        throw CommandFailure(ExitCode::WriteFailed, "Cannot write " + Utf8(target) + ": " + LastError() + ".",
                              "Choose another place, or make this one writable. What was there is unchanged.");
     }
 

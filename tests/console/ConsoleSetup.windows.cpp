@@ -40,7 +40,7 @@ TEST(ConsoleSetup, AFileIsNoTerminal)
     const Redirected output(STD_OUTPUT_HANDLE, folder.Path() + "\\output");
     const Redirected errors(STD_ERROR_HANDLE, folder.Path() + "\\errors");
     const ConsoleSetup setup;
-    EXPECT_FALSE(setup.OutputIsTerminal());
+    EXPECT_FALSE(setup.OutputTakesColours());
     EXPECT_FALSE(setup.ErrorsAreTerminal());
 }
 

@@ -22,6 +22,7 @@ TEST(main, ACommandsHelpTellsItsOptions)
 {
     const ProgramRun run = RunVeloxKws({"arm", "--help"});
     EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.output, HasSubstr("Usage: velox-kws arm [OPTIONS] LANG"));
     EXPECT_THAT(run.output, HasSubstr("--detector-id"));
     EXPECT_THAT(run.output, HasSubstr("--json"));
 }

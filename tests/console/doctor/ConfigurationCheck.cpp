@@ -39,12 +39,12 @@ void ExpectFound(const DoctorDefect& defect)
     defect.damage(project);
     const Findings findings = Unpleasant(project.Check().findings);
     ASSERT_FALSE(findings.empty());
-    EXPECT_EQ(SeverityName(findings[0].severity), SeverityName(defect.severity)) << findings[0].message;
+    EXPECT_EQ(findings[0].tone, defect.tone) << findings[0].message;
     EXPECT_THAT(findings[0].message, testing::HasSubstr(defect.message));
     EXPECT_EQ(findings[0].line, defect.line);
     const bool tellsWhat = !findings[0].effect.empty() || !findings[0].failures.empty();
     EXPECT_TRUE(tellsWhat) << "what does it lead to?";
-    const bool fixed = !findings[0].fix.empty() || findings[0].severity == Severity::Note;
+    const bool fixed = !findings[0].fix.empty() || findings[0].tone == Tone::Note;
     EXPECT_TRUE(fixed) << "what to do?";
     EXPECT_EQ(FailuresOf1033(findings), defect.fails);
 }
@@ -61,7 +61,7 @@ TEST(ConfigurationCheck, NothingIsWrongWithAGoodConfiguration)
     }
     EXPECT_TRUE(check.usable);
     EXPECT_THAT(check.languages, testing::ElementsAre(1033, 1040));
-    EXPECT_EQ(check.files, 12U);
+    EXPECT_EQ(check.files.size(), 13U) << "constraints and six of each language";
 }
 
 TEST(ConfigurationCheck, EveryDefectIsFoundWithItsPlaceAndWhatFails)
@@ -75,8 +75,7 @@ TEST(ConfigurationCheck, EveryDefectIsFoundWithItsPlaceAndWhatFails)
 
 TEST(ConfigurationCheck, MissingFileMakesEverythingFail)
 {
-    const velox::console::ConfigurationCheck check =
-        CheckConfiguration("no such file", [](uint16_t) { return std::string("x"); });
+    const velox::console::ConfigurationCheck check = CheckConfiguration("no such file");
     EXPECT_FALSE(check.usable);
     ASSERT_EQ(check.findings.size(), 1U);
     EXPECT_EQ(check.findings[0].message, "There is no such file.");
@@ -107,7 +106,7 @@ TEST(ConfigurationCheck, PathsThatAreNotWholeAreWarnedOf)
     project.Replace("directory=\"" + project.Directory(), "directory=\".");
     const Findings findings = Unpleasant(project.Check().findings);
     EXPECT_THAT(findings[0].message, testing::HasSubstr("is no whole path"));
-    EXPECT_EQ(findings[0].severity, Severity::Warning);
+    EXPECT_EQ(findings[0].tone, Tone::Warning);
 }
 
 TEST(ConfigurationCheck, SeparatorAtTheEndOfTheDirectoryIsNoted)
@@ -125,4 +124,14 @@ TEST(ConfigurationCheck, NameBeyondAsciiThatIsNotFoundTellsOfTheCodePage)
     const Findings findings = Unpleasant(project.Check().findings);
     ASSERT_EQ(findings.size(), 1U);
     EXPECT_THAT(findings[0].message, testing::HasSubstr("code page"));
+}
+
+TEST(ConfigurationCheck, LettersOfEveryLengthAreUtf8)
+{
+    const DoctorProject project;
+    project.Replace("<keywords ", "<!-- a\xC3\xA4\xE6\x97\xA5\xF0\x9F\x8E\xA4 -->\n<keywords ");
+    EXPECT_THAT(Unpleasant(project.Check().findings), testing::IsEmpty());
+    project.Replace("\xC3\xA4", "\xC0\x80");
+    ASSERT_EQ(Unpleasant(project.Check().findings).size(), 1U);
+    EXPECT_THAT(Unpleasant(project.Check().findings)[0].message, testing::HasSubstr("not valid UTF-8"));
 }

@@ -3,7 +3,8 @@
 
 #include "console/hosting/Detector.h"
 #include "console/hosting/UserModelStream.h"
-#include "console/listening/PatternOrigin.h"
+#include "console/listening/Pattern.h"
+#include "console/text/Utf8Path.h"
 #include "tests/console/support/DoctorDefects.h"
 #include "tests/console/support/InspectionSamples.h"
 #include "tests/console/support/ProgramRun.h"
@@ -36,7 +37,7 @@ public:
     /// What is promised has no fault, though the take may be refused; what fails does not succeed.
     void Expect(bool promised, Operation operation)
     {
-        SCOPED_TRACE(OperationName(operation));
+        SCOPED_TRACE(static_cast<int>(operation));
         const Answer answer = Do(operation);
         const bool faulty = std::any_of(answer.lines.begin(), answer.lines.end(),
                                         [](const LoggedLine& line) { return line.level == VeloxLogLevel::Error; });
@@ -120,11 +121,46 @@ TEST(DoctorCommand, DocumentHoldsEveryFinding)
     EXPECT_EQ(document["command"], "doctor");
     EXPECT_EQ(document["exitCode"], 1);
     const auto error = std::find_if(document["results"].begin(), document["results"].end(),
-                                    [](const json& finding) { return finding["severity"] == "error"; });
+                                    [](const json& finding) { return finding["status"] == "error"; });
     ASSERT_NE(error, document["results"].end());
     EXPECT_EQ((*error)["line"], 7);
-    EXPECT_EQ((*error)["failures"], json::parse(R"([{"operation": "arming", "language": 1033}])"));
+    EXPECT_EQ((*error)["fails"], "arming 1033");
     EXPECT_THAT(document["verdict"], testing::HasSubstr("Fails for 1033 (en-US): arming."));
+}
+
+TEST(DoctorCommand, BundleIsWrittenWhateverIsWrong)
+{
+    const DoctorProject project;
+    const std::string bundle = project.Directory() + "\\support.txt";
+    EXPECT_EQ(RunVeloxKws({"doctor", project.Path(), "--bundle", bundle}).exitCode, 0);
+    EXPECT_THAT(ReadWholeFile(bundle), testing::HasSubstr("Windows "));
+    EXPECT_THAT(ReadWholeFile(bundle), testing::HasSubstr("code page "));
+    EXPECT_THAT(ReadWholeFile(bundle), testing::HasSubstr("VeloxWovSDK.dll: "));
+    EXPECT_THAT(ReadWholeFile(bundle), testing::Not(testing::HasSubstr("VWAM"))) << "a model's first bytes";
+
+    project.WriteXml("<keywords>");
+    const ProgramRun run = RunVeloxKws({"doctor", project.Path(), "--bundle", bundle});
+    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_THAT(run.output, testing::HasSubstr("support.txt"));
+    EXPECT_THAT(ReadWholeFile(bundle), testing::HasSubstr("== Configuration "));
+}
+
+TEST(DoctorCommand, BundleReplacesNoOtherFile)
+{
+    const DoctorProject project;
+    const std::string before = project.Xml();
+    EXPECT_EQ(RunVeloxKws({"doctor", project.Path(), "--bundle", project.Path()}).exitCode, 2);
+    EXPECT_EQ(RunVeloxKws({"doctor", project.Path(), "--bundle", project.Directory() + "\\am_1033.bin"}).exitCode, 2);
+    EXPECT_EQ(project.Xml(), before);
+}
+
+TEST(DoctorCommand, FindingsStayWhenTheBundleCannotBeWritten)
+{
+    const DoctorProject project;
+    const Report report = Examine(PathFromUtf8(project.Path()), PathFromUtf8(project.Directory() + "\\none\\support.txt"));
+    EXPECT_EQ(report.exitCode, ExitCode::WriteFailed);
+    EXPECT_TRUE(report.error.has_value());
+    EXPECT_FALSE(report.results.empty());
 }
 
 TEST(DoctorCommand, WhatDoctorSaysOfTheLibraryIsTrue)

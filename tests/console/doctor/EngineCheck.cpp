@@ -25,7 +25,7 @@ TEST(EngineCheck, NothingIsWrongWithAGoodEngine)
 {
     for (const Finding& finding : CheckEngine(Good()))
     {
-        EXPECT_EQ(finding.severity, Severity::Good) << finding.message;
+        EXPECT_EQ(finding.tone, Tone::Good) << finding.message;
     }
     EXPECT_EQ(CheckEngine(Good()).size(), 4U);
 }
@@ -72,7 +72,7 @@ TEST(EngineCheck, EachDefectIsFound)
         int errors = 0;
         for (const Finding& finding : CheckEngine(facts))
         {
-            if (finding.severity == Severity::Error)
+            if (finding.tone == Tone::Bad)
             {
                 ++errors;
                 EXPECT_THAT(finding.message, testing::StartsWith(own.message));

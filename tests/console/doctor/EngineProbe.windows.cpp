@@ -1,4 +1,4 @@
-#include "console/doctor/EngineProbe.h"
+#include "console/doctor/EngineCheck.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -18,13 +18,14 @@ constexpr uint16_t Language = 1033;
 class LanguageCheck : public testing::Test
 {
 protected:
+    /// @return how many files the language names
     std::size_t Check(bool filesReachable = true)
     {
         findings.clear();
         EXPECT_EQ(document.Parse(project.Xml().c_str()), tinyxml2::XML_SUCCESS);
-        NamedFiles files;
-        return CheckLanguage(*document.FirstChildElement()->FirstChildElement(), Language,
-                             {"c.xml", project.Directory(), filesReachable, files}, &findings);
+        const tinyxml2::XMLElement& element = *document.FirstChildElement()->FirstChildElement();
+        CheckLanguage(element, Language, {"c.xml", project.Directory(), filesReachable}, &findings);
+        return FilesOf(element, project.Directory()).size();
     }
 
     DoctorProject project;

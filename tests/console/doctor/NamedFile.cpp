@@ -9,21 +9,16 @@
 using namespace velox::console;
 using testing::HasSubstr;
 
-TEST(NamedFile, AFileIsReadOnce)
+TEST(NamedFile, AFileIsReadWhole)
 {
     const TemporaryFolder folder;
     const std::string path = folder.Path() + "/threshold.txt";
     WriteWholeFile(path, "100");
-    NamedFiles files;
-    const NamedFile& file = files.Read(path);
+    const NamedFile file = ReadNamedFile(path);
     EXPECT_TRUE(file.readable);
     EXPECT_EQ(file.path, path);
     EXPECT_EQ(file.size, 3U);
-    WriteWholeFile(path, "changed");
-    EXPECT_EQ(&files.Read(path), &file);
     EXPECT_EQ(file.bytes, (std::vector<uint8_t>{'1', '0', '0'}));
-    EXPECT_EQ(files.Inspected(path).kind, FileKind::Threshold);
-    EXPECT_EQ(&files.Inspected(path), &files.Inspected(path));
 }
 
 TEST(NamedFile, AFileBeyondTheBoundIsMeasuredOnly)
@@ -32,8 +27,7 @@ TEST(NamedFile, AFileBeyondTheBoundIsMeasuredOnly)
     const std::string path = folder.Path() + "/large.bin";
     WriteWholeFile(path, "x");
     std::filesystem::resize_file(path, NamedFile::LargestInspected + 1);
-    NamedFiles files;
-    const NamedFile& file = files.Read(path);
+    const NamedFile file = ReadNamedFile(path);
     EXPECT_TRUE(file.readable);
     EXPECT_EQ(file.size, NamedFile::LargestInspected + 1);
     EXPECT_TRUE(file.bytes.empty());
@@ -52,17 +46,11 @@ TEST(NamedFile, WhyItCannotBeReadIsTold)
     for (const auto& own : cases)
     {
         SCOPED_TRACE(own.path);
-        EXPECT_FALSE(NamedFiles().Read(own.path).readable);
+        EXPECT_FALSE(ReadNamedFile(own.path).readable);
         const Absence absence = WhyNotReadable(own.path);
         EXPECT_THAT(absence.why, HasSubstr(own.why));
         EXPECT_NE(absence.fix, "");
     }
-}
-
-TEST(NamedFile, NamesAreJoinedAsTheLibraryDoes)
-{
-    EXPECT_EQ(JoinNames("C:\\Velox", "a.bin"), "C:\\Velox\\a.bin");
-    EXPECT_EQ(JoinNames("", "a.bin"), "\\a.bin");
 }
 
 TEST(NamedFile, DrivesAndSharesAreWholePaths)

@@ -24,7 +24,7 @@ Finding FindingOf(const RegistrySettings& settings, std::string_view name)
     const Findings findings = CheckSettings(settings);
     const auto found =
         std::find_if(findings.begin(), findings.end(), [&](const Finding& finding) { return finding.message.starts_with(name); });
-    return found == findings.end() ? Finding{Severity::Error, {}, 0, "nothing is said", {}, {}, {}} : *found;
+    return found == findings.end() ? Finding{Tone::Bad, {}, 0, "nothing is said"} : *found;
 }
 
 } // namespace
@@ -33,7 +33,7 @@ TEST(SettingsCheck, AbsentKeyIsGood)
 {
     for (const Finding& finding : CheckSettings({}))
     {
-        EXPECT_EQ(finding.severity, Severity::Good) << finding.message;
+        EXPECT_EQ(finding.tone, Tone::Good) << finding.message;
     }
     EXPECT_EQ(FindingOf({}, "SDKLoggerLevel").message, "SDKLoggerLevel is not set, so 3: the log level of the keyword engine.");
 }
@@ -43,27 +43,27 @@ TEST(SettingsCheck, EveryValueIsTakenAsTheLibraryTakesIt)
     const struct
     {
         RegistryValue value;
-        Severity severity;
+        Tone tone;
         std::string said;
     } cases[]{
-        {{"LoggerLevel", Dword, {4, 0, 0, 0}}, Severity::Good, "LoggerLevel is 4: every operation's beginning and end"},
-        {{"loggerlevel", Dword, {2, 0, 0, 0}}, Severity::Good, "LoggerLevel is 2"},
-        {{"LoggerLevel", Dword, {6, 0, 0, 0}}, Severity::Warning, "LoggerLevel is 6, but only 0 to 5 count."},
-        {{"LoggerLevel", Dword, {0xFF, 0xFF, 0xFF, 0xFF}}, Severity::Warning, "LoggerLevel is -1, but only 0 to 5 count."},
-        {{"SDKLoggerLevel", Dword, {6, 0, 0, 0}}, Severity::Good, "SDKLoggerLevel is 6"},
-        {{"LogToFile", Dword, {0, 1, 0, 0}}, Severity::Good, "LogToFile is 256: the logger writes a file."},
-        {{"LogToFile", Text, {'1', 0, 0, 0}}, Severity::Warning, "LogToFile is not of the type REG_DWORD."},
-        {{"LoggerLevel", 3, {5}}, Severity::Warning, "LoggerLevel is not of the type REG_DWORD."},
-        {{"LoggerLevel", 11, {5, 0, 0, 0, 0, 0, 0, 0}}, Severity::Warning, "LoggerLevel is longer than four bytes"},
-        {{"LogLevel", Dword, {5, 0, 0, 0}}, Severity::Warning, "LogLevel is no value that the library knows."},
+        {{"LoggerLevel", Dword, {4, 0, 0, 0}}, Tone::Good, "LoggerLevel is 4: every operation's beginning and end"},
+        {{"loggerlevel", Dword, {2, 0, 0, 0}}, Tone::Good, "LoggerLevel is 2"},
+        {{"LoggerLevel", Dword, {6, 0, 0, 0}}, Tone::Warning, "LoggerLevel is 6, but only 0 to 5 count."},
+        {{"LoggerLevel", Dword, {0xFF, 0xFF, 0xFF, 0xFF}}, Tone::Warning, "LoggerLevel is -1, but only 0 to 5 count."},
+        {{"SDKLoggerLevel", Dword, {6, 0, 0, 0}}, Tone::Good, "SDKLoggerLevel is 6"},
+        {{"LogToFile", Dword, {0, 1, 0, 0}}, Tone::Good, "LogToFile is 256: the logger writes a file."},
+        {{"LogToFile", Text, {'1', 0, 0, 0}}, Tone::Warning, "LogToFile is not of the type REG_DWORD."},
+        {{"LoggerLevel", 3, {5}}, Tone::Warning, "LoggerLevel is not of the type REG_DWORD."},
+        {{"LoggerLevel", 11, {5, 0, 0, 0, 0, 0, 0, 0}}, Tone::Warning, "LoggerLevel is longer than four bytes"},
+        {{"LogLevel", Dword, {5, 0, 0, 0}}, Tone::Warning, "LogLevel is no value that the library knows."},
     };
     for (const auto& own : cases)
     {
         SCOPED_TRACE(own.said);
         const Finding finding = FindingOf(With(own.value), own.said.substr(0, own.said.find(' ')));
-        EXPECT_EQ(finding.severity, own.severity);
+        EXPECT_EQ(finding.tone, own.tone);
         EXPECT_THAT(finding.message, testing::StartsWith(own.said));
-        EXPECT_EQ(finding.fix.empty(), own.severity == Severity::Good);
+        EXPECT_EQ(finding.fix.empty(), own.tone == Tone::Good);
     }
 }
 
@@ -76,6 +76,11 @@ TEST(SettingsCheck, BytesOfAnotherTypeAreShownAsTheNumberThatTheyBecome)
 TEST(SettingsCheck, ValuesOfThe32BitViewAreWarnedOf)
 {
     const Findings findings = CheckSettings({false, {}, {"LoggerLevel"}});
-    EXPECT_EQ(findings.back().severity, Severity::Warning);
+    EXPECT_EQ(findings.back().tone, Tone::Warning);
     EXPECT_THAT(findings.back().message, testing::HasSubstr("32-bit view"));
+}
+
+TEST(SettingsCheck, ValueIsShownAsItStands)
+{
+    EXPECT_EQ(RegistryText({"LoggerLevel", Dword, {4, 0, 0, 255}}), "LoggerLevel, type 4: 04 00 00 FF");
 }

@@ -1,4 +1,4 @@
-#include "console/doctor/SettingsKey.h"
+#include "console/doctor/SettingsCheck.h"
 
 #include <windows.h>
 

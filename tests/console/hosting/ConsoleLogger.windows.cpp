@@ -60,14 +60,27 @@ TEST_F(ConsoleLogger, TheWideTextOfOneFunctionsLinesIsReadAsSuch)
 
 TEST_F(ConsoleLogger, VerboseShowsEveryLineWhateverTheLevel)
 {
-    std::ostringstream shown;
-    std::streambuf* const former = std::cerr.rdbuf(shown.rdbuf());
+    EngineOutput stream;
+    stream.Begin();
     velox::console::ConsoleLogger logger({true, {}});
     logger.SetLevel(0);
     logger.Log(5, 1, "a detail");
-    std::cerr.rdbuf(former);
-    EXPECT_THAT(shown.str(), HasSubstr("a detail"));
-    EXPECT_EQ(shown.str().substr(0, 2), "| ");
+    EXPECT_EQ(stream.TakeLines(), std::vector<std::string>{"| detail       internals  a detail"});
+    stream.End();
+}
+
+TEST_F(ConsoleLogger, WhatTheEngineWritesIsALineOfTheLogInItsOrder)
+{
+    velox::console::ConsoleLogger logger({});
+    logger.Begin();
+    logger.Log(4, 0, "before");
+    std::fprintf(stderr, "engine: take heard\n");
+    logger.Log(4, 0, "after");
+    const std::vector<LoggedLine> lines = logger.TakeLines();
+    ASSERT_EQ(lines.size(), 3U);
+    EXPECT_EQ(lines[1].message, "engine: take heard");
+    EXPECT_EQ(lines[1].source, EngineSource);
+    EXPECT_EQ(lines[2].message, "after");
 }
 
 TEST_F(ConsoleLogger, ALogFileGetsEveryLineBehindWhatItHolds)

@@ -1,6 +1,5 @@
-#include "console/inspect/BlockInspection.h"
+#include "console/inspect/FormatInspection.h"
 
-#include "console/inspect/Inspection.h"
 #include "tests/console/support/InspectionSamples.h"
 
 #include <gmock/gmock.h>
@@ -29,9 +28,9 @@ void ExpectChangesAreFound(const Bytes& good, const std::vector<Damage>& fields)
             Bytes damaged = good;
             damaged[field.offset + i] ^= 0x10U;
             const Inspection inspection = Inspect(damaged);
-            ASSERT_FALSE(inspection.errors.empty());
-            EXPECT_EQ(inspection.errors[0].path, field.path);
-            EXPECT_EQ(inspection.errors[0].offset, field.offset);
+            ASSERT_NE(inspection.FirstError(), nullptr);
+            EXPECT_EQ(inspection.FirstError()->path, field.path);
+            EXPECT_EQ(inspection.FirstError()->offset, field.offset);
         }
     }
 }
@@ -79,21 +78,34 @@ TEST(BlockInspection, ThresholdKeepsItsSign)
     InspectionSamples::PutU32(&block, 24, 0xFFFFFEB3);
     const Inspection inspection = Inspect(block);
     EXPECT_EQ(inspection.Find("KpdThreshold")->value, "-333 (-1.30078)");
-    EXPECT_THAT(inspection.notes, testing::ElementsAre(testing::HasSubstr("negative")));
+    EXPECT_EQ(inspection.FirstError(), nullptr) << "the library writes it";
 }
 
-TEST(BlockInspection, ModelOfTheStandInIsReadFieldByField)
+TEST(BlockInspection, WhatTheFirmwareWouldRefuseIsNoted)
 {
-    const Inspection inspection = Inspect(InspectionSamples::ArmingPattern(InspectionSamples::UserModel()));
-    ASSERT_NE(inspection.Find("ModelData.states"), nullptr);
+    Bytes block = InspectionSamples::ArmingPattern(InspectionSamples::FirmwareModel());
+    EXPECT_THAT(Inspect(block).notes, testing::IsEmpty());
+    InspectionSamples::PutU32(&block, 24, 0xFFFFFEB3);
+    EXPECT_THAT(Inspect(block).notes, testing::ElementsAre(testing::HasSubstr("refuses it at KpdThreshold")));
+    EXPECT_THAT(Inspect(InspectionSamples::ArmingPattern(Bytes(40, 7))).notes,
+                testing::ElementsAre(testing::HasSubstr("it is no firmware model")));
+}
+
+TEST(BlockInspection, ModelOfTheStandInIsReadAndItsDamageHasAPlace)
+{
+    Bytes block = InspectionSamples::ArmingPattern(InspectionSamples::UserModel());
+    const Inspection inspection = Inspect(block);
     EXPECT_EQ(inspection.Find("ModelData.Kind")->offset, 0x2CU);
+    EXPECT_TRUE(inspection.ofUser);
+    block.back() ^= 1U;
+    EXPECT_EQ(Inspect(block).FirstError()->path, "ModelData.Checksum");
 }
 
 TEST(BlockInspection, UserModelOfAnotherEngineStaysOpaque)
 {
     Bytes model = InspectionSamples::FromText("VWOV, and what a closed engine writes");
     const Inspection inspection = Inspect(InspectionSamples::ArmingPattern(model));
-    EXPECT_TRUE(inspection.errors.empty());
+    EXPECT_EQ(inspection.FirstError(), nullptr);
     ASSERT_NE(inspection.Find("ModelData"), nullptr);
     EXPECT_EQ(inspection.Find("ModelData")->size, model.size());
 }
@@ -114,10 +126,10 @@ TEST(BlockInspection, DetectionResultShowsEveryField)
 TEST(BlockInspection, LongerDetectionResultIsRightWhenItsSizeSaysSo)
 {
     Bytes block = InspectionSamples::DetectionResult(12);
-    EXPECT_TRUE(Inspect(block).errors.empty());
+    EXPECT_EQ(Inspect(block).FirstError(), nullptr);
     EXPECT_EQ(Inspect(block).Find("NotRead60")->size, 12U);
     InspectionSamples::PutU32(&block, 0, 60);
-    EXPECT_EQ(Inspect(block).errors[0].path, "Size");
+    EXPECT_EQ(Inspect(block).FirstError()->path, "Size");
 }
 
 TEST(BlockInspection, TimesThatCannotBeAreNoted)
@@ -143,5 +155,5 @@ TEST(BlockInspection, BeginningThatBothBlocksShareSaysThatItIsTooShort)
     const Inspection inspection = Inspect(block);
     EXPECT_EQ(inspection.kind, FileKind::BlockHead);
     EXPECT_NE(inspection.Find("PatternType"), nullptr);
-    EXPECT_THAT(inspection.errors.back().message, testing::HasSubstr("begin to differ"));
+    EXPECT_THAT(inspection.Find("PatternType")->error, testing::HasSubstr("begin to differ"));
 }

@@ -50,7 +50,7 @@ TEST_F(InspectCommand, CutAndDamagedFilesKeepWhatWasReadAndFail)
         const ProgramRun run = RunVeloxKws({"inspect", Write("damaged", sample.bytes)});
         EXPECT_EQ(run.exitCode, 1);
         EXPECT_THAT(run.output, testing::HasSubstr("error at 0x"));
-        EXPECT_THAT(run.output, testing::HasSubstr("    0x0004 "));
+        EXPECT_THAT(run.output, testing::HasSubstr("0x0004 "));
     }
 }
 
@@ -64,8 +64,9 @@ TEST_F(InspectCommand, DocumentTellsTheSame)
     const json document = json::parse(run.output);
     EXPECT_EQ(document["command"], "inspect");
     ASSERT_EQ(document["results"].size(), 3U);
-    EXPECT_EQ(document["results"][0]["kind"], "detection result");
-    EXPECT_EQ(document["results"][2]["fields"][0]["path"], "KeywordIdFw");
+    EXPECT_EQ(document["results"][0]["status"], "detection result");
+    EXPECT_EQ(document["results"][2]["parts"][0]["title"], "KeywordIdFw");
+    EXPECT_EQ(document["results"][2]["parts"][0]["second"], "2");
 }
 
 TEST_F(InspectCommand, FilesThatAreNoneOfThemAreBadInput)

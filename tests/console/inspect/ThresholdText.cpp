@@ -65,7 +65,6 @@ TEST(ThresholdText, IsReadAsTheLibraryReadsIt)
         EXPECT_EQ(read.rest, own.rest);
         const bool suspicious = !own.isNumber || !own.rest.empty() || own.q8 == Most || own.q8 == Least;
         EXPECT_EQ(!read.whatIsWrong.empty(), suspicious) << read.whatIsWrong;
-        EXPECT_EQ(!read.fix.empty(), suspicious);
     }
 }
 
@@ -94,8 +93,8 @@ TEST(ThresholdText, SaysWhyThereIsNoNumber)
 
 TEST(ThresholdText, DecimalCommaIsNamed)
 {
-    EXPECT_EQ(ReadThresholdText("0,75").whatIsWrong, "The decimal comma in \"0,75\" ends the number: only 0 counts.");
-    EXPECT_EQ(ReadThresholdText("1, that is all").whatIsWrong, "What follows the number 1 is ignored.");
+    EXPECT_EQ(ReadThresholdText("0,75").whatIsWrong, "the decimal comma in \"0,75\" ends the number: only 0 counts");
+    EXPECT_EQ(ReadThresholdText("1, that is all").whatIsWrong, "what follows the number 1 is ignored");
 }
 
 TEST(ThresholdText, PlacesOfNumberAndRestAreGiven)

@@ -94,6 +94,36 @@ TEST_F(ArmCommand, ALanguageThatIsNotConfiguredIsABadConfiguration)
     EXPECT_THAT(run.errors, HasSubstr("the language is not in the configuration file"));
 }
 
+TEST_F(ArmCommand, AModelThatTheSimulatorRefusesIsArmedWithAWarning)
+{
+    auto model = project.Read("fw.bin");
+    model.back() ^= 1U;
+    project.Write("fw.bin", model);
+    const ProgramRun run = Run({"en-US", "--out", project.File("pattern.bin")});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("warning: the simulated DSP refuses this block at 0x38, ModelData.checksum"));
+    const std::vector<uint8_t> pattern = project.Read("pattern.bin");
+    EXPECT_EQ(std::vector<uint8_t>(pattern.begin() + 44, pattern.end()), model);
+}
+
+TEST_F(ArmCommand, NoInputAndNoForeignFileIsReplaced)
+{
+    project.Write("user.vwov", std::string("VWOV and the rest of a user's model"));
+    const auto before = project.Read("configuration.xml");
+    for (const char* output : {"user.vwov", "configuration.xml", "fw.bin"})
+    {
+        SCOPED_TRACE(output);
+        const ProgramRun run = Run({"en-US", "--model", project.File("user.vwov"), "--out", project.File(output)});
+        EXPECT_EQ(run.exitCode, 2);
+        EXPECT_THAT(run.errors, HasSubstr("Nothing was changed"));
+    }
+    EXPECT_EQ(project.Read("configuration.xml"), before);
+    project.Write("diary.txt", std::string("today"));
+    EXPECT_EQ(Run({"en-US", "--out", project.File("diary.txt")}).exitCode, 2);
+    EXPECT_EQ(Run({"en-US", "--out", project.File("pattern.bin")}).exitCode, 0);
+    EXPECT_EQ(Run({"en-US", "--out", project.File("pattern.bin")}).exitCode, 0) << "a former pattern is replaced";
+}
+
 TEST_F(ArmCommand, NamesMayHoldBlanksAndOtherAlphabets)
 {
     const std::string name = "Muster für Łukasz.bin";

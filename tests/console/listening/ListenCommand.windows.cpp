@@ -3,6 +3,9 @@
 #include "console/RunCommand.h"
 #include "console/hosting/Detector.h"
 #include "console/hosting/UserModelStream.h"
+#include "console/pages/ReportDocument.h"
+#include "console/pages/ReportText.h"
+#include "console/text/Utf8Path.h"
 #include "tests/console/support/ProgramRun.h"
 #include "tests/console/support/ToneProject.h"
 #include "tests/engine/support/TinyLanguage.h"
@@ -61,7 +64,7 @@ protected:
         return line;
     }
 
-    Outcome Listen(const Arguments& more) const
+    Report Listen(const Arguments& more, const std::string& page = {}) const
     {
         CLI::App app;
         Commands commands;
@@ -72,9 +75,23 @@ protected:
         const Style style(false);
         Progress progress(nullptr);
         const LogOptions log;
-        Context context{style, progress, log};
-        Report report = RunCommand("listen", commands.run.at(app.get_subcommands().at(0)), context);
-        return {report.exitCode, report.verdict, report.text, report.array, report.error};
+        Context context{style, progress, log, PathFromUtf8(page)};
+        return RunCommand("listen", commands.run.at(app.get_subcommands().at(0)), context);
+    }
+
+    static Json Results(const Report& report)
+    {
+        return Json::parse(ReportDocument("listen", report))["results"];
+    }
+
+    static Json Facts(const Report& report)
+    {
+        return Json::parse(ReportDocument("listen", report))["facts"];
+    }
+
+    static std::string Text(const Report& report)
+    {
+        return ReportText(report, Style(false), false);
     }
 
     std::string Phrases(const std::string& name, int count) const
@@ -94,11 +111,11 @@ protected:
 TEST_F(ListenCommand, HearsPhrasesAndParsesThemWithTheLibrary)
 {
     Arm("pattern.bin", ToneProject::English);
-    const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), Phrases("two.wav", 2)});
-    EXPECT_EQ(outcome.exitCode, ExitCode::Success) << outcome.text;
-    EXPECT_EQ(outcome.verdict, "2 detections in 3.2 s.");
-    ASSERT_THAT(outcome.results.Array(), SizeIs(1));
-    const Json& detections = outcome.results.Array()[0]["detections"];
+    const Report report = Listen({"--pattern", project.File("pattern.bin"), Phrases("two.wav", 2)});
+    EXPECT_EQ(report.exitCode, ExitCode::Success) << Text(report);
+    EXPECT_EQ(report.verdict, "2 detections in 3.2 s.");
+    ASSERT_THAT(Results(report), SizeIs(1));
+    const Json detections = Results(report)[0]["parts"];
     ASSERT_THAT(detections, SizeIs(2));
     for (const Json& detection : detections)
     {
@@ -112,38 +129,38 @@ TEST_F(ListenCommand, HearsPhrasesAndParsesThemWithTheLibrary)
     }
     EXPECT_NEAR(detections[0]["start"].get<double>(), 0.5, 0.05);
     EXPECT_NEAR(detections[1]["start"].get<double>(), 2.1, 0.05);
-    EXPECT_EQ(outcome.text.find("Note:"), std::string::npos) << outcome.text;
+    EXPECT_EQ(Text(report).find("note: "), std::string::npos) << Text(report);
 }
 
 TEST_F(ListenCommand, AUsersPatternIsAUserMatch)
 {
     const std::string model = Enroll();
     Arm("pattern.bin", ToneProject::English, model);
-    const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), "--model", model, Phrases("one.wav", 1)});
-    EXPECT_EQ(outcome.exitCode, ExitCode::Success) << outcome.text;
-    EXPECT_EQ(outcome.results.Array()[0]["userModel"], true);
-    EXPECT_EQ(outcome.results.Array()[0]["threshold"], 60.0);
-    EXPECT_EQ(outcome.results.Array()[0]["detections"][0]["userMatch"], true);
-    EXPECT_EQ(outcome.text.find("Note:"), std::string::npos) << outcome.text;
+    const Report report = Listen({"--pattern", project.File("pattern.bin"), "--model", model, Phrases("one.wav", 1)});
+    EXPECT_EQ(report.exitCode, ExitCode::Success) << Text(report);
+    EXPECT_EQ(Facts(report)["userModel"], true);
+    EXPECT_EQ(Facts(report)["threshold"], 60.0);
+    EXPECT_EQ(Results(report)[0]["parts"][0]["userMatch"], true);
+    EXPECT_EQ(Text(report).find("note: "), std::string::npos) << Text(report);
 }
 
 TEST_F(ListenCommand, AUsersPatternWithoutTheModelIsNoted)
 {
     Arm("pattern.bin", ToneProject::English, Enroll());
-    const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), Phrases("one.wav", 1)});
-    EXPECT_THAT(outcome.text,
-                HasSubstr("The library builds another pattern for language 1033 (en-US) now, with a threshold of 70.0 "
+    const Report report = Listen({"--pattern", project.File("pattern.bin"), Phrases("one.wav", 1)});
+    EXPECT_THAT(Text(report),
+                HasSubstr("the library builds another pattern for language 1033 (en-US) now, with a threshold of 70.0 "
                           "instead of 60.0, with another model"));
-    EXPECT_EQ(outcome.results.Array()[0]["detections"][0]["userMatch"], false);
+    EXPECT_EQ(Results(report)[0]["parts"][0]["userMatch"], false);
 }
 
 TEST_F(ListenCommand, TheLanguageIsTheOneWhosePatternItIs)
 {
     project.AddItalian();
     Arm("pattern.bin", ToneProject::Italian);
-    const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), Phrases("one.wav", 1)});
-    EXPECT_EQ(outcome.results.Array()[0]["detections"][0]["language"], 1040);
-    EXPECT_EQ(outcome.results.Array()[0]["threshold"], 80.0);
+    const Report report = Listen({"--pattern", project.File("pattern.bin"), Phrases("one.wav", 1)});
+    EXPECT_EQ(Results(report)[0]["parts"][0]["language"], 1040);
+    EXPECT_EQ(Facts(report)["threshold"], 80.0);
 }
 
 TEST_F(ListenCommand, APatternOfNoneOfTheLanguagesNeedsOneNamed)
@@ -152,32 +169,32 @@ TEST_F(ListenCommand, APatternOfNoneOfTheLanguagesNeedsOneNamed)
     Arm("pattern.bin", ToneProject::Italian);
     project.Write("pre_1040.txt", std::string("81"));
     const std::string one = Phrases("one.wav", 1);
-    const Outcome unnamed = Listen({"--pattern", project.File("pattern.bin"), one});
+    const Report unnamed = Listen({"--pattern", project.File("pattern.bin"), one});
     EXPECT_EQ(unnamed.exitCode, ExitCode::Usage);
     ASSERT_TRUE(unnamed.error.has_value());
     EXPECT_THAT(unnamed.error->fix, HasSubstr("--language"));
 
-    const Outcome named = Listen({"--pattern", project.File("pattern.bin"), "--language", "it-IT", one});
+    const Report named = Listen({"--pattern", project.File("pattern.bin"), "--language", "it-IT", one});
     EXPECT_EQ(named.exitCode, ExitCode::Success);
-    EXPECT_EQ(named.results.Array()[0]["detections"][0]["language"], 1040);
-    EXPECT_THAT(named.text, HasSubstr("with a threshold of 81.0 instead of 80.0. "));
+    EXPECT_EQ(Results(named)[0]["parts"][0]["language"], 1040);
+    EXPECT_THAT(Text(named), HasSubstr("with a threshold of 81.0 instead of 80.0; "));
 }
 
 TEST_F(ListenCommand, CounterOffsetAndDriftReachTheHost)
 {
     Arm("pattern.bin", ToneProject::English);
-    const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), "--offset", "1000000000000", "--drift", "-100",
-                                    "--block", "250", Phrases("one.wav", 1)});
-    const Json& detection = outcome.results.Array()[0]["detections"][0];
+    const Report report = Listen({"--pattern", project.File("pattern.bin"), "--offset", "1000000000000", "--drift", "-100",
+                                  "--block", "250", Phrases("one.wav", 1)});
+    const Json detection = Results(report)[0]["parts"][0];
     EXPECT_NEAR(detection["keywordStart"].get<double>() - 1e12, detection["start"].get<double>() * 1e7 * 0.9999, 1.0);
 }
 
 TEST_F(ListenCommand, SavesEachBlockUnderTheRecordingsName)
 {
     Arm("pattern.bin", ToneProject::English);
-    const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), "--save-results", project.File("blocks"),
-                                    Phrases("two.wav", 2), Phrases("one.wav", 1)});
-    EXPECT_EQ(outcome.exitCode, ExitCode::Success);
+    const Report report = Listen({"--pattern", project.File("pattern.bin"), "--save-results", project.File("blocks"),
+                                  Phrases("two.wav", 2), Phrases("one.wav", 1)});
+    EXPECT_EQ(report.exitCode, ExitCode::Success);
     for (const char* name : {"two-001.result", "two-002.result", "one-003.result"})
     {
         SCOPED_TRACE(name);
@@ -186,15 +203,77 @@ TEST_F(ListenCommand, SavesEachBlockUnderTheRecordingsName)
         EXPECT_EQ(block[0], 60);
         EXPECT_EQ(block[48], 1);
     }
-    EXPECT_THAT(outcome.results.Array()[1]["detections"][0]["block"].get<std::string>(), EndsWith("one-003.result"));
+    EXPECT_THAT(Results(report)[1]["parts"][0]["block"].get<std::string>(), EndsWith("one-003.result"));
 }
 
-TEST_F(ListenCommand, AFolderThatCannotBeMadeIsAWriteFailure)
+TEST_F(ListenCommand, NoInputAndNoForeignFileIsReplaced)
 {
     Arm("pattern.bin", ToneProject::English);
-    const Outcome outcome =
-        Listen({"--pattern", project.File("pattern.bin"), "--save-results", project.File("pattern.bin"), Phrases("one.wav", 1)});
-    EXPECT_EQ(outcome.exitCode, ExitCode::WriteFailed);
+    const std::string one = Phrases("one.wav", 1);
+    const auto before = project.Read("pattern.bin");
+    const auto exitCode = [&](const std::string& blocks, const std::string& page = {}) {
+        return Listen({"--pattern", project.File("pattern.bin"), "--save-results", blocks, one}, page).exitCode;
+    };
+    EXPECT_EQ(exitCode(project.File("pattern.bin")), ExitCode::Usage) << "a file where the folder should be";
+    EXPECT_EQ(exitCode(project.File("blocks"), project.File("pattern.bin")), ExitCode::Usage);
+    EXPECT_EQ(exitCode(project.File("blocks"), one), ExitCode::Usage);
+    std::filesystem::create_directory(PathFromUtf8(project.File("blocks")));
+    project.Write("blocks\\one-001.result", std::string("a diary"));
+    EXPECT_EQ(exitCode(project.File("blocks")), ExitCode::Usage);
+    EXPECT_EQ(project.Read("pattern.bin"), before);
+
+    project.Write("blocks\\one-001.result", std::vector<uint8_t>{4, 0, 0, 0});
+    project.Write("blocks\\another.txt", std::string("a diary"));
+    EXPECT_EQ(exitCode(project.File("blocks")), ExitCode::Success)
+        << "an older block is replaced, and others' files are no matter";
+    EXPECT_THAT(project.Read("blocks\\one-001.result"), SizeIs(60));
+}
+
+TEST_F(ListenCommand, FoldersAndPatternsStandForTheirRecordings)
+{
+    Arm("pattern.bin", ToneProject::English);
+    Phrases("take-2.wav", 1);
+    Phrases("take-10.wav", 1);
+    const Report report = Listen({"--pattern", project.File("pattern.bin"), project.File("take-*.wav")});
+    EXPECT_EQ(report.verdict, "2 detections in 3.2 s.");
+    ASSERT_THAT(report.results, SizeIs(2));
+    EXPECT_THAT(report.results[0].title, EndsWith("take-2.wav"));
+}
+
+TEST_F(ListenCommand, ARecordingThatCannotBeReadIsToldAtTheEnd)
+{
+    Arm("pattern.bin", ToneProject::English);
+    project.Write("empty.wav", std::string());
+    const Report report = Listen({"--pattern", project.File("pattern.bin"), "--save-results", project.File("blocks"),
+                                  Phrases("one.wav", 1), project.File("empty.wav"), Phrases("two.wav", 2)});
+    EXPECT_EQ(report.exitCode, ExitCode::BadInput);
+    EXPECT_EQ(report.verdict, "3 detections in 4.8 s; 1 of 3 recordings could not be read.");
+    EXPECT_EQ(report.results.at(1).status, "unreadable");
+    EXPECT_THAT(project.Read("blocks\\two-003.result"), SizeIs(60));
+}
+
+TEST_F(ListenCommand, AUserModelInThePatternsPlaceIsToldApart)
+{
+    Arm("pattern.bin", ToneProject::English);
+    const std::string model = Enroll();
+    const Report report = Listen({"--pattern", model, Phrases("one.wav", 1)});
+    EXPECT_EQ(report.exitCode, ExitCode::BadInput);
+    ASSERT_TRUE(report.error.has_value());
+    EXPECT_THAT(report.error->message, EndsWith("is a user model."));
+    EXPECT_THAT(report.error->fix, HasSubstr("velox-kws arm LANG --model " + model));
+}
+
+TEST_F(ListenCommand, ThePageHasCloseUpsOfWhatWasHeard)
+{
+    Arm("pattern.bin", ToneProject::English);
+    const Report report = Listen({"--pattern", project.File("pattern.bin"), Phrases("two.wav", 2)}, project.File("page.html"));
+    EXPECT_EQ(report.exitCode, ExitCode::Success);
+    EXPECT_GT(report.results.at(0).picture.wave.size(), 100U);
+    EXPECT_GT(report.results.at(0).parts.at(1).picture.wave.size(), 100U);
+    EXPECT_THAT(project.Read("page.html"), testing::Not(testing::IsEmpty()));
+    EXPECT_THAT(Listen({"--pattern", project.File("pattern.bin"), Phrases("two.wav", 2)}).results.at(0).picture.wave,
+                testing::IsEmpty())
+        << "nobody asked";
 }
 
 TEST_F(ListenCommand, FaultsHaveTheirOutcomes)
@@ -214,10 +293,10 @@ TEST_F(ListenCommand, FaultsHaveTheirOutcomes)
                             {"stale", ExitCode::Success, "2 detections in 3.2 s."}})
     {
         SCOPED_TRACE(one.fault);
-        const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), "--fail", one.fault, two});
-        EXPECT_EQ(outcome.exitCode, one.exitCode) << outcome.text;
-        EXPECT_EQ(outcome.verdict, one.verdict);
-        EXPECT_THAT(outcome.text, HasSubstr(std::string("Note:          Fault \"") + one.fault + "\""));
+        const Report report = Listen({"--pattern", project.File("pattern.bin"), "--fail", one.fault, two});
+        EXPECT_EQ(report.exitCode, one.exitCode) << Text(report);
+        EXPECT_EQ(report.verdict, one.verdict);
+        EXPECT_THAT(Text(report), HasSubstr(std::string("note: fault \"") + one.fault + "\""));
     }
 }
 
@@ -225,9 +304,9 @@ TEST_F(ListenCommand, AStalePatternShowsByItsThreshold)
 {
     Arm("pattern.bin", ToneProject::English);
     project.Write("pre_1033.txt", std::string("255"));
-    const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), "--fail", "stale", Phrases("one.wav", 1)});
-    EXPECT_EQ(outcome.verdict, "1 detection in 1.6 s.") << "the newer pattern would never fire";
-    EXPECT_THAT(outcome.text, HasSubstr("with a threshold of 255.0 instead of 70.0"));
+    const Report report = Listen({"--pattern", project.File("pattern.bin"), "--fail", "stale", Phrases("one.wav", 1)});
+    EXPECT_EQ(report.verdict, "1 detection in 1.6 s.") << "the newer pattern would never fire";
+    EXPECT_THAT(Text(report), HasSubstr("with a threshold of 255.0 instead of 70.0"));
 }
 
 TEST_F(ListenCommand, APatternThatIsDamagedIsRefusedWithItsOffset)
@@ -236,20 +315,20 @@ TEST_F(ListenCommand, APatternThatIsDamagedIsRefusedWithItsOffset)
     auto pattern = project.Read("pattern.bin");
     pattern[36] = 1;
     project.Write("bad.bin", pattern);
-    const Outcome outcome = Listen({"--pattern", project.File("bad.bin"), Phrases("one.wav", 1)});
-    EXPECT_EQ(outcome.exitCode, ExitCode::BadInput);
-    ASSERT_TRUE(outcome.error.has_value());
-    EXPECT_EQ(outcome.error->message, "The DSP refuses the pattern at 0x24, Reserved2: The second reserved field is not 0.");
+    const Report report = Listen({"--pattern", project.File("bad.bin"), Phrases("one.wav", 1)});
+    EXPECT_EQ(report.exitCode, ExitCode::BadInput);
+    ASSERT_TRUE(report.error.has_value());
+    EXPECT_EQ(report.error->message, "The DSP refuses the pattern at 0x24, Reserved2: The second reserved field is not 0.");
 }
 
 TEST_F(ListenCommand, APatternOfAnotherDetectorIsRefused)
 {
     Arm("pattern.bin", ToneProject::English);
-    const Outcome outcome = Listen({"--pattern", project.File("pattern.bin"), "--detector-id",
-                                    "{00112233-4455-6677-8899-AABBCCDDEEFF}", Phrases("one.wav", 1)});
-    EXPECT_EQ(outcome.exitCode, ExitCode::BadInput);
-    ASSERT_TRUE(outcome.error.has_value());
-    EXPECT_THAT(outcome.error->fix, HasSubstr("--detector-id"));
+    const Report report = Listen({"--pattern", project.File("pattern.bin"), "--detector-id",
+                                  "{00112233-4455-6677-8899-AABBCCDDEEFF}", Phrases("one.wav", 1)});
+    EXPECT_EQ(report.exitCode, ExitCode::BadInput);
+    ASSERT_TRUE(report.error.has_value());
+    EXPECT_THAT(report.error->fix, HasSubstr("--detector-id"));
 }
 
 TEST_F(ListenCommand, MissingFilesHaveTheirClass)
@@ -267,12 +346,12 @@ TEST_F(ListenCommand, TheProgramPrintsOneDocument)
 {
     Arm("pattern.bin", ToneProject::English);
     const Arguments more{"--pattern", project.File("pattern.bin"), Phrases("one.wav", 1)};
-    const Outcome outcome = Listen(more);
+    const Report report = Listen(more);
     Arguments line = Line(more);
     line.insert(line.begin(), "--json");
     const ProgramRun run = RunVeloxKws(line);
     EXPECT_EQ(run.exitCode, 0) << run.errors;
-    EXPECT_EQ(Json::parse(run.output)["results"], outcome.results.Array());
+    EXPECT_EQ(Json::parse(run.output)["results"], Results(report));
 }
 
 TEST_F(ListenCommand, TheProgramPrintsItsVerdictLast)

@@ -1,19 +1,22 @@
 #include "console/listening/Listening.h"
 
-#include "console/text/CommandFailure.h"
+#include "console/text/Interruption.h"
+#include "console/text/Utf8Path.h"
+#include "tests/console/support/SoundFile.h"
 #include "tests/engine/support/TinyLanguage.h"
 #include "tests/firmware/support/HandMadePattern.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace
 {
 
 using namespace velox;
 using namespace velox::console;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -45,180 +48,369 @@ std::vector<float> Phrases(int count)
     return audio;
 }
 
-ParsedBlock Accept(std::span<const uint8_t> block)
+class Listening : public testing::Test
 {
-    return {0, block[48], 1033, false, 0, 0, {}};
-}
+protected:
+    ~Listening() override
+    {
+        ForgetInterruption();
+    }
 
-Heard Hear(const ListeningSetup& setup, std::span<const float> samples)
-{
-    return HearRecording(setup, samples, Accept, [](double) {});
-}
+    std::string Write(const std::string& name, const std::string& bytes) const
+    {
+        std::string path = folder.Path() + "/" + name;
+        WriteWholeFile(path, bytes);
+        return path;
+    }
 
-/// What the phrase scores in the first place.
-double PhraseScore()
-{
-    return Hear(SetupWith(60.0), Phrases(1)).detections.at(0).peak.score / 256.0;
-}
+    std::string Record(const std::string& name, std::span<const float> samples) const
+    {
+        return Write(name, SoundFile::FloatWav(samples));
+    }
 
-TEST(Listening, ArmsAgainAfterEachDetection)
+    static Heard Hear(ListeningSetup setup, const std::vector<std::string>& recordings)
+    {
+        setup.recordings = recordings;
+        Progress progress(nullptr);
+        const BlockParser accept = [](std::span<const uint8_t> block) {
+            return ParsedBlock{0, block[48], 1033, false, 0, 0, {}};
+        };
+        return HearRecordings(setup, accept, &progress);
+    }
+
+    HeardFile Hear(const ListeningSetup& setup, std::span<const float> samples) const
+    {
+        return Hear(setup, {Record("a.wav", samples)}).files.at(0);
+    }
+
+    /// What the phrase scores in the first place.
+    double PhraseScore() const
+    {
+        return Hear(SetupWith(60.0), Phrases(1)).phrases.at(0).peak.score / 256.0;
+    }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(Listening, ArmsAgainAfterEachDetection)
 {
-    const Heard heard = Hear(SetupWith(60.0), Phrases(3));
-    ASSERT_THAT(heard.detections, SizeIs(3));
+    const Heard heard = Hear(SetupWith(60.0), {Record("three.wav", Phrases(3))});
+    ASSERT_THAT(heard.files.at(0).phrases, SizeIs(3));
     for (std::size_t i = 0; i < 3; ++i)
     {
-        const double start = static_cast<double>(heard.detections[i].peak.detection.startSample) / 16000.0;
-        EXPECT_NEAR(start, 0.5 + 1.6 * static_cast<double>(i), 0.05);
-        EXPECT_THAT(heard.detections[i].block, SizeIs(60));
-        EXPECT_TRUE(heard.detections[i].Told());
+        const HeardPhrase& phrase = heard.files[0].phrases[i];
+        EXPECT_NEAR(static_cast<double>(phrase.peak.detection.startSample) / 16000.0, 0.5 + 1.6 * static_cast<double>(i), 0.05);
+        EXPECT_THAT(phrase.block, SizeIs(60));
+        EXPECT_TRUE(phrase.Told());
     }
-    EXPECT_DOUBLE_EQ(heard.seconds, 4.8);
+    EXPECT_DOUBLE_EQ(heard.files[0].seconds, 4.8);
     EXPECT_EQ(heard.threshold, 60U * 256U);
     EXPECT_FALSE(heard.userModel);
-    EXPECT_THAT(heard.nearMisses, IsEmpty());
-    EXPECT_FALSE(heard.deafFrom.has_value());
+    EXPECT_FALSE(heard.files[0].deafFrom.has_value());
 }
 
-TEST(Listening, BlocksOfAnyLengthGiveTheSame)
+TEST_F(Listening, BlocksOfAnyLengthGiveTheSame)
 {
-    const std::vector<float> audio = Phrases(2);
-    const Heard reference = Hear(SetupWith(60.0), audio);
+    const std::vector<float> audio = Phrases(4); // longer than what is read at once
+    const HeardFile reference = Hear(SetupWith(60.0), audio);
+    ASSERT_THAT(reference.phrases, SizeIs(4));
     for (const std::size_t size : {16U, 1600U, 160000U})
     {
         SCOPED_TRACE(size);
         ListeningSetup setup = SetupWith(60.0);
         setup.blockSamples = size;
-        const Heard heard = Hear(setup, audio);
-        ASSERT_EQ(heard.detections.size(), reference.detections.size());
-        for (std::size_t i = 0; i < heard.detections.size(); ++i)
+        const HeardFile heard = Hear(setup, audio);
+        ASSERT_EQ(heard.phrases.size(), reference.phrases.size());
+        for (std::size_t i = 0; i < heard.phrases.size(); ++i)
         {
-            EXPECT_EQ(heard.detections[i].block, reference.detections[i].block);
+            EXPECT_EQ(heard.phrases[i].block, reference.phrases[i].block);
         }
     }
 }
 
-TEST(Listening, HearsAKeywordThatEndsTheRecording)
+TEST_F(Listening, HearsAKeywordThatEndsTheRecording)
 {
     const Tones phrase{0, 1, 2, 3};
-    EXPECT_THAT(Hear(SetupWith(60.0), TinyLanguage::Say(phrase, HalfSecond, 0)).detections, SizeIs(1));
+    EXPECT_THAT(Hear(SetupWith(60.0), TinyLanguage::Say(phrase, HalfSecond, 0)).phrases, SizeIs(1));
 }
 
-TEST(Listening, PeaksCloseUnderTheThresholdAreNearMisses)
+TEST_F(Listening, PeaksCloseUnderTheThresholdAreNearMisses)
 {
     const double score = PhraseScore();
-    const Heard close = Hear(SetupWith(score + 19.0), Phrases(1));
-    EXPECT_THAT(close.detections, IsEmpty());
-    ASSERT_THAT(close.nearMisses, SizeIs(1));
-    EXPECT_EQ(close.nearMisses[0].score, *close.highestSilent);
+    const HeardFile close = Hear(SetupWith(score + 19.0), Phrases(1));
+    ASSERT_THAT(close.phrases, SizeIs(1));
+    EXPECT_TRUE(close.phrases[0].isNear);
+    EXPECT_FALSE(close.phrases[0].Told());
+    EXPECT_EQ(close.phrases[0].peak.score, *close.highestSilent);
     EXPECT_NEAR(*close.highestSilent / 256.0, score, 0.01);
 
-    const Heard far = Hear(SetupWith(score + 21.0), Phrases(1));
-    EXPECT_THAT(far.nearMisses, IsEmpty());
+    const HeardFile far = Hear(SetupWith(score + 21.0), Phrases(1));
+    EXPECT_THAT(far.phrases, IsEmpty());
     EXPECT_EQ(far.highestSilent, close.highestSilent) << "it is known all the same";
 }
 
-TEST(Listening, WordsThatFitAreNearMissesWhateverTheSecondStageSays)
+TEST_F(Listening, WordsThatFitAreNearMissesWhateverTheSecondStageSays)
 {
     engine::PhraseModel model = TinyLanguage::Phrase();
     model.nearCheck.cut = 1e6F;
-    const Heard heard = Hear(SetupWith(model, 100.0), Phrases(1));
-    EXPECT_THAT(heard.detections, IsEmpty());
-    ASSERT_THAT(heard.nearMisses, SizeIs(1));
-    EXPECT_LT(heard.nearMisses[0].detection.score, 100.0F - NearMissMargin);
+    const HeardFile heard = Hear(SetupWith(model, 100.0), Phrases(1));
+    ASSERT_THAT(heard.phrases, SizeIs(1));
+    EXPECT_TRUE(heard.phrases[0].isNear);
+    EXPECT_LT(heard.phrases[0].peak.detection.score, 100.0F - NearMissMargin);
 }
 
-TEST(Listening, SilenceHasNoPeaks)
+TEST_F(Listening, SilenceHasNoPeaks)
 {
-    const Heard heard = Hear(SetupWith(60.0), std::vector<float>(16000, 0.0F));
-    EXPECT_THAT(heard.detections, IsEmpty());
+    const HeardFile heard = Hear(SetupWith(60.0), std::vector<float>(16000, 0.0F));
+    EXPECT_THAT(heard.phrases, IsEmpty());
     EXPECT_FALSE(heard.highestSilent.has_value());
 }
 
-TEST(Listening, TheCounterHasOffsetAndDrift)
+TEST_F(Listening, TheCounterHasOffsetAndDrift)
 {
     ListeningSetup setup = SetupWith(60.0);
     setup.counter = {1000, 1600};
-    const Heard heard = Hear(setup, Phrases(1));
-    ASSERT_THAT(heard.detections, SizeIs(1));
-    const auto start = static_cast<uint64_t>(heard.detections[0].peak.detection.startSample);
+    const HeardFile heard = Hear(setup, Phrases(1));
+    ASSERT_THAT(heard.phrases, SizeIs(1));
+    const auto start = static_cast<uint64_t>(heard.phrases[0].peak.detection.startSample);
     uint64_t written = 0;
     for (std::size_t i = 8; i-- > 0;)
     {
-        written = written << 8U | heard.detections[0].block[28 + i];
+        written = written << 8U | heard.phrases[0].block[28 + i];
     }
     EXPECT_EQ(written, 1000 + 626 * start);
 }
 
-TEST(Listening, AResetMakesDeaf)
+TEST_F(Listening, AResetMakesDeaf)
 {
     ListeningSetup setup = SetupWith(60.0);
     setup.fault = firmware::Fault::Reset;
-    const Heard heard = Hear(setup, Phrases(3));
-    EXPECT_THAT(heard.detections, IsEmpty());
+    const HeardFile heard = Hear(setup, Phrases(3));
+    ASSERT_THAT(heard.phrases, SizeIs(1)) << "that which was lost";
+    EXPECT_THAT(heard.phrases[0].block, IsEmpty());
     ASSERT_TRUE(heard.deafFrom.has_value());
     EXPECT_NEAR(*heard.deafFrom, 1.0, 0.1);
     EXPECT_DOUBLE_EQ(heard.seconds, 4.8);
 }
 
-TEST(Listening, FaultyBlocksGoToTheParserAsTheyAre)
+TEST_F(Listening, FaultyBlocksGoToTheParserAsTheyAre)
 {
     ListeningSetup setup = SetupWith(60.0);
     setup.fault = firmware::Fault::TruncatedBlock;
-    EXPECT_THAT(Hear(setup, Phrases(1)).detections.at(0).block, SizeIs(52));
+    EXPECT_THAT(Hear(setup, Phrases(1)).phrases.at(0).block, SizeIs(52));
     setup.fault = firmware::Fault::UnknownKeyword;
-    const Heard heard = Hear(setup, Phrases(1));
+    const HeardFile heard = Hear(setup, Phrases(1));
     setup.fault = firmware::Fault::ForeignGuid;
-    EXPECT_NE(Hear(setup, Phrases(1)).detections.at(0).block[4], heard.detections.at(0).block[4]);
+    EXPECT_NE(Hear(setup, Phrases(1)).phrases.at(0).block[4], heard.phrases.at(0).block[4]);
 }
 
-TEST(Listening, AStalePatternHearsInPlaceOfTheNewer)
+TEST_F(Listening, AStalePatternHearsInPlaceOfTheNewer)
 {
+    const std::string phrase = Record("one.wav", Phrases(1));
     ListeningSetup setup = SetupWith(60.0);
     setup.fault = firmware::Fault::StalePattern;
     setup.newerPattern = SetupWith(TinyLanguage::UserPhrase(), 255.0).pattern;
-    const Heard heard = Hear(setup, Phrases(1));
-    EXPECT_THAT(heard.detections, SizeIs(1));
+    const Heard heard = Hear(setup, {phrase});
+    EXPECT_THAT(heard.files.at(0).phrases, SizeIs(1));
     EXPECT_EQ(heard.threshold, 60U * 256U);
 
     setup.fault = firmware::Fault::None;
-    EXPECT_TRUE(Hear(setup, Phrases(1)).userModel) << "without the fault the newer one counts";
+    EXPECT_TRUE(Hear(setup, {phrase}).userModel) << "without the fault the newer one counts";
 }
 
-TEST(Listening, ARefusedPatternIsExplained)
+TEST_F(Listening, ARefusedPatternIsExplained)
 {
+    const auto failureOf = [this](const ListeningSetup& setup) {
+        try
+        {
+            Hear(setup, Phrases(1));
+        }
+        catch (const CommandFailure& failure)
+        {
+            return failure;
+        }
+        return CommandFailure(ExitCode::Success, "the pattern is accepted");
+    };
     ListeningSetup setup = SetupWith(60.0);
     setup.pattern[32] = 1;
-    try
-    {
-        Hear(setup, Phrases(1));
-        FAIL() << "the pattern is refused";
-    }
-    catch (const CommandFailure& failure)
-    {
-        EXPECT_EQ(failure.exitCode, ExitCode::BadInput);
-        EXPECT_STREQ(failure.what(), "The DSP refuses the pattern at 0x20, Reserved1: The first reserved field is not 0.");
-        EXPECT_THAT(failure.fix, HasSubstr("velox-kws arm"));
-    }
+    EXPECT_EQ(failureOf(setup).exitCode, ExitCode::BadInput);
+    EXPECT_STREQ(failureOf(setup).what(), "The DSP refuses the pattern at 0x20, Reserved1: The first reserved field is not 0.");
+    EXPECT_THAT(failureOf(setup).fix, HasSubstr("velox-kws arm"));
     setup = SetupWith(60.0);
     setup.detector[0] ^= 1U;
-    try
+    EXPECT_THAT(failureOf(setup).fix, HasSubstr("--detector-id"));
+}
+
+TEST_F(Listening, ARecordingThatCannotBeReadKeepsNoOtherFromBeingHeard)
+{
+    ListeningSetup setup = SetupWith(60.0);
+    setup.blockFolder = folder.Path() + "/blocks";
+    const Heard heard = Hear(setup, {Record("one.wav", Phrases(1)), folder.Path() + "/none.wav", Record("two.wav", Phrases(2))});
+    ASSERT_THAT(heard.files, SizeIs(3));
+    EXPECT_THAT(heard.files[0].failures, IsEmpty());
+    ASSERT_THAT(heard.files[1].failures, SizeIs(1));
+    EXPECT_EQ(heard.files[1].failures[0].exitCode, ExitCode::BadInput);
+    ASSERT_THAT(heard.files[2].phrases, SizeIs(2));
+    const HeardPhrase& last = heard.files[2].phrases[1];
+    EXPECT_EQ(PathFromUtf8(last.savedBlock), PathFromUtf8(setup.blockFolder) / "two-003.result") << "counted through the run";
+    EXPECT_EQ(ReadWholeFile(last.savedBlock), std::string(last.block.begin(), last.block.end()));
+}
+
+TEST_F(Listening, OfARecordingThatIsCutTheBeginningIsHeard)
+{
+    const std::string whole = SoundFile::FloatWav(Phrases(6));
+    const Heard heard = Hear(SetupWith(60.0), {Write("cut.wav", whole.substr(0, whole.size() - 40000))});
+    ASSERT_THAT(heard.files.at(0).failures, SizeIs(1));
+    EXPECT_EQ(heard.files[0].failures[0].exitCode, ExitCode::BadInput);
+    EXPECT_THAT(heard.files[0].phrases, testing::Not(IsEmpty()));
+}
+
+TEST_F(Listening, ABlockThatCannotBeWrittenLosesNothingElse)
+{
+    ListeningSetup setup = SetupWith(60.0);
+    setup.blockFolder = Write("blocks", "a file, where the folder should be");
+    const Heard heard = Hear(setup, {Record("one.wav", Phrases(1)), Record("two.wav", Phrases(2))});
+    ASSERT_THAT(heard.files, SizeIs(2));
+    for (const HeardFile& file : heard.files)
     {
-        Hear(setup, Phrases(1));
-        FAIL() << "the pattern is refused";
-    }
-    catch (const CommandFailure& failure)
-    {
-        EXPECT_THAT(failure.fix, HasSubstr("--detector-id"));
+        ASSERT_THAT(file.failures, SizeIs(1));
+        EXPECT_EQ(file.failures[0].exitCode, ExitCode::WriteFailed);
+        ASSERT_THAT(file.phrases, testing::Not(IsEmpty()));
+        EXPECT_EQ(file.phrases[0].savedBlock, "");
     }
 }
 
-TEST(Listening, ProgressGoesToTheEnd)
+TEST_F(Listening, CtrlCKeepsWhatWasHeard)
 {
-    std::vector<double> shares;
-    HearRecording(SetupWith(60.0), Phrases(1), Accept, [&](double share) { shares.push_back(share); });
-    ASSERT_THAT(shares, SizeIs(160));
-    EXPECT_TRUE(std::is_sorted(shares.begin(), shares.end()));
-    EXPECT_DOUBLE_EQ(shares.back(), 1.0);
+    RequestInterruption();
+    const Heard heard = Hear(SetupWith(60.0), {Record("one.wav", Phrases(1)), Record("two.wav", Phrases(2))});
+    ASSERT_THAT(heard.files, SizeIs(1)) << "the second one is not begun";
+    EXPECT_THAT(heard.files[0].phrases, SizeIs(1));
+    ASSERT_THAT(heard.files[0].failures, SizeIs(1));
+    EXPECT_EQ(heard.files[0].failures[0].exitCode, ExitCode::Interrupted);
+}
+
+TEST_F(Listening, PicturesAreMadeWhenTheyAreAskedFor)
+{
+    ListeningSetup setup = SetupWith(60.0);
+    const HeardFile bare = Hear(setup, Phrases(3));
+    EXPECT_THAT(bare.wave, IsEmpty());
+    EXPECT_EQ(bare.phrases.at(1).picture.seconds, 0.0);
+
+    setup.pictures = true;
+    const HeardFile drawn = Hear(setup, Phrases(3));
+    EXPECT_THAT(drawn.wave, testing::Not(IsEmpty()));
+    const Picture& closeUp = drawn.phrases.at(1).picture;
+    const double begin = static_cast<double>(drawn.phrases[1].peak.detection.startSample) / 16000.0;
+    const double end = static_cast<double>(drawn.phrases[1].peak.detection.endSample) / 16000.0;
+    EXPECT_NEAR(closeUp.firstSecond, begin - 1.0, 0.01) << "a second before";
+    EXPECT_NEAR(closeUp.firstSecond + closeUp.seconds, end + 1.0, 0.01) << "and behind";
+    ASSERT_GE(closeUp.wave.size(), 300U);
+    const auto height = [&](double second) {
+        const auto at = (second - closeUp.firstSecond) / closeUp.seconds * static_cast<double>(closeUp.wave.size());
+        return closeUp.wave.at(static_cast<std::size_t>(at)).most;
+    };
+    EXPECT_GT(height(begin + 0.2), 0.1F) << "of the phrase";
+    EXPECT_LT(height(begin - 0.4), 0.05F) << "between the phrases";
+    EXPECT_EQ(drawn.phrases[0].picture.firstSecond, 0.0) << "nothing lies before the recording";
+}
+
+firmware::Peak Peak(double start, double end, double score, double threshold, double phraseScore = 0.0)
+{
+    firmware::Peak peak;
+    peak.detection.startSample = std::lround(start * 16000.0);
+    peak.detection.endSample = std::lround(end * 16000.0);
+    peak.detection.score = static_cast<float>(score);
+    peak.detection.phraseScore = static_cast<float>(phraseScore);
+    peak.score = static_cast<uint16_t>(score * 256.0);
+    peak.passed = score >= threshold;
+    return peak;
+}
+
+/// Peaks against a threshold of 120.
+HeardFile Kept(const std::vector<firmware::Peak>& peaks)
+{
+    HeardFile file;
+    for (const firmware::Peak& peak : peaks)
+    {
+        AddPeak(peak, 120 * 256, &file.phrases);
+    }
+    KeepBest(&file);
+    return file;
+}
+
+TEST_F(Listening, PeaksOfADetectionAreNoneThatDidNotFire)
+{
+    const HeardFile file = Kept({Peak(1.0, 1.4, 115.75, 120), Peak(1.1, 1.9, 130, 120), Peak(1.5, 2.2, 118, 120),
+                                 Peak(3.0, 3.8, 96.5, 120), Peak(5.0, 5.8, 104.5, 120)});
+    ASSERT_THAT(file.phrases, SizeIs(2));
+    EXPECT_EQ(file.phrases[0].peak.score, 130 * 256);
+    EXPECT_TRUE(file.phrases[1].isNear);
+    EXPECT_EQ(file.highestSilent, static_cast<uint16_t>(104.5 * 256)) << "neither the 115.75 before nor the 118 behind";
+}
+
+TEST_F(Listening, TheBestPeakOfAPhraseStaysInWhateverOrder)
+{
+    for (const auto& [first, second] : {std::pair(105.0, 110.0), std::pair(110.0, 105.0)})
+    {
+        const HeardFile file = Kept({Peak(1.0, 1.4, first, 120), Peak(1.1, 1.6, second, 120)});
+        ASSERT_THAT(file.phrases, SizeIs(1));
+        EXPECT_EQ(file.phrases[0].peak.score, 110 * 256);
+    }
+}
+
+TEST_F(Listening, WordsThatFitStayBesideAHigherScoreThatIsToldAllTheSame)
+{
+    const HeardFile file = Kept({Peak(1.0, 1.4, 30, 120, 125), Peak(1.1, 1.6, 70, 120, 80)});
+    ASSERT_THAT(file.phrases, SizeIs(1));
+    EXPECT_EQ(file.phrases[0].peak.score, 30 * 256);
+    EXPECT_EQ(file.highestSilent, 70 * 256) << "a threshold below it fires there";
+}
+
+TEST_F(Listening, AllDetectionsAndTheBestNearMissesAreKept)
+{
+    HeardFile file;
+    for (int i = 0; i < 3000; ++i)
+    {
+        const bool fires = i % 2 == 0 && i < 1000;
+        const double score = fires ? 120.0 : 101.0 + static_cast<double>(i % 2371) / 256.0;
+        AddPeak(Peak(i, i + 0.5, score, 120), 120 * 256, &file.phrases);
+    }
+    ASSERT_THAT(file.phrases, SizeIs(3000));
+    const auto lowest = std::ranges::min_element(file.phrases, {}, [](const auto& phrase) { return phrase.peak.score; });
+    const int64_t lowestAt = lowest->peak.detection.startSample;
+    KeepBest(&file);
+    EXPECT_THAT(file.phrases, SizeIs(500 + MostNearMisses));
+    EXPECT_EQ(file.lowerNearMisses, 500U);
+    EXPECT_TRUE(std::ranges::is_sorted(file.phrases, {}, [](const auto& phrase) { return phrase.peak.detection.startSample; }));
+    EXPECT_TRUE(
+        std::ranges::none_of(file.phrases, [&](const auto& phrase) { return phrase.peak.detection.startSample == lowestAt; }));
+}
+
+TEST_F(Listening, CloseUpsAreOfDetectionsFirst)
+{
+    std::vector<HeardFile> files(2);
+    for (int i = 0; i < 300; ++i)
+    {
+        AddPeak(Peak(i, i + 0.5, i < 250 ? 101.0 + static_cast<double>(i) / 256.0 : 121.0, 120), 120 * 256,
+                &files[static_cast<std::size_t>(i % 2)].phrases);
+    }
+    for (HeardFile& file : files)
+    {
+        file.shape.resize(300 * 125);
+    }
+    DrawCloseUps(files);
+    std::size_t drawn = 0;
+    for (const HeardFile& file : files)
+    {
+        for (const HeardPhrase& phrase : file.phrases)
+        {
+            const bool isDrawn = phrase.picture.seconds > 0.0;
+            drawn += isDrawn ? 1U : 0U;
+            EXPECT_EQ(isDrawn, phrase.peak.detection.startSample >= 100 * 16000) << "the 100 lowest near misses have none";
+        }
+    }
+    EXPECT_EQ(drawn, MostCloseUps);
 }
 
 } // namespace

@@ -11,7 +11,7 @@ struct DoctorDefect
 {
     std::string name;
     std::function<void(const DoctorProject&)> damage;
-    velox::console::Severity severity;
+    velox::console::Tone tone;
     int line;                                     ///< of the finding's file; 0 when it has none
     std::string message;                          ///< a part of it
     std::vector<velox::console::Operation> fails; ///< for 1033

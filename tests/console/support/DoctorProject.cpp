@@ -98,9 +98,7 @@ void DoctorProject::RemoveModel(const std::string& name) const
 
 ConfigurationCheck DoctorProject::Check() const
 {
-    return CheckConfiguration(PathFromUtf8(Path()), [](uint16_t language) {
-        return language == 1033 ? "English (United States)" : language == 1040 ? "Italian (Italy)" : "";
-    });
+    return CheckConfiguration(PathFromUtf8(Path()));
 }
 
 Findings Unpleasant(const Findings& findings)
@@ -108,7 +106,7 @@ Findings Unpleasant(const Findings& findings)
     Findings unpleasant;
     for (const Finding& finding : findings)
     {
-        if (finding.severity != Severity::Good)
+        if (finding.tone != Tone::Good)
         {
             unpleasant.push_back(finding);
         }

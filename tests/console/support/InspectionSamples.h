@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/inspect/InspectionRecord.h"
+#include "console/inspect/Inspection.h"
 
 #include <cstdint>
 #include <string>

@@ -77,6 +77,21 @@ TEST_F(WriteWhole, WithoutAFolderNothingIsMade)
     EXPECT_EQ(Entries(), 0);
 }
 
+TEST_F(WriteWhole, TheSystemsReasonIsSaid)
+{
+    try
+    {
+        console::WriteWhole(File(u8"missing/model.bin"), std::string_view("x"));
+        ADD_FAILURE() << "it was written";
+    }
+    catch (const console::CommandFailure& failure)
+    {
+        const std::string message = failure.what();
+        EXPECT_GT(message.size(), message.rfind(": ") + 5) << message;
+        EXPECT_EQ(message.back(), '.');
+    }
+}
+
 TEST_F(WriteWhole, WhenItCannotTakeItsPlaceNothingIsLeft)
 {
     const auto file = File(u8"model.bin");
