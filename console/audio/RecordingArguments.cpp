@@ -6,8 +6,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <filesystem>
+#include <regex>
+#include <utility>
 
 namespace velox::console
 {
@@ -24,71 +25,31 @@ bool IsSound(const std::string& name)
     return std::ranges::any_of(SoundEndings, [&](std::string_view known) { return SameLetters(ending, known); });
 }
 
-/// Whether a name fits a pattern of * and ?; capitals do not matter, as on Windows.
-bool Fits(std::string_view name, std::string_view pattern)
+/// A pattern of * and ? as an expression; capitals do not matter, as on Windows.
+std::regex ExpressionOf(const std::string& pattern)
 {
-    std::size_t at = 0;
-    std::size_t star = std::string_view::npos; ///< the last one, which takes more when what follows it does not fit
-    std::size_t taken = 0;
-    for (std::size_t i = 0; i < name.size();)
-    {
-        if (at < pattern.size() && pattern[at] == '*')
-        {
-            star = at++;
-            taken = i;
-        }
-        else if (at < pattern.size() && (pattern[at] == '?' || SameLetters(name.substr(i, 1), pattern.substr(at, 1))))
-        {
-            ++at;
-            ++i;
-        }
-        else if (star != std::string_view::npos)
-        {
-            at = star + 1;
-            i = ++taken;
-        }
-        else
-        {
-            return false;
-        }
-    }
-    return pattern.find_first_not_of('*', at) == std::string_view::npos;
+    const std::string literal = std::regex_replace(pattern, std::regex(R"([.^$|()\[\]{}+\\])"), R"(\$&)");
+    const std::string any = std::regex_replace(literal, std::regex(R"(\*)"), ".*");
+    return std::regex(std::regex_replace(any, std::regex(R"(\?)"), "."), std::regex::icase);
 }
 
-/// "take 2" before "take 10".
-bool NaturallyLess(std::string_view left, std::string_view right)
+/// Numbers as long as they may become, so that "take 2" stands before "take 10".
+std::string SortKey(const std::string& name)
 {
-    const auto isDigit = [](char letter) {
-        return letter >= '0' && letter <= '9';
-    };
-    while (!left.empty() && !right.empty())
+    constexpr std::size_t MostDigits = 12;
+    std::string key;
+    std::string digits;
+    for (const char letter : name + '\0')
     {
-        if (isDigit(left.front()) && isDigit(right.front()))
+        if (letter >= '0' && letter <= '9')
         {
-            left.remove_prefix(std::min(left.find_first_not_of('0'), left.size()));
-            right.remove_prefix(std::min(right.find_first_not_of('0'), right.size()));
-            const auto leftDigits = static_cast<std::size_t>(std::ranges::find_if_not(left, isDigit) - left.begin());
-            const auto rightDigits = static_cast<std::size_t>(std::ranges::find_if_not(right, isDigit) - right.begin());
-            const int order = leftDigits != rightDigits ? (leftDigits < rightDigits ? -1 : 1)
-                                                        : left.substr(0, leftDigits).compare(right.substr(0, rightDigits));
-            if (order != 0)
-            {
-                return order < 0;
-            }
-            left.remove_prefix(leftDigits);
-            right.remove_prefix(rightDigits);
+            digits += letter;
+            continue;
         }
-        else if (left.front() != right.front())
-        {
-            return static_cast<unsigned char>(left.front()) < static_cast<unsigned char>(right.front());
-        }
-        else
-        {
-            left.remove_prefix(1);
-            right.remove_prefix(1);
-        }
+        key.append(MostDigits - std::min(MostDigits, digits.empty() ? MostDigits : digits.size()), '0');
+        key += std::exchange(digits, {}) + letter;
     }
-    return left.size() < right.size();
+    return key;
 }
 
 template <typename Wanted>
@@ -104,7 +65,7 @@ std::vector<std::string> FilesIn(const std::filesystem::path& folder, bool withF
             files.push_back(withFolder ? Utf8(folder / entry.path().filename()) : name);
         }
     }
-    std::ranges::sort(files, NaturallyLess);
+    std::ranges::sort(files, {}, SortKey);
     return files;
 }
 
@@ -127,8 +88,9 @@ std::vector<std::string> Expand(const std::string& argument)
     {
         return {argument};
     }
-    std::vector<std::string> files =
-        FilesIn(path.parent_path(), path.has_parent_path(), [&](const std::string& name) { return Fits(name, pattern); });
+    const std::regex expression = ExpressionOf(pattern);
+    std::vector<std::string> files = FilesIn(path.parent_path(), path.has_parent_path(),
+                                             [&](const std::string& name) { return std::regex_match(name, expression); });
     if (files.empty())
     {
         throw CommandFailure(ExitCode::BadInput, "No file fits " + argument + ".", "Check the folder and the pattern.");

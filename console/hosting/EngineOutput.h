@@ -18,7 +18,6 @@ public:
 
     /// From now on the stream goes to a file of its own. When none can be made it stays as it is.
     void Begin();
-
     /// The stream is as it was.
     void End();
 

@@ -1,17 +1,12 @@
 #include "console/hosting/EngineOutput.h"
 
-#include "console/text/Utf8Path.h"
-
-#include <windows.h>
-
 #include <fcntl.h>
 #include <io.h>
 #include <share.h>
 #include <sys/stat.h>
 
-#include <algorithm>
-#include <array>
 #include <cstdio>
+#include <sstream>
 
 namespace velox::console
 {
@@ -24,14 +19,13 @@ constexpr int ErrorStream = 2; // file descriptor
 /// A file that vanishes when it is closed. @return -1 when there is none
 int OpenTemporary()
 {
-    std::array<wchar_t, MAX_PATH + 1> folder{};
-    std::array<wchar_t, MAX_PATH + 1> name{};
-    if (GetTempPathW(MAX_PATH, folder.data()) == 0 || GetTempFileNameW(folder.data(), L"vkw", 0, name.data()) == 0)
-    {
-        return -1;
-    }
+    wchar_t* name = _wtempnam(nullptr, L"velox-kws-");
     int file = -1;
-    _wsopen_s(&file, name.data(), _O_RDWR | _O_BINARY | _O_TEMPORARY | _O_NOINHERIT, _SH_DENYNO, _S_IREAD | _S_IWRITE);
+    if (name != nullptr)
+    {
+        _wsopen_s(&file, name, _O_CREAT | _O_RDWR | _O_BINARY | _O_TEMPORARY | _O_NOINHERIT, _SH_DENYNO, _S_IREAD | _S_IWRITE);
+        free(name);
+    }
     return file;
 }
 
@@ -49,14 +43,9 @@ EngineOutput::~EngineOutput()
 void EngineOutput::Begin()
 {
     file = file >= 0 ? file : OpenTemporary();
-    if (file < 0 || stream >= 0)
+    if (file >= 0 && stream < 0)
     {
-        return;
-    }
-    std::fflush(stderr);
-    stream = _dup(ErrorStream);
-    if (stream >= 0)
-    {
+        stream = _dup(ErrorStream);
         _dup2(file, ErrorStream);
     }
 }
@@ -65,7 +54,6 @@ void EngineOutput::End()
 {
     if (stream >= 0)
     {
-        std::fflush(stderr);
         _dup2(stream, ErrorStream);
         _close(stream);
         stream = -1;
@@ -75,22 +63,20 @@ void EngineOutput::End()
 std::vector<std::string> EngineOutput::TakeLines()
 {
     std::vector<std::string> lines;
-    std::fflush(stderr);
     const long size = file < 0 ? 0 : _lseek(file, 0, SEEK_END);
-    if (size <= taken)
+    if (size > taken)
     {
-        return lines;
-    }
-    std::string text(static_cast<std::size_t>(size - taken), '\0');
-    _lseek(file, taken, SEEK_SET);
-    const int got = _read(file, text.data(), static_cast<unsigned>(text.size()));
-    _lseek(file, 0, SEEK_END);
-    text.resize(static_cast<std::size_t>(std::max(got, 0)));
-    for (std::size_t begin = 0, end = 0; (end = text.find('\n', begin)) != std::string::npos; begin = end + 1)
-    {
-        const bool carriageReturn = end > begin && text[end - 1] == '\r';
-        lines.push_back(text.substr(begin, end - begin - (carriageReturn ? 1 : 0)));
-        taken += static_cast<long>(end + 1 - begin);
+        std::string text(static_cast<std::size_t>(size - taken), '\0');
+        _lseek(file, taken, SEEK_SET);
+        _read(file, text.data(), static_cast<unsigned>(text.size()));
+        text.resize(text.rfind('\n') + 1); // a line that is not whole is taken later
+        taken += static_cast<long>(text.size());
+        _lseek(file, 0, SEEK_END);
+        std::istringstream whole(text);
+        for (std::string line; std::getline(whole, line);)
+        {
+            lines.push_back(line.ends_with('\r') ? line.substr(0, line.size() - 1) : line);
+        }
     }
     return lines;
 }

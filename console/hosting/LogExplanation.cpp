@@ -1,6 +1,7 @@
 #include "console/hosting/LogExplanation.h"
 
 #include "console/text/StatusText.h"
+#include "engine/base/EngineErrors.h"
 
 #include <fmt/format.h>
 
@@ -26,6 +27,7 @@ struct Explanation
     ExitCode exitCode;
     std::string_view meaning;
     std::string_view fix;
+    std::optional<engine::Status> status = std::nullopt; ///< that the line must have
 };
 
 constexpr ExitCode Configuration = ExitCode::BadConfiguration;
@@ -85,6 +87,11 @@ constexpr std::array Explanations{
     Explanation{"Failed to get size of audio frame", Library, "the engine does not tell its frame size", CheckTheEngine},
     Explanation{"VWoVFinalizeEnrollmentUtterance failed", ExitCode::Refused, "the engine refuses a take",
                 "Record that take again."},
+    Explanation{"[TrainModel] Failed to finalize enrollment", ExitCode::Refused,
+                "a take is not like the others, or far louder or quieter",
+                "Record that take again: one person, at one distance, with the same phrase.", engine::Status::TakesDisagree},
+    Explanation{"[TrainModel] Failed to finalize enrollment", ExitCode::Refused, "the engine can use none of the takes",
+                "Record them again: the whole phrase, loud and clear.", engine::Status::NoUtterances},
     Explanation{"[TrainModel] Failed to finalize enrollment", ExitCode::Refused, "the engine made no model of the takes",
                 "Record more takes, or better ones."},
     Explanation{"Failed to start utterance enrollment", Library, "the engine takes no more takes", "Give fewer takes."},
@@ -118,10 +125,11 @@ std::string Codes(const LoggedLine& line)
     return line.engineStatus ? " (engine status " + EngineStatusText(*line.engineStatus) + ")" : "";
 }
 
-const LoggedLine* LineWith(std::span<const LoggedLine> lines, std::string_view piece)
+const LoggedLine* LineFor(const Explanation& explanation, std::span<const LoggedLine> lines)
 {
-    const auto found = std::find_if(lines.begin(), lines.end(), [&](const LoggedLine& line) {
-        return IsFault(line) && line.message.find(piece) != std::string::npos;
+    const auto found = std::ranges::find_if(lines, [&](const LoggedLine& line) {
+        return IsFault(line) && line.message.find(explanation.piece) != std::string::npos &&
+               (!explanation.status || line.engineStatus == static_cast<uint32_t>(*explanation.status));
     });
     return found == lines.end() ? nullptr : &*found;
 }
@@ -132,7 +140,7 @@ CommandFailure ExplainFailure(const std::string& operation, int32_t result, std:
 {
     for (const Explanation& explanation : Explanations)
     {
-        if (const LoggedLine* line = LineWith(lines, explanation.piece))
+        if (const LoggedLine* line = LineFor(explanation, lines))
         {
             const std::string meaning = fmt::format(fmt::runtime(explanation.meaning), Rest(line->message, explanation.piece));
             return {explanation.exitCode, fmt::format("{} failed: {}{}.", operation, meaning, Codes(*line)),

@@ -20,8 +20,6 @@ namespace velox::console
 namespace
 {
 
-/// What a support bundle begins with.
-constexpr std::string_view BundleBegins = "velox-kws support bundle";
 constexpr std::size_t LongestHead = 64;
 
 std::vector<uint8_t> HeadOf(const std::filesystem::path& file)
@@ -46,36 +44,43 @@ bool IsLogLine(std::string_view text)
     return std::ranges::any_of(Levels, [&](std::string_view level) { return text.starts_with(level); });
 }
 
-/// @param size  of the whole file
-bool Fits(OutputKind kind, std::span<const uint8_t> head, uintmax_t size)
+/// What a kind is called, and whether a file that begins so is one.
+struct KindOfOutput
 {
-    const std::string_view text = AsText(head);
-    switch (kind)
-    {
-    case OutputKind::Page:
-        return text.starts_with("<!DOCTYPE html>");
-    case OutputKind::UserModel:
-        return text.starts_with("VWOV");
-    case OutputKind::Pattern:
-        return IsPattern(head);
-    case OutputKind::ResultBlock:
-        return head.size() >= sizeof(uint32_t) && firmware::ReadUnsigned<uint32_t>(head, firmware::BlockHead::SizeOffset) == size;
-    case OutputKind::Log:
-        return IsLogLine(text);
-    case OutputKind::Configuration:
-        return Trim(text).starts_with('<') || text.starts_with("\xEF\xBB\xBF<");
-    case OutputKind::Bundle:
-        return text.starts_with(BundleBegins);
-    }
-    return false;
-}
-
-std::string_view NameOf(OutputKind kind)
-{
-    constexpr std::array<std::string_view, 7> Names{"report page",         "user's model",       "arming block",  "result block",
-                                                    "log of this program", "configuration file", "support bundle"};
-    return Names[static_cast<std::size_t>(kind)];
-}
+    OutputKind kind;
+    std::string_view name;
+    bool (*fits)(std::span<const uint8_t> head, uintmax_t size);
+};
+using Head = std::span<const uint8_t>;
+constexpr std::array KindsOfOutput{
+    KindOfOutput{OutputKind::Page, "report page",
+                 [](Head head, uintmax_t) {
+                     return AsText(head).starts_with("<!DOCTYPE html>");
+                 }},
+    KindOfOutput{OutputKind::UserModel, "user's model",
+                 [](Head head, uintmax_t) {
+                     return AsText(head).starts_with("VWOV");
+                 }},
+    KindOfOutput{OutputKind::Pattern, "arming block",
+                 [](Head head, uintmax_t) {
+                     return IsPattern(head);
+                 }},
+    KindOfOutput{OutputKind::ResultBlock, "result block",
+                 [](Head head, uintmax_t size) {
+                     return head.size() >= sizeof(uint32_t) &&
+                            firmware::ReadUnsigned<uint32_t>(head, firmware::BlockHead::SizeOffset) == size;
+                 }},
+    KindOfOutput{OutputKind::Log, "log of this program",
+                 [](Head head, uintmax_t) {
+                     return IsLogLine(AsText(head));
+                 }},
+    KindOfOutput{OutputKind::Configuration, "configuration file",
+                 [](Head head, uintmax_t) {
+                     return Trim(AsText(head)).starts_with('<') || AsText(head).starts_with("\xEF\xBB\xBF<");
+                 }},
+    KindOfOutput{OutputKind::Bundle, "support bundle", [](Head head, uintmax_t) {
+                     return AsText(head).starts_with("velox-kws support bundle");
+                 }}};
 
 /// The inputs, and what those of them name that are configuration files.
 std::vector<std::filesystem::path> WithNamedFiles(std::span<const std::filesystem::path> inputs)
@@ -113,21 +118,22 @@ bool AreTheSame(const std::filesystem::path& one, const std::filesystem::path& o
 void CheckOutput(const Output& output, std::span<const std::filesystem::path> inputs, std::span<const Output> others)
 {
     const std::string name = Utf8(output.file);
+    const KindOfOutput& kind = *std::ranges::find(KindsOfOutput, output.kind, &KindOfOutput::kind);
     const bool isInput = std::ranges::any_of(inputs, [&](const auto& input) { return AreTheSame(output.file, input); });
     const bool isOther = std::ranges::any_of(others, [&](const Output& other) { return AreTheSame(output.file, other.file); });
     if (isInput || isOther)
     {
-        throw CommandFailure(
-            ExitCode::Usage,
-            isInput ? fmt::format("{} is read by this command, and would be replaced by the {}.", name, NameOf(output.kind))
-                    : fmt::format("{} would be written twice.", name),
-            "Name another file. Nothing was changed.");
+        throw CommandFailure(ExitCode::Usage,
+                             isInput
+                                 ? fmt::format("{} is read by this command, and would be replaced by the {}.", name, kind.name)
+                                 : fmt::format("{} would be written twice.", name),
+                             "Name another file. Nothing was changed.");
     }
     std::error_code error;
     const uintmax_t size = std::filesystem::file_size(output.file, error);
-    if (!error && size > 0 && !Fits(output.kind, HeadOf(output.file), size))
+    if (!error && size > 0 && !kind.fits(HeadOf(output.file), size))
     {
-        throw CommandFailure(ExitCode::Usage, fmt::format("{} is there already and is no {}.", name, NameOf(output.kind)),
+        throw CommandFailure(ExitCode::Usage, fmt::format("{} is there already and is no {}.", name, kind.name),
                              "Name another file, or remove this one. Nothing was changed.");
     }
 }

@@ -12,7 +12,7 @@ namespace
 
 constexpr float NoValue = std::numeric_limits<float>::quiet_NaN();
 
-SampleRange Joined(SampleRange one, SampleRange other)
+SampleRange BothOf(SampleRange one, SampleRange other)
 {
     return {std::fmin(one.least, other.least), std::fmax(one.most, other.most)};
 }
@@ -28,7 +28,7 @@ std::vector<SampleRange> WaveOf(std::span<const float> samples)
         const std::size_t begin = i * samples.size() / count;
         for (const float sample : samples.subspan(begin, (i + 1) * samples.size() / count - begin))
         {
-            ranges[i] = Joined(ranges[i], {sample, sample});
+            ranges[i] = BothOf(ranges[i], {sample, sample});
         }
     }
     return ranges;
@@ -44,7 +44,7 @@ void WaveBuilder::Add(std::span<const float> samples)
             {
                 for (std::size_t i = 0; i < MostWaveStretches / 2; ++i)
                 {
-                    ranges[i] = Joined(ranges[2 * i], ranges[2 * i + 1]);
+                    ranges[i] = BothOf(ranges[2 * i], ranges[2 * i + 1]);
                 }
                 ranges.resize(MostWaveStretches / 2);
                 samplesPerRange *= 2;
@@ -52,7 +52,7 @@ void WaveBuilder::Add(std::span<const float> samples)
             ranges.push_back({NoValue, NoValue});
             inLast = 0;
         }
-        ranges.back() = Joined(ranges.back(), {sample, sample});
+        ranges.back() = BothOf(ranges.back(), {sample, sample});
         ++inLast;
     }
 }

@@ -1,37 +1,29 @@
 #pragma once
 
-#include "console/audio/AudioFile.h"
-#include "console/takes/Remark.h"
-#include "console/text/Progress.h"
-#include "engine/models/AcousticModel.h"
-
-#include <optional>
-#include <span>
-#include <vector>
+#include "console/hosting/StandInModels.h"
+#include "console/takes/TakeReport.h"
 
 namespace velox::console
 {
 
-/// What takes of one enrollment are compared by.
-struct TakeFigures
+/// What takes of one enrollment have to do with each other.
+struct TakeComparison
 {
-    double level = 0.0;                    ///< of the speech, in dB
-    double seconds = 0.0;                  ///< length of the phrase
-    double score = 0.0;                    ///< with everybody's model
-    std::optional<double> likeTheOthers{}; ///< score with a user's model that the other takes made
+    std::vector<Remark> remarks;    ///< of all of them: the same recording twice, two voices
+    std::vector<std::size_t> again; ///< numbers of the takes that are better recorded again
 };
 
-/// How a take differs from the others; the remark of each take that does, nothing for the rest. Two takes that differ are both
-/// named, since none is in the majority; one take differs from nothing.
-std::vector<std::optional<TakeRemark>> FindOutliers(std::span<const TakeFigures> takes, std::optional<double> userThreshold);
-
-/// Trains a user's model from all takes but one, for each of them in turn, and scores the one left out with it. Nothing for a
-/// take that the engine cannot compare.
+/// Compares the accepted takes with each other. Each that is unlike the others gets a remark, for its voice or else for its
+/// length, level or score. Of two takes that differ both get one, since none is in the majority; takes of two voices in equal
+/// parts are told once, together. Without models of the stand-in no voice is compared.
+/// @param takes  receive remarks and likeness
 /// @throws CommandFailure Interrupted
-std::vector<std::optional<double>> ScoreAgainstOthers(std::span<const Audio* const> takes, const engine::AcousticModel& acoustic,
-                                                      const engine::Population& population, Progress* progress);
+TakeComparison CompareTakes(std::span<Take> takes, const StandInModels& models);
 
-/// The score that a model gives a take, 0 when it does not find the phrase.
-double ScoreWith(const engine::PhraseModel& model, std::span<const float> take);
+/// The numbers of the takes that were accepted, or of the others.
+std::vector<std::size_t> NumbersOf(std::span<const Take> takes, bool accepted);
+
+/// Names of takes, each once, in their order.
+std::vector<std::string> NamesOf(std::span<const Take> takes, std::vector<std::size_t> numbers);
 
 } // namespace velox::console

@@ -1,28 +1,37 @@
 #pragma once
 
 #include "console/hosting/Detector.h"
+#include "console/hosting/Outputs.h"
 #include "console/hosting/StandInModels.h"
 #include "console/takes/TakeReport.h"
-#include "console/text/ExitCode.h"
-#include "console/text/Progress.h"
-
-#include <string>
-#include <vector>
 
 namespace velox::console
 {
+
+/// What verify and enroll are given alike.
+struct TakeOptions
+{
+    DetectorOptions detector;
+    std::string language;
+    std::vector<std::string> files; ///< recordings, folders, patterns
+};
+
+/// Declares LANG, WAV, --report and the detector's options.
+void AddTakeOptions(CLI::App* command, Commands& commands, const char* filesHelp, TakeOptions* options);
 
 /// A language as its takes are looked at: by the library, and by the console's own review.
 class TakeVerifier
 {
 public:
-    /// @throws CommandFailure BadConfiguration when the configuration file cannot be read or lacks the language
-    TakeVerifier(const DetectorOptions& options, const std::string& languageText, const LogOptions& log);
+    /// Finds the recordings, and refuses outputs that would replace what is read.
+    /// @throws CommandFailure also BadConfiguration when the configuration file cannot be read or lacks the language
+    TakeVerifier(const TakeOptions& options, const Context& context, std::span<const Output> outputs);
 
-    /// Verifies the recordings one after the other. A file that cannot be read is reported as one; a fault of the library or its
-    /// files ends it all.
+    /// Verifies the recordings one after the other. A file that cannot be read is a take that says so; a fault of the library or
+    /// its files ends it all.
+    /// @param takes  receives them one by one: they are there when it ends early
     /// @throws CommandFailure
-    std::vector<TakeReport> Verify(const std::vector<std::string>& files, Progress& progress);
+    void Verify(Progress& progress, std::vector<Take>* takes);
 
     uint16_t Language() const
     {
@@ -45,19 +54,14 @@ public:
     }
 
 private:
-    TakeReport VerifyFile(const std::string& file);
+    Take VerifyFile(const std::string& file);
 
+    std::vector<std::string> files;
     uint16_t language;
     ConfiguredLanguage configured;
     StandInModels models;
     std::optional<double> threshold;
     Detector detector;
 };
-
-/// How many takes were accepted, and which are to be recorded again: "2 of 3 takes are accepted. Record again: b.wav."
-std::string Verdict(const std::vector<TakeReport>& takes);
-
-/// Success when all were accepted, BadInput when a file could not be read, else Refused.
-ExitCode ExitCodeOf(const std::vector<TakeReport>& takes);
 
 } // namespace velox::console

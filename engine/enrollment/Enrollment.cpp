@@ -51,6 +51,15 @@ float BackgroundThreshold(const SpeakerModel& speaker, const Population& populat
 
 } // namespace
 
+std::vector<float> WithSilence(std::span<const float> take)
+{
+    const auto silence = static_cast<std::size_t>(SilenceSeconds * SampleRate);
+    std::vector<float> padded(silence, 0.0F);
+    padded.insert(padded.end(), take.begin(), take.end());
+    padded.resize(padded.size() + silence, 0.0F);
+    return padded;
+}
+
 Enrollment::Enrollment(const AcousticModel& acoustic, const Population& background)
     : acousticModel(acoustic), population(background)
 {
@@ -59,11 +68,7 @@ Enrollment::Enrollment(const AcousticModel& acoustic, const Population& backgrou
 Status Enrollment::AddTake(std::span<const float> samples)
 {
     const PhraseModel& phrase = acousticModel.phrase;
-    const auto silence = static_cast<std::size_t>(SilenceSeconds * SampleRate);
-    std::vector<float> padded(silence, 0.0F);
-    padded.insert(padded.end(), samples.begin(), samples.end());
-    padded.resize(padded.size() + silence, 0.0F);
-
+    std::vector<float> padded = WithSilence(samples);
     const std::optional<Detection> heard = ReviewTake(&phrase, padded).phrase;
     const float score = heard ? heard->score : ScoreScale::Least;
     const TakeJudgement judgement = JudgeTake(LogMelFrames(samples), samples, &phrase, score);

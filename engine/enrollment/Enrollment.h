@@ -7,6 +7,9 @@
 namespace velox::engine
 {
 
+/// A take as it is learned from: with 0.3 s of silence before and behind it.
+std::vector<float> WithSilence(std::span<const float> take);
+
 /// Learns how one user says the phrase, from a few takes.
 class Enrollment
 {

@@ -2,6 +2,9 @@
 
 #include "console/text/Utf8Path.h"
 #include "console/text/WriteWhole.h"
+#include "engine/enrollment/SpeakerAdaptation.h"
+#include "engine/listening/PhraseSearch.h"
+#include "engine/listening/SpeakerRatio.h"
 #include "tests/console/support/ProgramRun.h"
 #include "tests/console/support/ToneProject.h"
 #include "tests/engine/support/TinyLanguage.h"
@@ -37,6 +40,22 @@ protected:
     {
         return project.Record("take " + std::to_string(number) + ".wav",
                               TinyLanguage::SayPhrase(voice, static_cast<uint64_t>(number)));
+    }
+
+    static constexpr TinyLanguage::Voice Bright{0.2, 0.4, 5000.0};
+    static constexpr TinyLanguage::Voice Dark{0.2, 0.4, 250.0};
+
+    void LearnVoices() const
+    {
+        velox::engine::AcousticModel acoustic = TinyLanguage::Acoustic();
+        std::vector<velox::engine::PhraseFrames> takes;
+        for (const TinyLanguage::Voice& voice : {Bright, Dark})
+        {
+            const auto place = velox::engine::FindPhrase(acoustic.phrase, TinyLanguage::SayPhrase(voice));
+            takes.push_back({velox::engine::SpeakerFrames(place->features), place->path.counts, 100.0F});
+        }
+        acoustic.generic = velox::engine::TrainGenericSpeakers(acoustic.generic.states[0], takes, TinyLanguage::States);
+        project.Write("am.bin", velox::engine::WriteAcousticModel(acoustic));
     }
 
     std::string Reversed() const
@@ -94,7 +113,9 @@ TEST_F(EnrollCommand, OnRequestRefusedTakesAreLeftOut)
 {
     const ProgramRun run = Run({Take(1), Reversed(), Take(2), "--skip-refused", "--model", project.File("user.vwov"), "--json"});
     EXPECT_EQ(run.exitCode, 0) << run.errors;
-    EXPECT_EQ(Json::parse(run.output)["results"].at(3)["takes"], 2);
+    const Json document = Json::parse(run.output);
+    EXPECT_EQ(document["facts"]["takes"], 2);
+    EXPECT_THAT(document["verdict"].get<std::string>(), HasSubstr("Refused and left out: " + project.File("wrong.wav") + "."));
     EXPECT_TRUE(Exists("user.vwov"));
 }
 
@@ -118,6 +139,77 @@ TEST_F(EnrollCommand, ATakeThatTheEngineWillNotLearnFromIsNamed)
     const Json document = Json::parse(run.output);
     EXPECT_EQ(document["results"].at(1)["remarks"].back()["code"], "LeftOut");
     EXPECT_THAT(document["verdict"].get<std::string>(), HasSubstr("Record again: " + faint));
+    EXPECT_FALSE(Exists("user.vwov"));
+}
+
+/// Everybody's mixtures lie where two voices do, so that the engine tells them apart.
+TEST_F(EnrollCommand, WhenTheTakesDisagreeTheyAreShownAndTheOddOneIsNamed)
+{
+    LearnVoices();
+    const ProgramRun run = Run({Take(1, Bright), Take(2, Bright), Take(3, Dark), Take(4, Bright), "--model",
+                                project.File("user.vwov"), "--report", project.File("page.html"), "--json"});
+    EXPECT_EQ(run.exitCode, 1) << run.output << run.errors;
+    const Json document = Json::parse(run.output);
+    ASSERT_EQ(document["results"].size(), 4U);
+    EXPECT_EQ(document["results"].at(2)["remarks"].at(0)["code"], "UnlikeInVoice");
+    EXPECT_TRUE(document["results"].at(0)["remarks"].empty());
+    EXPECT_THAT(document["error"]["message"].get<std::string>(), HasSubstr("TakesDisagree"));
+    EXPECT_THAT(document["verdict"].get<std::string>(), EndsWith("Record again: " + project.File("take 3.wav") + "."));
+    EXPECT_TRUE(Exists("page.html"));
+    EXPECT_FALSE(Exists("user.vwov"));
+}
+
+TEST_F(EnrollCommand, TwoVoicesInEqualPartsAreToldInTheVerdict)
+{
+    LearnVoices();
+    const ProgramRun run =
+        Run({Take(1, Bright), Take(2, Bright), Take(3, Dark), Take(4, Dark), "--model", project.File("user.vwov")});
+    EXPECT_THAT(run.output, HasSubstr("Note: two voices: " + project.File("take 1.wav") + " and " + project.File("take 2.wav") +
+                                      " sound alike, " + project.File("take 3.wav") + " and " + project.File("take 4.wav") +
+                                      " sound alike."));
+}
+
+TEST_F(EnrollCommand, OneTakeAloneIsToldInTheVerdict)
+{
+    const ProgramRun run = Run({Take(1), "--model", project.File("user.vwov")});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("from 1 take. Note: one take alone: "));
+}
+
+TEST_F(EnrollCommand, TheSameTakeTwiceIsToldInTheVerdict)
+{
+    const std::string take = Take(1);
+    project.Write("copy.wav", project.Read("take 1.wav"));
+    const ProgramRun run = Run({take, Take(2), project.File("copy.wav"), "--model", project.File("user.vwov")});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("Note: " + project.File("copy.wav") + " is the same recording as " + take + "."));
+}
+
+TEST_F(EnrollCommand, NoOutputReplacesATake)
+{
+    const std::string take = Take(1);
+    const std::vector<uint8_t> before = project.Read("take 1.wav");
+    const std::string model = project.File("user.vwov");
+    for (const std::vector<std::string>& outputs : {std::vector<std::string>{"--model", take},
+                                                    {"--model", model, "--report", take},
+                                                    {"--model", model, "--log-file", take}})
+    {
+        std::vector<std::string> arguments{take};
+        arguments.insert(arguments.end(), outputs.begin(), outputs.end());
+        const ProgramRun run = Run(arguments);
+        EXPECT_EQ(run.exitCode, 2) << run.output << run.errors;
+        EXPECT_EQ(run.output, "") << "refused before any work";
+        EXPECT_EQ(project.Read("take 1.wav"), before);
+        EXPECT_FALSE(Exists("user.vwov"));
+    }
+}
+
+TEST_F(EnrollCommand, AModelThatTheLibraryCannotArmWithIsNotWritten)
+{
+    std::filesystem::remove(velox::console::PathFromUtf8(project.File("constraints.txt")));
+    const ProgramRun run = Run({Take(1), Take(2), "--model", project.File("user.vwov"), "--json"});
+    EXPECT_NE(run.exitCode, 0) << run.output;
+    EXPECT_EQ(Json::parse(run.output)["results"].size(), 2U) << "the takes are shown all the same";
     EXPECT_FALSE(Exists("user.vwov"));
 }
 

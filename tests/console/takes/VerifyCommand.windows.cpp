@@ -41,7 +41,7 @@ protected:
         const ProgramRun run = Run({recording, "--json"});
         EXPECT_EQ(run.exitCode, 1) << run.output << run.errors;
         const Json take = Json::parse(run.output)["results"].at(0);
-        EXPECT_FALSE(take["accepted"]);
+        EXPECT_EQ(take["status"], "refused");
         EXPECT_EQ(take["remarks"].size(), 1U) << take;
         EXPECT_NE(take["remarks"].at(0)["fix"], "");
         return take;
@@ -54,8 +54,8 @@ TEST_F(VerifyCommand, AGoodTakeIsAcceptedWithItsPlaceScoreAndThreshold)
 {
     const ProgramRun run = Run({Phrase("take 1.wav")});
     EXPECT_EQ(run.exitCode, 0) << run.errors;
-    EXPECT_THAT(run.output, HasSubstr("take 1.wav: accepted"));
-    EXPECT_THAT(run.output, HasSubstr("(threshold 70)"));
+    EXPECT_THAT(run.output, HasSubstr("take 1.wav\n"));
+    EXPECT_THAT(run.output, HasSubstr(", threshold 70,"));
     EXPECT_THAT(run.output, EndsWith("The take is accepted.\n"));
     EXPECT_EQ(run.errors, "");
 }
@@ -63,8 +63,8 @@ TEST_F(VerifyCommand, AGoodTakeIsAcceptedWithItsPlaceScoreAndThreshold)
 TEST_F(VerifyCommand, TheDocumentTellsWhereThePhraseLies)
 {
     const Json take = Json::parse(Run({Phrase("a.wav"), "--json"}).output)["results"].at(0);
-    EXPECT_NEAR(take["phrase"]["begin"].get<double>(), 0.5, 0.05);
-    EXPECT_NEAR(take["phrase"]["end"].get<double>(), 1.1, 0.2);
+    EXPECT_NEAR(take["phraseBegin"].get<double>(), 0.5, 0.05);
+    EXPECT_NEAR(take["phraseEnd"].get<double>(), 1.1, 0.2);
     EXPECT_GT(take["score"].get<double>(), take["threshold"].get<double>());
 }
 
@@ -118,7 +118,40 @@ TEST_F(VerifyCommand, AFileThatIsNoSoundDoesNotHideTheOthers)
     EXPECT_EQ(run.exitCode, 3);
     const Json results = Json::parse(run.output)["results"];
     EXPECT_EQ(results.at(0)["remarks"].at(0)["code"], "Unreadable");
-    EXPECT_TRUE(results.at(1)["accepted"]);
+    EXPECT_EQ(results.at(1)["status"], "accepted");
+}
+
+TEST_F(VerifyCommand, AFolderStandsForTheRecordingsInIt)
+{
+    std::filesystem::create_directory(velox::console::PathFromUtf8(project.File("takes")));
+    Phrase("takes\\take 10.wav");
+    Phrase("takes\\take 2.wav");
+    const Json results = Json::parse(Run({project.File("takes"), "--json"}).output)["results"];
+    ASSERT_EQ(results.size(), 2U);
+    EXPECT_THAT(results.at(0)["title"].get<std::string>(), EndsWith("take 2.wav"));
+    EXPECT_EQ(Json::parse(Run({project.File("takes\\*.wav"), "--json"}).output)["results"].size(), 2U);
+}
+
+TEST_F(VerifyCommand, SamplesBeyondFullScaleAreAWarning)
+{
+    std::vector<float> loud = TinyLanguage::SayPhrase();
+    loud[100] = 1.5F;
+    const Json take = Json::parse(Run({project.Record("a.wav", loud), "--json"}).output)["results"].at(0);
+    ASSERT_EQ(take["remarks"].size(), 1U) << take;
+    EXPECT_EQ(take["remarks"].at(0)["severity"], "warning");
+}
+
+TEST_F(VerifyCommand, NoOutputReplacesATake)
+{
+    const std::string take = Phrase("a.wav");
+    const std::vector<uint8_t> before = project.Read("a.wav");
+    for (const char* option : {"--report", "--log-file"})
+    {
+        const ProgramRun run = Run({take, option, take});
+        EXPECT_EQ(run.exitCode, 2) << option;
+        EXPECT_EQ(run.output, "") << "refused before any work";
+        EXPECT_EQ(project.Read("a.wav"), before) << option;
+    }
 }
 
 TEST_F(VerifyCommand, NamesMayHoldBlanksAndOtherAlphabets)
@@ -127,7 +160,7 @@ TEST_F(VerifyCommand, NamesMayHoldBlanksAndOtherAlphabets)
     SoundFile::Write(velox::console::PathFromUtf8(project.File(name)), SoundFile::FloatWav(TinyLanguage::SayPhrase()));
     const ProgramRun run = Run({project.File(name)});
     EXPECT_EQ(run.exitCode, 0) << run.errors;
-    EXPECT_THAT(run.output, HasSubstr(name + ": accepted"));
+    EXPECT_THAT(run.output, HasSubstr("accepted  " + project.File(name) + "\n"));
 }
 
 TEST_F(VerifyCommand, WithoutTheLanguageTheConfiguredOnesAreNamed)

@@ -121,6 +121,15 @@ TEST_F(Enrollment, TakesThatAreOfNoUseSayWhy)
     EXPECT_EQ(enrollment.TakeCount(), 0U);
 }
 
+TEST_F(Enrollment, ATakeIsLearnedFromWithSilenceAroundIt)
+{
+    const std::vector<float> padded = WithSilence(std::vector<float>(100, 0.5F));
+    ASSERT_EQ(padded.size(), 4800U + 100U + 4800U);
+    EXPECT_EQ(padded[4799], 0.0F);
+    EXPECT_EQ(padded[4800], 0.5F);
+    EXPECT_EQ(padded[4900], 0.0F);
+}
+
 TEST_F(Enrollment, ATightlyCutTakeIsUsable)
 {
     EXPECT_EQ(Add(TinyLanguage::Say(Tones{0, 1, 2, 3}, 0, HalfSecond)), Status::Success);

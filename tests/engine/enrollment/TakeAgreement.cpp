@@ -64,6 +64,26 @@ TEST_F(TakeAgreement, OneTakeAgreesWithItself)
     EXPECT_TRUE(Agree({2.0F}));
 }
 
+TEST_F(TakeAgreement, ATakesRatioTellsHowMuchItIsLikeTheOthers)
+{
+    const std::vector<PhraseFrames> takes{Take(2.0F), Take(2.0F), Take(-2.0F)};
+    const std::vector<float> ratios = RatiosToOthers(everybody, takes);
+    ASSERT_EQ(ratios.size(), 3U);
+    EXPECT_LT(ratios[2], 0.0F);
+    EXPECT_GT(ratios[0], ratios[2]);
+    EXPECT_TRUE(RatiosToOthers(everybody, std::span(takes).first(1)).empty());
+}
+
+TEST_F(TakeAgreement, PairsOfOneVoiceHaveTheHigherRatioBothWaysAlike)
+{
+    const Eigen::MatrixXf ratios = PairRatios(everybody, std::vector<PhraseFrames>{Take(2.0F), Take(-2.0F), Take(2.5F)});
+    EXPECT_GT(ratios(0, 2), 0.0F);
+    EXPECT_LT(ratios(0, 1), 0.0F);
+    EXPECT_LT(ratios(1, 2), 0.0F);
+    EXPECT_EQ(ratios, ratios.transpose());
+    EXPECT_EQ(ratios(1, 1), 0.0F);
+}
+
 TEST_F(TakeAgreement, LevelsAgreeUpToTheMostDifference)
 {
     EXPECT_TRUE(LevelsAgree({}));
