@@ -6,7 +6,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cctype>
 
 namespace velox::console
 {
@@ -21,29 +20,6 @@ constexpr std::string_view OperationNames[]{"capabilities", "verification", "tra
 std::string OperationName(Operation operation)
 {
     return std::string(OperationNames[static_cast<std::size_t>(operation)]);
-}
-
-/// "Verification and training fail."
-std::string FailureSentence(const std::vector<Failure>& failures)
-{
-    std::vector<std::string> names;
-    for (const Operation operation : AllOperations)
-    {
-        if (std::ranges::find(failures, operation, &Failure::operation) != failures.end())
-        {
-            names.push_back(OperationName(operation));
-        }
-    }
-    if (names.empty())
-    {
-        return {};
-    }
-    const std::string last = names.back();
-    const bool many = names.size() > 1 || last.ends_with('s');
-    names.pop_back();
-    std::string sentence = fmt::format("{}{}{} {}.", Joined(names), names.empty() ? "" : " and ", last, many ? "fail" : "fails");
-    sentence.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(sentence.front())));
-    return sentence;
 }
 
 /// "verification 1033, training 1033"; without a number for every language.
@@ -66,12 +42,12 @@ Entry FindingEntry(Finding finding)
 {
     Entry entry{std::move(finding.message), std::string(FindingStatus(finding.tone)), finding.tone};
     const std::string place = finding.line > 0 ? fmt::format("{}, line {}", finding.file, finding.line) : finding.file;
-    entry.facts = {{"file", finding.file, "", place},
-                   {"line", finding.line > 0 ? Value(finding.line) : Value()},
-                   {"fails", FailureList(finding.failures)}};
-    const bool saidAlready = finding.effect.starts_with("Nothing works");
-    const std::string fails = saidAlready ? "" : FailureSentence(finding.failures);
-    const std::string effect = finding.effect + (finding.effect.empty() || fails.empty() ? "" : " ") + fails;
+    const std::string fails = FailureList(finding.failures);
+    entry.facts = {
+        {"file", finding.file, "", place}, {"line", finding.line > 0 ? Value(finding.line) : Value()}, {"fails", fails}};
+    const std::string effect = fails.empty() || finding.effect.starts_with("Nothing works") ? finding.effect
+                               : finding.effect.empty()                                     ? fmt::format("Fails: {}.", fails)
+                                                        : fmt::format("{} Fails: {}.", finding.effect, fails);
     if (!effect.empty() || !finding.fix.empty())
     {
         entry.remarks = {{finding.tone, "", effect, std::move(finding.fix)}};

@@ -1,18 +1,11 @@
 #include "console/languages/ConfigurationEdit.h"
 
+#include "console/hosting/ConfigurationXml.h"
 #include "console/text/CommandFailure.h"
 #include "console/text/LanguageName.h"
 #include "console/text/Utf8Path.h"
-#include "console/text/WriteWhole.h"
 
 #include <fmt/format.h>
-
-#include <tinyxml2.h>
-
-#include <algorithm>
-#include <array>
-#include <string_view>
-#include <utility>
 
 namespace velox::console
 {
@@ -27,33 +20,15 @@ using tinyxml2::XMLElement;
     throw CommandFailure(ExitCode::BadConfiguration, message, fix);
 }
 
-/// The elements that name files, in the order in which they are written.
-std::array<std::pair<const char*, std::string>, 6> FileElements(const LanguageEntry& entry)
-{
-    return {{{"keyphraseModel", entry.keyphraseModel},
-             {"acousticModel", entry.acousticModel},
-             {"znormPopulation", entry.znormPopulation},
-             {"fwBlob", entry.firmwareModel},
-             {"preDefinedKpdSensitivity", entry.preDefinedThreshold},
-             {"userDefinedKpdSensitivity", entry.userDefinedThreshold}}};
-}
-
 void Load(const std::filesystem::path& file, tinyxml2::XMLDocument* document)
 {
-    if (!std::filesystem::exists(file))
+    if (std::filesystem::exists(file))
     {
-        document->InsertEndChild(document->NewDeclaration());
-        document->InsertEndChild(document->NewElement("keywords"));
+        RequireConfigurationXml(file, document);
         return;
     }
-    const std::vector<uint8_t> text = ReadWhole(file);
-    document->Parse(reinterpret_cast<const char*>(text.data()), text.size());
-    if (document->Error() || document->RootElement() == nullptr)
-    {
-        Fail(fmt::format("The configuration file {} is not well-formed XML, line {}: {}.", Utf8(file), document->ErrorLineNum(),
-                         document->ErrorName()),
-             "Correct that line, or name a file that is not there yet: it is made. Nothing was changed.");
-    }
+    document->InsertEndChild(document->NewDeclaration());
+    document->InsertEndChild(document->NewElement("keywords"));
 }
 
 void CheckDirectory(const XMLElement& root, const std::filesystem::path& configuration, const std::filesystem::path& directory)
@@ -72,9 +47,9 @@ void CheckDirectory(const XMLElement& root, const std::filesystem::path& configu
 /// Others would get this language's models.
 void CheckNotShared(const XMLElement& other, const LanguageEntry& entry)
 {
-    for (const auto& [element, name] : FileElements(entry))
+    for (const auto& [element, name] : entry.files)
     {
-        const XMLElement* file = other.FirstChildElement(element);
+        const XMLElement* file = other.FirstChildElement(element.c_str());
         if (file != nullptr && file->GetText() != nullptr && file->GetText() == name)
         {
             Fail(fmt::format("Language {} uses the file {}, too, and would get the new models.",
@@ -109,12 +84,12 @@ void Fill(XMLElement* language, const LanguageEntry& entry)
     {
         language->SetAttribute("qualityThreshold", entry.qualityThreshold.value_or(DefaultQualityThreshold));
     }
-    for (const auto& [element, name] : FileElements(entry))
+    for (const auto& [element, name] : entry.files)
     {
-        XMLElement* file = language->FirstChildElement(element);
+        XMLElement* file = language->FirstChildElement(element.c_str());
         if (file == nullptr)
         {
-            file = language->GetDocument()->NewElement(element);
+            file = language->GetDocument()->NewElement(element.c_str());
             language->InsertEndChild(file);
         }
         file->SetText(name.c_str());

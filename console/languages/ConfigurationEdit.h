@@ -4,21 +4,19 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace velox::console
 {
 
-/// A language as it is to stand in a configuration file; all files by their names in the configuration's `directory`.
+/// A language as it is to stand in a configuration file.
 struct LanguageEntry
 {
     uint16_t id = 0;
     std::optional<int> qualityThreshold; ///< nothing: what stands there, or DefaultQualityThreshold
-    std::string keyphraseModel;
-    std::string acousticModel;
-    std::string znormPopulation;
-    std::string firmwareModel;
-    std::string preDefinedThreshold;
-    std::string userDefinedThreshold;
+    /// Elements and the files that they name, in the configuration's `directory`.
+    std::vector<std::pair<std::string, std::string>> files;
 };
 
 inline constexpr int DefaultQualityThreshold = 10;

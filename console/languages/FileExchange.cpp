@@ -4,7 +4,8 @@
 #include "console/text/Utf8Path.h"
 #include "console/text/WriteWhole.h"
 
-#include <system_error>
+#include <fstream>
+#include <optional>
 
 namespace velox::console
 {
@@ -12,111 +13,145 @@ namespace velox::console
 namespace
 {
 
-[[noreturn]] void Fail(const std::filesystem::path& file, const std::string& reason)
+// The journal's first line; then a line for each file, after a sign whether it was there before.
+constexpr std::string_view Placing = "placing";
+constexpr std::string_view Placed = "placed";
+constexpr char WasThere = '+';
+constexpr char WasNotThere = '-';
+
+std::filesystem::path WithEnding(std::filesystem::path file, const char* ending)
 {
-    throw CommandFailure(ExitCode::WriteFailed, "Cannot write " + Utf8(file) + ": " + reason + ".",
-                         "Choose another place, or make this one writable. What was there is unchanged.");
+    return file += ending;
 }
 
-std::vector<std::filesystem::path> MissingFolders(const std::filesystem::path& folder)
+std::filesystem::path FormerFile(const std::filesystem::path& file)
 {
-    std::vector<std::filesystem::path> missing;
+    return WithEnding(file, ".velox-kws-old");
+}
+
+/// What WriteWhole had not finished.
+void RemoveUnfinished(const std::filesystem::path& file)
+{
+    std::error_code ignored;
+    std::filesystem::remove(WithEnding(file, ".velox-kws-new"), ignored);
+}
+
+/// Undoes the exchange of a journal, or finishes one whose files were all placed. May be killed and done again.
+/// @return the file that is in the way; the journal then stays
+std::optional<std::filesystem::path> Settle(const std::filesystem::path& journal, bool undo)
+{
+    std::ifstream stream(journal, std::ios::binary);
+    std::string line;
+    std::getline(stream, line);
+    const bool finish = line == Placed && !undo;
     std::error_code error;
-    for (std::filesystem::path one = folder; !one.empty() && !std::filesystem::exists(one, error); one = one.parent_path())
+    while (std::getline(stream, line))
     {
-        missing.push_back(one);
+        const std::filesystem::path file = PathFromUtf8(std::string_view(line).substr(1));
+        const std::filesystem::path former = FormerFile(file);
+        RemoveUnfinished(file);
+        RemoveUnfinished(former);
+        if (finish || line.front() == WasNotThere)
+        {
+            std::filesystem::remove(finish ? former : file, error);
+        }
+        else if (std::error_code ignored; std::filesystem::exists(former, ignored))
+        {
+            std::filesystem::rename(former, file, error);
+        }
+        if (error)
+        {
+            return file;
+        }
     }
-    return missing;
+    stream.close();
+    RemoveUnfinished(journal);
+    std::filesystem::remove(journal, error);
+    return std::nullopt;
 }
 
 } // namespace
 
 FileExchange::FileExchange(const std::filesystem::path& targetFolder)
-    : folder(targetFolder), stage(targetFolder / ".velox-kws-new"), madeFolders(MissingFolders(targetFolder))
+    : folder(targetFolder), journal(targetFolder / ".velox-kws-journal"), lock(LockFile(targetFolder / ".velox-kws-lock"))
 {
-    std::error_code error;
-    // What a run left that was killed.
-    std::filesystem::remove_all(stage, error);
-    std::filesystem::create_directories(stage / "old", error);
-    if (!std::filesystem::is_directory(stage / "old"))
+    if (const auto file = Settle(journal, false))
     {
-        RemoveStage();
-        Fail(folder, "no file can be made in this folder");
+        throw CommandFailure(
+            ExitCode::WriteFailed, "A run was ended while it replaced " + Utf8(*file) + ", which cannot be put right now.",
+            "Close the program that has the file open. What was there before is in " + Utf8(FormerFile(*file)) + ".");
     }
 }
 
 FileExchange::~FileExchange()
 {
-    if (!kept)
+    if (std::error_code ignored; !files.empty() && std::filesystem::exists(journal, ignored))
     {
-        Undo();
+        try
+        {
+            WriteJournal(false);
+        }
+        catch (const CommandFailure&)
+        {
+            // It is undone all the same; a kill meanwhile cannot be survived on a full disk.
+        }
+        Settle(journal, true);
     }
 }
 
-void FileExchange::Add(const std::filesystem::path& name, std::span<const uint8_t> bytes)
+void FileExchange::Add(const std::filesystem::path& file, std::vector<uint8_t> bytes)
 {
-    WriteWhole(stage / name, bytes);
-    names.push_back(name);
+    files.push_back({folder / file, std::move(bytes)});
 }
 
-void FileExchange::Move(const std::filesystem::path& from, const std::filesystem::path& to) const
+/// Also after Ctrl-C.
+void FileExchange::WriteJournal(bool placed) const
 {
-    std::error_code error;
-    std::filesystem::rename(from, to, error);
-    if (error)
+    const std::filesystem::path fresh = WithEnding(journal, ".velox-kws-new");
+    std::ofstream stream(fresh, std::ios::binary | std::ios::trunc);
+    stream << (placed ? Placed : Placing) << '\n';
+    for (const File& file : files)
     {
-        Fail(folder / to.filename(), "the file may be write-protected or open in another program");
+        stream << (file.wasThere ? WasThere : WasNotThere) << Utf8(file.path) << '\n';
+    }
+    stream.close();
+    std::error_code error;
+    if (stream)
+    {
+        std::filesystem::rename(fresh, journal, error);
+    }
+    if (!stream || error)
+    {
+        throw CommandFailure(ExitCode::WriteFailed, "Cannot write " + Utf8(journal) + ": the disk may be full.",
+                             "Make room, or choose another place. What was there is unchanged.");
     }
 }
 
 void FileExchange::PutInPlace()
 {
-    for (const std::filesystem::path& name : names)
+    for (File& file : files)
     {
-        moved.push_back({name});
-        if (std::filesystem::exists(folder / name))
-        {
-            Move(folder / name, stage / "old" / name);
-            moved.back().hadOld = true;
-        }
-        Move(stage / name, folder / name);
-        moved.back().isNew = true;
+        file.wasThere = std::filesystem::exists(file.path);
     }
+    WriteJournal(false);
+    for (const File& file : files)
+    {
+        if (file.wasThere)
+        {
+            WriteWhole(FormerFile(file.path), ReadWhole(file.path));
+        }
+    }
+    for (const File& file : files)
+    {
+        WriteWhole(file.path, file.bytes);
+    }
+    WriteJournal(true);
 }
 
 void FileExchange::Keep()
 {
-    kept = true;
-    std::error_code ignored;
-    std::filesystem::remove_all(stage, ignored);
-}
-
-void FileExchange::Undo()
-{
-    std::error_code ignored;
-    for (const Moved& file : moved)
-    {
-        if (file.isNew)
-        {
-            std::filesystem::remove(folder / file.name, ignored);
-        }
-        if (file.hadOld)
-        {
-            std::filesystem::rename(stage / "old" / file.name, folder / file.name, ignored);
-        }
-    }
-    RemoveStage();
-}
-
-/// A folder that was made vanishes only when nobody put anything into it.
-void FileExchange::RemoveStage()
-{
-    std::error_code ignored;
-    std::filesystem::remove_all(stage, ignored);
-    for (const std::filesystem::path& made : madeFolders)
-    {
-        std::filesystem::remove(made, ignored);
-    }
+    files.clear();
+    Settle(journal, false);
 }
 
 } // namespace velox::console

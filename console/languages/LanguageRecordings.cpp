@@ -1,11 +1,19 @@
 #include "console/languages/LanguageRecordings.h"
 
+#include "console/audio/RecordingArguments.h"
 #include "console/takes/TakeReport.h"
+#include "console/text/Interruption.h"
 #include "console/text/Utf8Path.h"
 #include "engine/base/EngineErrors.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <atomic>
+#include <future>
+#include <map>
 #include <set>
+#include <thread>
 
 namespace velox::console
 {
@@ -69,57 +77,67 @@ std::optional<Remark> WhyUselessForTraining(const Audio& audio)
     return WhyUseless(review, audio.seconds);
 }
 
-class Reader
+struct ReadRecording
 {
-public:
-    Reader(std::size_t fileCount, Progress* readingProgress) : count(fileCount), progress(readingProgress)
-    {
-    }
-
-    void ReadTake(const std::filesystem::path& file, const std::filesystem::path& folder)
-    {
-        const std::optional<Audio> audio = Read(file);
-        if (!audio)
-        {
-            return;
-        }
-        if (const std::optional<Remark> useless = WhyUselessForTraining(*audio))
-        {
-            read.leftOut.push_back({Utf8(file), *useless});
-            return;
-        }
-        read.material.takes.push_back({audio->samples, Utf8(file), VoiceOf(file.lexically_relative(folder)), 1.0F});
-    }
-
-    void ReadBackground(const std::filesystem::path& file)
-    {
-        if (std::optional<Audio> audio = Read(file))
-        {
-            read.material.background.push_back(std::move(audio->samples));
-        }
-    }
-
-    LanguageRecordings read;
-
-private:
-    std::optional<Audio> Read(const std::filesystem::path& file)
-    {
-        progress->Update(static_cast<double>(done++) / static_cast<double>(count));
-        try
-        {
-            return ReadAudio(file);
-        }
-        catch (const CommandFailure& failure)
-        {
-            read.leftOut.push_back({Utf8(file), UnreadableRemark(Utf8(file), failure)});
-            return std::nullopt;
-        }
-    }
-
-    std::size_t count;
-    Progress* progress;
-    std::size_t done = 0;
+    Audio audio;
+    std::optional<Remark> useless;
 };
+
+struct OddSound
+{
+    std::string first;
+    std::size_t count = 0;
+};
+
+ReadRecording ReadOne(const std::filesystem::path& file, bool isTake)
+{
+    ReadRecording read;
+    try
+    {
+        read.audio = ReadAudio(file);
+        read.useless = isTake ? WhyUselessForTraining(read.audio) : std::nullopt;
+    }
+    catch (const CommandFailure& failure)
+    {
+        read.useless = UnreadableRemark(Utf8(file), failure);
+    }
+    return read;
+}
+
+/// In the order of the files; the takes are first.
+std::vector<ReadRecording> ReadAll(const std::vector<std::filesystem::path>& files, std::size_t takes, Progress* progress)
+{
+    std::vector<ReadRecording> read(files.size());
+    std::atomic<std::size_t> next = 0;
+    const auto work = [&](const auto& tell) {
+        for (std::size_t i = next++; i < files.size(); i = next++)
+        {
+            tell(i);
+            read[i] = ReadOne(files[i], i < takes);
+        }
+    };
+    std::vector<std::future<void>> others;
+    for (unsigned i = 1; i < std::thread::hardware_concurrency(); ++i)
+    {
+        others.push_back(std::async(std::launch::async, work, [](std::size_t) { StopIfInterrupted(); }));
+    }
+    work([&](std::size_t done) { progress->Update(static_cast<double>(done) / static_cast<double>(files.size())); });
+    for (std::future<void>& other : others)
+    {
+        other.get();
+    }
+    return read;
+}
+
+/// Notes what is odd about the sound of a recording; once of each kind, which is what follows its numbers.
+void AddOddities(const std::string& file, const std::vector<std::string>& warnings, std::map<std::string, OddSound>* odd)
+{
+    for (const std::string& warning : warnings)
+    {
+        const std::string kind = warning.substr(warning.find_last_of("0123456789") + 1);
+        odd->try_emplace(kind, OddSound{file + ": " + warning}).first->second.count += 1;
+    }
+}
 
 } // namespace
 
@@ -153,28 +171,56 @@ std::string VoiceOf(const std::filesystem::path& take)
     return stem.substr(0, stem.find_first_of("-_"));
 }
 
-LanguageRecordings ReadLanguageRecordings(const std::filesystem::path& takes,
-                                          const std::vector<std::filesystem::path>& background, Progress* progress)
+LanguageFiles FindLanguageFiles(const std::filesystem::path& takes, const std::vector<std::string>& background)
 {
-    const std::vector<std::filesystem::path> takeFiles = FilesBelow(takes);
-    std::vector<std::filesystem::path> backgroundFiles;
-    for (const std::filesystem::path& folder : background)
+    LanguageFiles files{takes, FilesBelow(takes), {}};
+    for (const std::string& argument : background)
     {
-        const std::vector<std::filesystem::path> files = FilesBelow(folder);
-        backgroundFiles.insert(backgroundFiles.end(), files.begin(), files.end());
+        const bool isFolder = std::filesystem::is_directory(PathFromUtf8(argument));
+        for (const std::string& name : isFolder ? std::vector{argument} : FindRecordings({argument}))
+        {
+            std::ranges::copy(FilesBelow(PathFromUtf8(name)), std::back_inserter(files.background));
+        }
     }
+    return files;
+}
+
+LanguageRecordings ReadLanguageRecordings(const LanguageFiles& files, Progress* progress)
+{
+    std::vector<std::filesystem::path> all = files.takes;
+    all.insert(all.end(), files.background.begin(), files.background.end());
     progress->Begin("Reading the recordings");
-    Reader reader(takeFiles.size() + backgroundFiles.size(), progress);
-    for (const std::filesystem::path& file : takeFiles)
-    {
-        reader.ReadTake(file, takes);
-    }
-    for (const std::filesystem::path& file : backgroundFiles)
-    {
-        reader.ReadBackground(file);
-    }
+    std::vector<ReadRecording> read = ReadAll(all, files.takes.size(), progress);
     progress->Update(1.0);
-    return std::move(reader.read);
+
+    LanguageRecordings recordings;
+    std::map<std::string, OddSound> odd;
+    for (std::size_t i = 0; i < all.size(); ++i)
+    {
+        const std::string name = Utf8(all[i]);
+        auto& [audio, useless] = read[i];
+        if (useless)
+        {
+            recordings.leftOut.push_back({name, "left out", Tone::Warning, {}, {*useless}});
+            continue;
+        }
+        AddOddities(name, audio.warnings, &odd);
+        if (i < files.takes.size())
+        {
+            recordings.material.takes.push_back(
+                {std::move(audio.samples), name, VoiceOf(all[i].lexically_relative(files.folder)), 1.0F});
+        }
+        else
+        {
+            recordings.material.background.push_back(std::move(audio.samples));
+        }
+    }
+    for (const auto& [kind, sound] : odd)
+    {
+        const std::string more = sound.count == 1 ? "" : fmt::format("; so in {} recordings", sound.count);
+        recordings.oddities.push_back({Tone::Warning, "OddSound", sound.first + more, "Look at how they were recorded."});
+    }
+    return recordings;
 }
 
 } // namespace velox::console

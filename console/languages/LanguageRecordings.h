@@ -2,25 +2,32 @@
 
 #include "console/report/Report.h"
 #include "console/text/Progress.h"
-#include "engine/training/LanguageTrainer.h"
+#include "engine/training/LanguageMaterial.h"
 
 #include <filesystem>
 
 namespace velox::console
 {
 
-/// A recording that cannot be learned from, and why.
-struct LeftOutRecording
+/// The files of a language's recordings, in the order of their names.
+struct LanguageFiles
 {
-    std::string file;
-    Remark why;
+    std::filesystem::path folder; ///< of the takes
+    std::vector<std::filesystem::path> takes;
+    std::vector<std::filesystem::path> background;
 };
 
-/// What a language is learned from, as it was found in folders.
+/// Finds every file below the folders; hidden ones are passed over.
+/// @param background  folders, single recordings, or patterns with * and ?
+/// @throws CommandFailure BadInput for what is not there
+LanguageFiles FindLanguageFiles(const std::filesystem::path& takes, const std::vector<std::string>& background);
+
+/// What a language is learned from.
 struct LanguageRecordings
 {
     engine::LanguageMaterial material;
-    std::vector<LeftOutRecording> leftOut;
+    std::vector<Entry> leftOut;   ///< that cannot be learned from, each with why
+    std::vector<Remark> oddities; ///< of recordings that are used all the same, one of each kind
 
     std::size_t Voices() const;
     double BackgroundHours() const;
@@ -31,12 +38,8 @@ struct LanguageRecordings
 /// @param take  relative to the folder of takes
 std::string VoiceOf(const std::filesystem::path& take);
 
-/// Reads every file below the folders, in the order of their names; hidden ones are passed over. What is no recording, and takes
-/// that hold no usable phrase, are left out.
-///
-/// @param background  folders, or single recordings
-/// @throws CommandFailure BadInput for a folder that is not there, or Interrupted
-LanguageRecordings ReadLanguageRecordings(const std::filesystem::path& takes,
-                                          const std::vector<std::filesystem::path>& background, Progress* progress);
+/// Reads the files, on all processors. What is no recording, and takes that hold no usable phrase, are left out.
+/// @throws CommandFailure Interrupted
+LanguageRecordings ReadLanguageRecordings(const LanguageFiles& files, Progress* progress);
 
 } // namespace velox::console

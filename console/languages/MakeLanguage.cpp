@@ -1,20 +1,23 @@
 #include "console/languages/MakeLanguage.h"
 
-#include "console/doctor/NamedFile.h"
+#include "console/hosting/Outputs.h"
 #include "console/languages/AlarmRate.h"
 #include "console/languages/ConfigurationEdit.h"
 #include "console/languages/FileExchange.h"
 #include "console/languages/LanguageRecordings.h"
-#include "console/text/FieldLine.h"
+#include "console/languages/MissEstimate.h"
+#include "console/takes/TakeReport.h"
 #include "console/text/Interruption.h"
 #include "console/text/LanguageName.h"
 #include "console/text/Utf8Path.h"
-#include "console/text/WriteWhole.h"
+#include "console/text/Wording.h"
+#include "engine/training/LanguageTrainer.h"
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <array>
+#include <cctype>
 #include <cmath>
 #include <thread>
 
@@ -24,39 +27,8 @@ namespace velox::console
 namespace
 {
 
-using Json = nlohmann::ordered_json;
-
 constexpr double LeastBackgroundHours = 1.0 / 60.0;
 constexpr std::size_t LeastTakes = 2;
-
-/// How far the thresholds can be trusted to give the rate that was asked for.
-struct ThresholdConfidence
-{
-    double hours = 0.0;          ///< of background
-    double expectedAlarms = 0.0; ///< in them, at the rate
-    RateInterval rate;           ///< that a count of so many alarms would leave open
-    double hoursForTwice = 0.0;  ///< that would tell the rate to within twice
-
-    ThresholdConfidence(double alarmsPerHour, double backgroundHours)
-        : hours(backgroundHours), expectedAlarms(alarmsPerHour * backgroundHours),
-          rate(RateFromCount(std::lround(expectedAlarms), backgroundHours)),
-          hoursForTwice(static_cast<double>(CountForTwice) / alarmsPerHour)
-    {
-    }
-};
-
-/// Everything that a run has found out.
-struct MadeLanguage
-{
-    std::filesystem::path folder;
-    LanguageEntry entry;
-    ConfigurationEdit edit;
-    std::size_t takes = 0;
-    std::size_t voices = 0;
-    std::vector<LeftOutRecording> leftOut;
-    engine::LanguageModels models;
-    std::vector<std::string> warnings;
-};
 
 /// As the configuration names it: absolute, without a separator at its end.
 std::filesystem::path WholePath(const std::filesystem::path& path)
@@ -65,64 +37,98 @@ std::filesystem::path WholePath(const std::filesystem::path& path)
     return whole.has_filename() ? whole : whole.parent_path();
 }
 
+/// The elements that name files, and the files, in the order in which they are written.
+constexpr std::array<std::pair<const char*, const char*>, 6> Files{{{"keyphraseModel", "kp_{}.bin"},
+                                                                    {"acousticModel", "am_{}.bin"},
+                                                                    {"znormPopulation", "zn_{}.bin"},
+                                                                    {"fwBlob", "fw_{}.bin"},
+                                                                    {"preDefinedKpdSensitivity", "kpd_pre_{}.txt"},
+                                                                    {"userDefinedKpdSensitivity", "kpd_user_{}.txt"}}};
+
 LanguageEntry EntryOf(const LanguageRequest& request)
 {
     const std::string name = request.name.empty() ? std::to_string(request.language) : request.name;
-    return {request.language,
-            request.qualityThreshold,
-            fmt::format("kp_{}.bin", name),
-            fmt::format("am_{}.bin", name),
-            fmt::format("zn_{}.bin", name),
-            fmt::format("fw_{}.bin", name),
-            fmt::format("kpd_pre_{}.txt", name),
-            fmt::format("kpd_user_{}.txt", name)};
+    LanguageEntry entry{request.language, request.qualityThreshold, {}};
+    for (const auto& [element, file] : Files)
+    {
+        entry.files.emplace_back(element, fmt::format(fmt::runtime(file), name));
+    }
+    return entry;
 }
 
-/// Files that no configured language answers for are somebody's.
-void CheckNoFileIsLost(const MadeLanguage& made, bool replace)
+/// Where the language goes; no other run writes there meanwhile.
+struct LanguagePlace
 {
-    const LanguageEntry& entry = made.entry;
-    for (const std::string& name : {entry.keyphraseModel, entry.acousticModel, entry.znormPopulation, entry.firmwareModel,
-                                    entry.preDefinedThreshold, entry.userDefinedThreshold})
+    explicit LanguagePlace(const LanguageRequest& request)
+        : folder(WholePath(request.folder)), entry(EntryOf(request)), files(folder),
+          configuration(LockFile(WholePath(request.configuration) += ".velox-kws-lock")),
+          edit(AddLanguage(request.configuration, folder, entry, request.replace))
     {
-        if (!replace && std::filesystem::exists(made.folder / name))
+        for (const auto& [element, name] : entry.files)
         {
-            throw CommandFailure(ExitCode::WriteFailed, fmt::format("{} is there already.", Utf8(made.folder / name)),
-                                 "Add --replace to overwrite it, or choose other names with --name.");
+            // Files that no configured language answers for are somebody's.
+            if (!request.replace && std::filesystem::exists(folder / name))
+            {
+                throw CommandFailure(ExitCode::WriteFailed, fmt::format("{} is there already.", Utf8(folder / name)),
+                                     "Add --replace to overwrite it, or choose other names with --name.");
+            }
         }
     }
+
+    std::filesystem::path folder;
+    LanguageEntry entry;
+    FileExchange files;
+    std::shared_ptr<void> configuration;
+    ConfigurationEdit edit;
+};
+
+/// Whether a file would be read together with the folder.
+bool LiesIn(const std::filesystem::path& file, const std::filesystem::path& folder)
+{
+    const std::filesystem::path way = WholePath(file).lexically_relative(WholePath(folder));
+    return !way.empty() && *way.begin() != "..";
 }
 
-/// Minutes of training would be lost otherwise.
-void CheckWritable(const std::filesystem::path& folder)
+void RefusePlaces(const LanguageRequest& request, const LanguageFiles& read, const Context& context)
 {
-    const FileExchange trial(folder);
+    std::vector<std::filesystem::path> inputs = read.takes;
+    inputs.insert(inputs.end(), read.background.begin(), read.background.end());
+    const Output configuration{request.configuration, OutputKind::Configuration};
+    RefuseToReplace(context, inputs, {&configuration, 1});
+    const std::string folder = Utf8(request.folder);
+    if (std::filesystem::exists(request.folder) && !std::filesystem::is_directory(request.folder))
+    {
+        throw CommandFailure(ExitCode::Usage, folder + " is a file, and no folder for the language's files.",
+                             "Name a folder with --out. Nothing was changed.");
+    }
+    if (LiesIn(request.folder, request.takes) || std::ranges::any_of(request.background, [&](const std::string& argument) {
+            return LiesIn(request.folder, PathFromUtf8(argument));
+        }))
+    {
+        throw CommandFailure(ExitCode::Usage, folder + " is read for recordings: the language's files would be taken for some.",
+                             "Name another folder with --out. Nothing was changed.");
+    }
 }
 
 void CheckMaterial(const LanguageRecordings& recordings, const LanguageRequest& request)
 {
-    std::string why = recordings.leftOut.empty() ? "" : " Left out:";
-    for (const LeftOutRecording& left : recordings.leftOut)
-    {
-        why += fmt::format(" {}: {}.", left.file, left.why.text);
-    }
     if (const std::size_t takes = recordings.material.takes.size(); takes < LeastTakes)
     {
         throw CommandFailure(ExitCode::BadInput,
-                             fmt::format("{} holds {} {} of the phrase that can be used; at least {} are needed.{}",
-                                         Utf8(request.takes), takes, takes == 1 ? "recording" : "recordings", LeastTakes, why),
+                             fmt::format("{} holds {} of the phrase that can be used; at least {} are needed.",
+                                         Utf8(request.takes), Counted(takes, "recording"), LeastTakes),
                              "Record the phrase with many voices: twenty make a good language.");
     }
     if (const double hours = recordings.BackgroundHours(); hours < LeastBackgroundHours)
     {
         throw CommandFailure(
             ExitCode::BadInput,
-            fmt::format("There are {:.0f} s of background; at least 60 s are needed, better hours.{}", 3600.0 * hours, why),
+            fmt::format("There are {:.0f} s of background; at least 60 s are needed, better hours.", 3600.0 * hours),
             "Give recordings of other speech and of sounds with --background.");
     }
 }
 
-engine::LanguageModels Train(const LanguageRecordings& recordings, const LanguageRequest& request, Progress* progress)
+engine::LanguageOptions OptionsOf(const LanguageRequest& request, Progress* progress)
 {
     engine::LanguageOptions options;
     options.falseAlarmsPerHour = request.falseAlarmsPerHour;
@@ -132,10 +138,14 @@ engine::LanguageModels Train(const LanguageRecordings& recordings, const Languag
     options.progress = [progress](double share) {
         return progress->Continue(share);
     };
-    progress->Begin("Learning the phrase");
+    return options;
+}
+
+engine::LanguageModels Train(const engine::LanguageMaterial& material, const engine::LanguageOptions& options)
+{
     try
     {
-        std::optional<engine::LanguageModels> models = engine::TrainLanguage(recordings.material, options);
+        std::optional<engine::LanguageModels> models = engine::TrainLanguage(material, options);
         StopIfInterrupted();
         return std::move(models.value());
     }
@@ -146,145 +156,193 @@ engine::LanguageModels Train(const LanguageRecordings& recordings, const Languag
     }
 }
 
-/// A number and a line end; the shortest text that reads back as the same number.
-std::vector<uint8_t> ThresholdBytes(double threshold)
+std::vector<uint8_t> Bytes(const std::string& text)
 {
-    const std::string text = fmt::format("{}\n", static_cast<float>(threshold));
     return {text.begin(), text.end()};
 }
 
+/// A number and a line end; the shortest text that reads back as the same number.
+std::vector<uint8_t> ThresholdBytes(double threshold)
+{
+    return Bytes(fmt::format("{}\n", static_cast<float>(threshold)));
+}
+
 /// Puts the models in place, then the configuration; all is undone when a step fails.
-void Write(const MadeLanguage& made, const std::filesystem::path& configuration)
+void Write(const engine::LanguageModels& models, const LanguageRequest& request, std::span<const float> take,
+           const ReadBack& readBack, LanguagePlace* place)
 {
-    FileExchange files(made.folder);
-    files.Add(made.entry.keyphraseModel, made.models.keyphraseModel);
-    files.Add(made.entry.acousticModel, made.models.acousticModel);
-    files.Add(made.entry.znormPopulation, made.models.znormPopulation);
-    files.Add(made.entry.firmwareModel, made.models.firmwareModel);
-    files.Add(made.entry.preDefinedThreshold, ThresholdBytes(made.models.preDefinedThreshold));
-    files.Add(made.entry.userDefinedThreshold, ThresholdBytes(made.models.userDefinedThreshold));
-    if (made.edit.constraints == made.folder / "constraints.txt" && !std::filesystem::exists(made.edit.constraints))
+    const std::array contents{models.keyphraseModel,
+                              models.acousticModel,
+                              models.znormPopulation,
+                              models.firmwareModel,
+                              ThresholdBytes(models.preDefinedThreshold),
+                              ThresholdBytes(models.userDefinedThreshold)};
+    for (std::size_t i = 0; i < contents.size(); ++i)
     {
-        files.Add("constraints.txt", {});
+        place->files.Add(place->entry.files[i].second, contents[i]);
     }
-    files.PutInPlace();
-    std::error_code writingFails;
-    std::filesystem::create_directories(WholePath(configuration).parent_path(), writingFails);
-    WriteWhole(configuration, made.edit.text);
-    files.Keep();
+    const std::filesystem::path& constraints = place->edit.constraints;
+    if (constraints == place->folder / "constraints.txt" && !std::filesystem::exists(constraints))
+    {
+        place->files.Add(constraints, {});
+    }
+    place->files.Add(WholePath(request.configuration), Bytes(place->edit.text));
+    place->files.PutInPlace();
+    try
+    {
+        readBack(request, take);
+    }
+    catch (const CommandFailure& failure)
+    {
+        throw CommandFailure(failure.exitCode, fmt::format("The language was learned, but cannot be used: {}", failure.what()),
+                             failure.fix + " All files are as they were.");
+    }
+    place->files.Keep();
 }
 
-std::vector<std::string> Warnings(const MadeLanguage& made, const std::filesystem::path& configuration)
+void AddFiles(const LanguagePlace& place, const LanguageRequest& request, Report* report)
 {
-    std::vector<std::string> warnings = made.models.warnings;
-    for (const std::filesystem::path& path : {made.folder, configuration})
+    report->facts.push_back({"directory", Utf8(place.folder), "folder", Utf8(place.folder)});
+    report->facts.push_back(
+        {"configuration", Utf8(request.configuration), "configuration",
+         fmt::format("{}, language {}", Utf8(request.configuration), place.edit.replaces ? "replaced" : "added")});
+    report->facts.push_back({"replaced", place.edit.replaces});
+    for (const auto& [element, name] : place.entry.files)
     {
-        if (!IsAscii(Utf8(path)))
-        {
-            warnings.push_back(
-                fmt::format("The library may not be able to open {}: its path has letters beyond ASCII.", Utf8(path)));
-        }
+        report->facts.push_back({element, name});
     }
-    return warnings;
 }
 
-std::string ConfidenceText(double alarmsPerHour, const ThresholdConfidence& confidence)
+/// How far the thresholds can be trusted to give the rate that was asked for.
+void AddThresholds(const engine::LanguageModels& models, double alarmsPerHour, Report* report)
 {
-    return fmt::format(
-        "The thresholds rest on {:.2f} h of background. At {:g} false alarms per hour one expects {:.1f} in it; such a "
-        "count leaves the true rate open between {:.2f} and {:.2f} per hour (95 %), for sound like this background. To "
-        "know it to within twice, {:.0f} h are needed.\n",
-        confidence.hours, alarmsPerHour, confidence.expectedAlarms, confidence.rate.least, confidence.rate.most,
-        confidence.hoursForTwice);
+    const double hours = models.backgroundHours;
+    const double expected = alarmsPerHour * hours;
+    const RateInterval rate = RateFromCount(std::lround(expected), hours);
+    const std::vector<Fact> facts{
+        {"preDefinedThreshold", models.preDefinedThreshold, "thresholds",
+         fmt::format("{:g} for everybody, {:g} for a user's own model", models.preDefinedThreshold, models.userDefinedThreshold)},
+        {"userDefinedThreshold", models.userDefinedThreshold},
+        {"falseAlarmsPerHour", alarmsPerHour, "false alarms",
+         fmt::format("aimed at {:g} per hour; the background leaves {:.2f} to {:.2f} open (95 %)", alarmsPerHour, rate.least,
+                     rate.most)},
+        {"expectedFalseAlarms", expected},
+        {"falseAlarmsPerHourLeast", rate.least},
+        {"falseAlarmsPerHourMost", rate.most}};
+    report->facts.insert(report->facts.end(), facts.begin(), facts.end());
+    report->remarks.push_back(
+        {Tone::Note, "Background",
+         fmt::format(
+             "one expects {:.1f} false alarms in {:.2f} h of background, and more for sound unlike it; to know the rate to "
+             "within twice, {:.0f} h are needed",
+             expected, hours, static_cast<double>(CountForTwice) / alarmsPerHour),
+         ""});
 }
 
-std::string Text(const MadeLanguage& made, const LanguageRequest& request, const ThresholdConfidence& confidence,
-                 const Style& style)
+void AddMisses(const HeldOutTakes& takes, double alarmsPerHour, Report* report)
 {
-    std::string text = FieldLine(
-        "learned from", fmt::format("{} takes of {} voices, {:.2f} h of background", made.takes, made.voices, confidence.hours));
-    for (const LeftOutRecording& left : made.leftOut)
-    {
-        text += fmt::format("  {} {}: {}{}\n", style.Bad("left out"), left.file, left.why.text,
-                            left.why.fix.empty() ? "" : ". " + left.why.fix);
-    }
-    for (const std::string& warning : made.warnings)
-    {
-        text += fmt::format("  {} {}\n", style.Bad("warning"), warning);
-    }
-    text += FieldLine("folder", Utf8(made.folder));
-    text += FieldLine("configuration",
-                      fmt::format("{}, language {}", Utf8(request.configuration), made.edit.replaces ? "replaced" : "added"));
-    text += FieldLine("thresholds", fmt::format("{:g} for everybody, {:g} for a user's own model",
-                                                made.models.preDefinedThreshold, made.models.userDefinedThreshold));
-    return text + ConfidenceText(request.falseAlarmsPerHour, confidence);
+    const auto all = std::ssize(takes.scores);
+    const int64_t missed = takes.MissedAt(alarmsPerHour);
+    const RateInterval share = ShareFromCount(missed, all);
+    const std::vector<Fact> facts{
+        {"missed", missed, "misses",
+         fmt::format("{} of {} of {} that were not learned from; that leaves {:.1f} % to {:.1f} % open (95 %)", missed,
+                     Counted(takes.scores.size(), "take"), Counted(takes.voices, "voice"), 100.0 * share.least,
+                     100.0 * share.most)},
+        {"heldOutTakes", all},
+        {"heldOutVoices", takes.voices},
+        {"missShareLeast", share.least},
+        {"missShareMost", share.most}};
+    report->facts.insert(report->facts.end(), facts.begin(), facts.end());
+    report->remarks.push_back({Tone::Note, "Misses",
+                               "the misses are those of a second, shorter training without these voices, in quiet; the language "
+                               "has learned from all voices and should do no worse",
+                               ""});
+    report->chart = MissChart(takes, alarmsPerHour);
 }
 
-Json LeftOutJson(const std::vector<LeftOutRecording>& leftOut)
+/// The engine's sentence as a remark.
+Remark WarningOf(std::string sentence)
 {
-    Json all = Json::array();
-    for (const LeftOutRecording& left : leftOut)
-    {
-        all.push_back({{"file", left.file}, {"code", left.why.code}, {"reason", left.why.text}, {"fix", left.why.fix}});
-    }
-    return all;
+    sentence.front() = static_cast<char>(std::tolower(static_cast<unsigned char>(sentence.front())));
+    sentence.resize(sentence.find_last_not_of('.') + 1);
+    return {Tone::Warning, "Material", sentence, ""};
 }
 
-Json Result(const MadeLanguage& made, const LanguageRequest& request, const ThresholdConfidence& confidence)
+/// @param material  is used up
+void EstimateMisses(LanguageRecordings&& recordings, const LanguageRequest& request, Context& context, Report* report)
 {
-    const LanguageEntry& entry = made.entry;
-    return {{"language", entry.id},
-            {"name", LanguageName(entry.id)},
-            {"configuration", Utf8(request.configuration)},
-            {"replaced", made.edit.replaces},
-            {"directory", Utf8(made.folder)},
-            {"files",
-             {{"keyphraseModel", entry.keyphraseModel},
-              {"acousticModel", entry.acousticModel},
-              {"znormPopulation", entry.znormPopulation},
-              {"fwBlob", entry.firmwareModel},
-              {"preDefinedKpdSensitivity", entry.preDefinedThreshold},
-              {"userDefinedKpdSensitivity", entry.userDefinedThreshold}}},
-            {"takes", made.takes},
-            {"voices", made.voices},
-            {"leftOut", LeftOutJson(made.leftOut)},
-            {"warnings", made.warnings},
-            {"preDefinedThreshold", made.models.preDefinedThreshold},
-            {"userDefinedThreshold", made.models.userDefinedThreshold},
-            {"falseAlarmsPerHour", request.falseAlarmsPerHour},
-            {"backgroundHours", confidence.hours},
-            {"expectedFalseAlarms", confidence.expectedAlarms},
-            {"falseAlarmsPerHour95", {{"least", confidence.rate.least}, {"most", confidence.rate.most}}}};
+    if (request.noEstimate)
+    {
+        return;
+    }
+    if (recordings.Voices() < LeastVoicesForEstimate)
+    {
+        report->remarks.push_back({Tone::Note, "NoEstimate",
+                                   fmt::format("the misses are not estimated: that takes {} voices", LeastVoicesForEstimate),
+                                   "Record more voices."});
+        return;
+    }
+    context.progress.Begin("Estimating the misses");
+    const auto takes = ScoreHeldOut(std::move(recordings.material), OptionsOf(request, &context.progress));
+    StopIfInterrupted();
+    if (takes)
+    {
+        AddMisses(*takes, request.falseAlarmsPerHour, report);
+    }
+}
+
+void LearnAndWrite(LanguageRecordings&& recordings, const LanguageRequest& request, Context& context, const ReadBack& readBack,
+                   Report* report)
+{
+    CheckMaterial(recordings, request);
+    context.progress.Begin("Learning the phrase");
+    const engine::LanguageModels models = Train(recordings.material, OptionsOf(request, &context.progress));
+    const std::size_t takes = recordings.material.takes.size();
+    const std::size_t voices = recordings.Voices();
+    report->facts = {{"language", request.language},
+                     {"name", LanguageName(request.language)},
+                     {"takes", takes, "learned from",
+                      fmt::format("{} of {}, {:.2f} h of background", Counted(takes, "take"), Counted(voices, "voice"),
+                                  models.backgroundHours)},
+                     {"voices", voices},
+                     {"backgroundHours", models.backgroundHours}};
+    std::ranges::transform(models.warnings, std::back_inserter(report->remarks), WarningOf);
+    AddThresholds(models, request.falseAlarmsPerHour, report);
+    const std::vector<float> take = recordings.material.takes.front().samples;
+    EstimateMisses(std::move(recordings), request, context, report);
+    LanguagePlace place(request);
+    Write(models, request, take, readBack, &place);
+    AddFiles(place, request, report);
+    report->verdict =
+        fmt::format("Language {} is learned and stands in {}.", LanguageText(request.language), Utf8(request.configuration));
 }
 
 } // namespace
 
-Outcome MakeLanguage(const LanguageRequest& request, Context& context)
+Report MakeLanguage(const LanguageRequest& request, Context& context, const ReadBack& readBack)
 {
-    MadeLanguage made;
-    made.folder = WholePath(request.folder);
-    made.entry = EntryOf(request);
-    made.edit = AddLanguage(request.configuration, made.folder, made.entry, request.replace);
-    CheckNoFileIsLost(made, request.replace);
-    CheckWritable(made.folder);
-    CheckWritable(WholePath(request.configuration).parent_path());
-
-    LanguageRecordings recordings = ReadLanguageRecordings(request.takes, request.background, &context.progress);
-    CheckMaterial(recordings, request);
-    made.models = Train(recordings, request, &context.progress);
-    made.takes = recordings.material.takes.size();
-    made.voices = recordings.Voices();
-    made.leftOut = std::move(recordings.leftOut);
-    made.warnings = Warnings(made, request.configuration);
-    Write(made, request.configuration);
-
-    const ThresholdConfidence confidence(request.falseAlarmsPerHour, made.models.backgroundHours);
-    Outcome outcome;
-    outcome.verdict =
-        fmt::format("Language {} is learned and stands in {}.", LanguageText(request.language), Utf8(request.configuration));
-    outcome.text = Text(made, request, confidence, context.style);
-    outcome.results.Add(Result(made, request, confidence));
-    return outcome;
+    const LanguageFiles files = FindLanguageFiles(request.takes, request.background);
+    RefusePlaces(request, files, context);
+    // Minutes of training would be lost otherwise.
+    std::make_unique<LanguagePlace>(request).reset();
+    LanguageRecordings recordings = ReadLanguageRecordings(files, &context.progress);
+    Report report;
+    report.results = std::move(recordings.leftOut);
+    report.remarks = std::move(recordings.oddities);
+    try
+    {
+        LearnAndWrite(std::move(recordings), request, context, readBack, &report);
+    }
+    catch (const CommandFailure& failure)
+    {
+        if (failure.exitCode == ExitCode::Interrupted)
+        {
+            throw;
+        }
+        return Failed(std::move(report), failure);
+    }
+    return report;
 }
 
 } // namespace velox::console

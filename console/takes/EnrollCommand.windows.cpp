@@ -58,14 +58,128 @@ public:
     }
 
 private:
-    Report Enroll();
-    bool MayTrain() const;
-    void Train();
-    void NameLeftOutTakes(const Answer& answer);
-    void ReadModelBack();
-    Report Conclude(const std::string& verdict) const;
-    Report ConcludeTrained() const;
-    std::optional<std::size_t> CountHeard() const;
+    Report Enroll()
+    {
+        verifier.Verify(context.progress, &takes);
+        comparison = CompareTakes(takes, verifier.models);
+        if (!MayTrain())
+        {
+            return Conclude("");
+        }
+        Train();
+        ReadModelBack();
+        WriteWhole(PathFromUtf8(options.model), model);
+        return ConcludeTrained();
+    }
+
+    bool MayTrain() const
+    {
+        const std::size_t accepted = NumbersOf(takes, true).size();
+        return options.skipRefused ? accepted > 0 : accepted == takes.size();
+    }
+
+    /// @throws CommandFailure when there is no model
+    void Train()
+    {
+        StopIfInterrupted();
+        context.progress.Begin("Training");
+        std::vector<std::span<const float>> recordings;
+        for (const std::size_t take : NumbersOf(takes, true))
+        {
+            recordings.emplace_back(takes[take].audio.samples);
+        }
+        if (recordings.size() == 1)
+        {
+            comparison.remarks.push_back({Tone::Note, "OneTake", "one take alone: the model learns one way of saying the phrase",
+                                          "Three takes and more are best."});
+        }
+        const Answer answer = verifier.detector.Train(stream.get(), verifier.language, recordings);
+        NameLeftOutTakes(answer);
+        if (!answer.Succeeded())
+        {
+            throw ExplainFailure("Training", answer.result, answer.lines);
+        }
+        model = Content(stream.get());
+    }
+
+    /// The library goes on without a take that the engine refuses: nobody would know.
+    void NameLeftOutTakes(const Answer& answer)
+    {
+        const std::vector<LeftOutTake> leftOutTakes = FindLeftOutTakes(answer.lines);
+        if (!answer.Succeeded() && !leftOutTakes.empty())
+        {
+            comparison.again.clear(); // those that made it fail are named alone
+        }
+        for (const LeftOutTake& leftOut : leftOutTakes)
+        {
+            const std::size_t take = NumbersOf(takes, true).at(leftOut.index);
+            takes[take].remarks.push_back(
+                {Tone::Warning, "LeftOut",
+                 "left out of the training: the engine reports " + EngineStatusText(leftOut.engineStatus),
+                 "Record it again, as clearly as the others."});
+            comparison.again.push_back(take);
+        }
+    }
+
+    /// A model that the library cannot arm with must not replace one that it can.
+    void ReadModelBack()
+    {
+        const ArmingAnswer answer = verifier.detector.Arm(stream.get(), verifier.language);
+        if (!answer.Succeeded())
+        {
+            throw ExplainFailure("Arming with the new model", answer.result, answer.lines);
+        }
+        if (std::ranges::find(answer.lines, "[BuildArmingPatternData] Using user model.", &LoggedLine::message) ==
+            answer.lines.end())
+        {
+            throw CommandFailure(ExitCode::LibraryFailure, "The library does not take the new model for a user's.",
+                                 "Is the VeloxWovSDK.dll beside the program the right one?");
+        }
+    }
+
+    /// All that was found.
+    /// @param verdict  what became of the model; empty when none was to be made of these takes
+    Report Conclude(const std::string& verdict) const
+    {
+        Report report = VerificationReport(takes);
+        report.verdict = verdict.empty() ? report.verdict + " No model was made." : verdict;
+        report.remarks = comparison.remarks;
+        for (const Remark& remark : report.remarks)
+        {
+            report.verdict += " Note: " + remark.text + ".";
+        }
+        return report;
+    }
+
+    Report ConcludeTrained() const
+    {
+        const std::size_t used = NumbersOf(takes, true).size();
+        Report report = Conclude(fmt::format("Enrolled: {} of {} from {}.{}{}", options.model, LanguageText(verifier.language),
+                                             Counted(used, "take"), Names(" Refused and left out: ", NumbersOf(takes, false)),
+                                             Names(" Better to record again: ", comparison.again)));
+        report.exitCode = ExitCode::Success;
+        report.facts.push_back({"model", options.model, "model", options.model});
+        report.facts.push_back({"bytes", model.size(), "size", Counted(model.size(), "byte")});
+        report.facts.push_back({"takes", used, "takes", std::to_string(used)});
+        const std::optional<std::size_t> heard = CountHeard();
+        report.facts.push_back({"takesHeard", heard, "hears", heard ? fmt::format("{} of the {} takes", *heard, used) : ""});
+        return report;
+    }
+
+    /// How many of the takes the new model would have heard; nothing for a model of another engine.
+    std::optional<std::size_t> CountHeard() const
+    {
+        const std::optional<double> threshold = ReadThreshold(verifier.configured.userDefinedThreshold);
+        engine::PhraseModel made;
+        if (!threshold || !ReadWholePhraseModel(model, &made))
+        {
+            return std::nullopt;
+        }
+        return static_cast<std::size_t>(std::ranges::count_if(takes, [&](const Take& take) {
+            const auto phrase = take.accepted ? engine::ReviewTake(&made, take.audio.samples).phrase : std::nullopt;
+            return phrase && static_cast<double>(phrase->score) > *threshold;
+        }));
+    }
 
     /// Nothing without a take to name.
     std::string Names(const std::string& before, std::vector<std::size_t> numbers) const
@@ -81,127 +195,6 @@ private:
     ComPointer<IStream> stream = EmptyStream();
     std::vector<uint8_t> model;
 };
-
-Report EnrollmentRun::Enroll()
-{
-    verifier.Verify(context.progress, &takes);
-    comparison = CompareTakes(takes, verifier.Models());
-    if (!MayTrain())
-    {
-        return Conclude("");
-    }
-    Train();
-    ReadModelBack();
-    WriteWhole(PathFromUtf8(options.model), model);
-    return ConcludeTrained();
-}
-
-bool EnrollmentRun::MayTrain() const
-{
-    const std::size_t accepted = NumbersOf(takes, true).size();
-    return options.skipRefused ? accepted > 0 : accepted == takes.size();
-}
-
-/// @throws CommandFailure when there is no model
-void EnrollmentRun::Train()
-{
-    StopIfInterrupted();
-    context.progress.Begin("Training");
-    std::vector<std::span<const float>> recordings;
-    for (const std::size_t take : NumbersOf(takes, true))
-    {
-        recordings.emplace_back(takes[take].audio.samples);
-    }
-    if (recordings.size() == 1)
-    {
-        comparison.remarks.push_back({Tone::Note, "OneTake", "one take alone: the model learns one way of saying the phrase",
-                                      "Three takes and more are best."});
-    }
-    const Answer answer = verifier.Adapter().Train(stream.get(), verifier.Language(), recordings);
-    NameLeftOutTakes(answer);
-    if (!answer.Succeeded())
-    {
-        throw ExplainFailure("Training", answer.result, answer.lines);
-    }
-    model = Content(stream.get());
-}
-
-/// The library goes on without a take that the engine refuses: nobody would know.
-void EnrollmentRun::NameLeftOutTakes(const Answer& answer)
-{
-    const std::vector<LeftOutTake> leftOutTakes = FindLeftOutTakes(answer.lines);
-    if (!answer.Succeeded() && !leftOutTakes.empty())
-    {
-        comparison.again.clear(); // those that made it fail are named alone
-    }
-    for (const LeftOutTake& leftOut : leftOutTakes)
-    {
-        const std::size_t take = NumbersOf(takes, true).at(leftOut.index);
-        takes[take].remarks.push_back({Tone::Warning, "LeftOut",
-                                       "left out of the training: the engine reports " + EngineStatusText(leftOut.engineStatus),
-                                       "Record it again, as clearly as the others."});
-        comparison.again.push_back(take);
-    }
-}
-
-/// A model that the library cannot arm with must not replace one that it can.
-void EnrollmentRun::ReadModelBack()
-{
-    const ArmingAnswer answer = verifier.Adapter().Arm(stream.get(), verifier.Language());
-    if (!answer.Succeeded())
-    {
-        throw ExplainFailure("Arming with the new model", answer.result, answer.lines);
-    }
-    if (std::ranges::find(answer.lines, "[BuildArmingPatternData] Using user model.", &LoggedLine::message) == answer.lines.end())
-    {
-        throw CommandFailure(ExitCode::LibraryFailure, "The library does not take the new model for a user's.",
-                             "Is the VeloxWovSDK.dll beside the program the right one?");
-    }
-}
-
-/// All that was found.
-/// @param verdict  what became of the model; empty when none was to be made of these takes
-Report EnrollmentRun::Conclude(const std::string& verdict) const
-{
-    Report report = VerificationReport(takes);
-    report.verdict = verdict.empty() ? report.verdict + " No model was made." : verdict;
-    report.remarks = comparison.remarks;
-    for (const Remark& remark : report.remarks)
-    {
-        report.verdict += " Note: " + remark.text + ".";
-    }
-    return report;
-}
-
-Report EnrollmentRun::ConcludeTrained() const
-{
-    const std::size_t used = NumbersOf(takes, true).size();
-    Report report = Conclude(fmt::format("Enrolled: {} of {} from {}.{}{}", options.model, LanguageText(verifier.Language()),
-                                         Counted(used, "take"), Names(" Refused and left out: ", NumbersOf(takes, false)),
-                                         Names(" Better to record again: ", comparison.again)));
-    report.exitCode = ExitCode::Success;
-    report.facts.push_back({"model", options.model, "model", options.model});
-    report.facts.push_back({"bytes", model.size(), "size", Counted(model.size(), "byte")});
-    report.facts.push_back({"takes", used, "takes", std::to_string(used)});
-    const std::optional<std::size_t> heard = CountHeard();
-    report.facts.push_back({"takesHeard", heard, "hears", heard ? fmt::format("{} of the {} takes", *heard, used) : ""});
-    return report;
-}
-
-/// How many of the takes the new model would have heard; nothing for a model of another engine.
-std::optional<std::size_t> EnrollmentRun::CountHeard() const
-{
-    const std::optional<double> threshold = ReadThreshold(verifier.Configured().userDefinedThreshold);
-    engine::PhraseModel made;
-    if (!threshold || !ReadWholePhraseModel(model, &made))
-    {
-        return std::nullopt;
-    }
-    return static_cast<std::size_t>(std::ranges::count_if(takes, [&](const Take& take) {
-        const auto phrase = take.accepted ? engine::ReviewTake(&made, take.audio.samples).phrase : std::nullopt;
-        return phrase && static_cast<double>(phrase->score) > *threshold;
-    }));
-}
 
 } // namespace
 

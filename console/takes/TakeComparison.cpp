@@ -168,7 +168,8 @@ private:
     void NameVoice(std::size_t take, float likeness, float least)
     {
         Name(take, "UnlikeInVoice",
-             fmt::format("unlike the others in voice: likeness {:.1f}, at least {:.1f} is one voice", likeness, least),
+             fmt::format("unlike the others in voice: likeness to each {:.1f} in the mean, at least {:.1f} is one voice",
+                         likeness, least),
              "Is it the same person, at the same distance? Record it again.");
     }
 

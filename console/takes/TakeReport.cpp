@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -33,14 +34,41 @@ std::string StretchText(int64_t begin, int64_t end)
     return PlaceText(Seconds(begin), Seconds(end));
 }
 
-std::string NotFoundText(const TakeReview& review)
+std::string WhereNotFound(const TakeReview& review)
 {
     const std::string where =
         HasSpeech(review) ? "in the speech from " + StretchText(review.speechBegin, review.speechEnd) : "in the recording";
     const std::string score =
         review.bestScore > engine::ScoreScale::Least ? fmt::format("; nothing scores above {:.0f}", review.bestScore) : "";
-    return "the key phrase is not found " + where + score;
+    return where + score;
 }
+
+/// What a review may find fault with; WhyUseless fills the names in.
+struct Fault
+{
+    Status status;
+    const char* code;
+    const char* text;
+    const char* fix;
+};
+constexpr std::array Faults{
+    Fault{Status::UtteranceTooShort, "UtteranceTooShort", "too short: {seconds:.2f} s cannot hold the key phrase",
+          "Record the whole phrase, with half a second before and after it."},
+    Fault{Status::NoSpeech, "NoSpeech", "no speech in {seconds:.2f} s", "Is the right microphone chosen, and is it switched on?"},
+    Fault{Status::TooQuiet, "TooQuiet", "too quiet: the speech has {level:.0f} dB, at least {least:.0f} dB are needed",
+          "Come closer to the microphone, or raise the recording level."},
+    Fault{Status::Clipped, "Clipped", "clipped: {clipped} samples are at full scale, the first at {first:.2f} s",
+          "Lower the recording level, or step back from the microphone."},
+    Fault{Status::CutAtStart, "CutAtStart",
+          "cut at the start: speech is under way when the recording begins, and the key phrase is not whole",
+          "Start recording half a second before speaking."},
+    Fault{Status::CutAtEnd, "CutAtEnd",
+          "cut at the end: speech is still under way at {seconds:.2f} s, and the key phrase is not whole",
+          "Stop recording half a second after speaking."},
+    Fault{Status::TwoPhrases, "TwoPhrases", "the phrase seems to be said more than once", "Say it once in each recording."},
+    Fault{Status::PhraseNotFound, "PhraseNotFound", "the key phrase is not found {where}",
+          "Say the phrase as it was agreed on, in one go."},
+};
 
 /// The number behind a piece of the last line that has it.
 std::optional<double> NumberBehind(std::span<const LoggedLine> lines, std::string_view piece)
@@ -243,43 +271,17 @@ Take UnreadableTake(const std::string& file, const CommandFailure& failure)
 
 std::optional<Remark> WhyUseless(const TakeReview& review, double seconds)
 {
-    const auto because = [](const char* code, std::string text, const char* fix) {
-        return Remark{Tone::Bad, code, std::move(text), fix};
-    };
-    switch (review.status)
+    const auto fault = std::ranges::find(Faults, review.status, &Fault::status);
+    if (fault == Faults.end())
     {
-    case Status::UtteranceTooShort:
-        return because("UtteranceTooShort", fmt::format("too short: {:.2f} s cannot hold the key phrase", seconds),
-                       "Record the whole phrase, with half a second before and after it.");
-    case Status::NoSpeech:
-        return because("NoSpeech", fmt::format("no speech in {:.2f} s", seconds),
-                       "Is the right microphone chosen, and is it switched on?");
-    case Status::TooQuiet:
-        return because(
-            "TooQuiet",
-            fmt::format("too quiet: the speech has {:.0f} dB, at least {:.0f} dB are needed", review.level, engine::QuietLevel),
-            "Come closer to the microphone, or raise the recording level.");
-    case Status::Clipped:
-        return because("Clipped",
-                       fmt::format("clipped: {} samples are at full scale, the first at {:.2f} s", review.clippedSamples,
-                                   Seconds(static_cast<int64_t>(review.firstClipped.value_or(0)))),
-                       "Lower the recording level, or step back from the microphone.");
-    case Status::CutAtStart:
-        return because("CutAtStart",
-                       "cut at the start: speech is under way when the recording begins, and the key phrase is not whole",
-                       "Start recording half a second before speaking.");
-    case Status::CutAtEnd:
-        return because(
-            "CutAtEnd",
-            fmt::format("cut at the end: speech is still under way at {:.2f} s, and the key phrase is not whole", seconds),
-            "Stop recording half a second after speaking.");
-    case Status::TwoPhrases:
-        return because("TwoPhrases", "the phrase seems to be said more than once", "Say it once in each recording.");
-    case Status::PhraseNotFound:
-        return because("PhraseNotFound", NotFoundText(review), "Say the phrase as it was agreed on, in one go.");
-    default:
         return std::nullopt;
     }
+    const double firstClipped = Seconds(static_cast<int64_t>(review.firstClipped.value_or(0)));
+    return Remark{Tone::Bad, fault->code,
+                  fmt::format(fmt::runtime(fault->text), fmt::arg("seconds", seconds), fmt::arg("level", review.level),
+                              fmt::arg("least", engine::QuietLevel), fmt::arg("clipped", review.clippedSamples),
+                              fmt::arg("first", firstClipped), fmt::arg("where", WhereNotFound(review))),
+                  fault->fix};
 }
 
 Remark UnreadableRemark(const std::string& file, const CommandFailure& failure)

@@ -33,35 +33,16 @@ public:
     /// @throws CommandFailure
     void Verify(Progress& progress, std::vector<Take>* takes);
 
-    uint16_t Language() const
-    {
-        return language;
-    }
-
-    const StandInModels& Models() const
-    {
-        return models;
-    }
-
-    const ConfiguredLanguage& Configured() const
-    {
-        return configured;
-    }
-
-    Detector& Adapter()
-    {
-        return detector;
-    }
+    const std::vector<std::string> files;
+    const uint16_t language;
+    const ConfiguredLanguage configured;
+    const StandInModels models;
+    Detector detector;
 
 private:
     Take VerifyFile(const std::string& file);
 
-    std::vector<std::string> files;
-    uint16_t language;
-    ConfiguredLanguage configured;
-    StandInModels models;
     std::optional<double> threshold;
-    Detector detector;
 };
 
 } // namespace velox::console

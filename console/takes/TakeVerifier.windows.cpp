@@ -57,7 +57,7 @@ void AddTakeOptions(CLI::App* command, Commands& commands, const char* filesHelp
 TakeVerifier::TakeVerifier(const TakeOptions& options, const Context& context, std::span<const Output> outputs)
     : files(FindTakes(options, context, outputs)), language(ParseLanguage(options.language)),
       configured(FindLanguage(options.detector.configuration, language)), models(ReadStandInModels(configured)),
-      threshold(ReadThreshold(configured.preDefinedThreshold)), detector(options.detector, context.log)
+      detector(options.detector, context.log), threshold(ReadThreshold(configured.preDefinedThreshold))
 {
 }
 

@@ -45,25 +45,23 @@ TEST(Finding, PlaceEffectAndFixAreTold)
     EXPECT_EQ(error.facts[1].value, Value(3));
     EXPECT_EQ(error.facts[2].value, Value("verification 1033, training 1033"));
     ASSERT_EQ(error.remarks.size(), 1U);
-    EXPECT_EQ(error.remarks[0].text, "Verification and training fail.");
+    EXPECT_EQ(error.remarks[0].text, "Fails: verification 1033, training 1033.");
     EXPECT_EQ(error.remarks[0].fix, "Add it.");
     EXPECT_EQ(report.results[1].remarks[0].text, "It is ignored.");
     EXPECT_EQ(OfOne({}).results[0].facts[1].value, Value()) << "no line";
 }
 
-TEST(Finding, FailuresAreASentenceWithEachOperationOnce)
+TEST(Finding, WhatFailsFollowsTheEffect)
 {
     using enum Operation;
-    const auto sentence = [](std::vector<Failure> failures) {
-        return OfOne(std::move(failures), "Why.").results[0].remarks[0].text;
+    const auto remark = [](std::vector<Failure> failures, std::string effect) {
+        return OfOne(std::move(failures), std::move(effect)).results[0].remarks[0].text;
     };
-    EXPECT_EQ(sentence({}), "Why.");
-    EXPECT_EQ(sentence(FailuresOf({Arming}, 1033)), "Why. Arming fails.");
-    EXPECT_EQ(sentence(FailuresOf({Capabilities}, {})), "Why. Capabilities fail.");
-    EXPECT_EQ(sentence(FailuresOf({Verification, Training, Arming}, {})), "Why. Verification, training and arming fail.");
-    EXPECT_EQ(sentence({{Arming, 1033}, {Arming, 1040}}), "Why. Arming fails.");
-    EXPECT_EQ(OfOne(EveryOperation(), "Nothing works: every operation fails.").results[0].remarks[0].text,
-              "Nothing works: every operation fails.");
+    EXPECT_EQ(remark({}, "Why."), "Why.");
+    EXPECT_EQ(remark(FailuresOf({Arming}, 1033), "Why."), "Why. Fails: arming 1033.");
+    EXPECT_EQ(remark(FailuresOf({Capabilities, Arming}, {}), ""), "Fails: capabilities, arming.");
+    EXPECT_EQ(remark({{Arming, 1033}, {Arming, 1040}}, ""), "Fails: arming 1033, arming 1040.");
+    EXPECT_EQ(remark(EveryOperation(), "Nothing works: every operation fails."), "Nothing works: every operation fails.");
 }
 
 TEST(Finding, VerdictCountsAndNamesWhatFails)

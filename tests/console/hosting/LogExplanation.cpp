@@ -86,3 +86,15 @@ TEST(LogExplanation, FindsTheTakesThatTheEngineLeftOut)
     EXPECT_EQ(takes[0].engineStatus, 124U);
     EXPECT_THAT(FindLeftOutTakes(Lines{}), SizeIs(0));
 }
+
+TEST(LogExplanation, TakesThatDisagreeAreToldWithWhatToDo)
+{
+    const auto fails = [](uint32_t status) {
+        const Lines lines{{2, 1, "[TrainModel] Failed to finalize enrollment.", std::nullopt, status}};
+        return ExplainFailure("Training", Fail, lines);
+    };
+    EXPECT_THAT(fails(125).what(), HasSubstr("Training failed: a take is not like the others, or far louder or quieter"));
+    EXPECT_THAT(fails(125).fix, HasSubstr("one person, at one distance"));
+    EXPECT_THAT(fails(129).what(), HasSubstr("the engine can use none of the takes"));
+    EXPECT_THAT(fails(117).what(), HasSubstr("the engine made no model of the takes"));
+}

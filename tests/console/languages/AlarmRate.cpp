@@ -37,3 +37,23 @@ TEST(AlarmRate, EightIsTheLeastCountThatTellsTheRateToWithinTwice)
     EXPECT_LE(ratio(CountForTwice), 2.0);
     EXPECT_GT(ratio(CountForTwice - 1), 2.0);
 }
+
+TEST(AlarmRate, SharesHaveTheExactInterval)
+{
+    const struct
+    {
+        int64_t count;
+        int64_t of;
+        double least;
+        double most;
+    } cases[]{{0, 10, 0.0, 0.3085},    {10, 10, 0.6915, 1.0},   {1, 10, 0.0025, 0.4450},
+              {5, 10, 0.1871, 0.8129}, {3, 35, 0.0180, 0.2306}, {1, 1, 0.0250, 1.0}};
+    for (const auto& own : cases)
+    {
+        SCOPED_TRACE(own.count);
+        const RateInterval share = ShareFromCount(own.count, own.of);
+        EXPECT_NEAR(share.least, own.least, 0.0001);
+        EXPECT_NEAR(share.most, own.most, 0.0001);
+    }
+    EXPECT_NEAR(ShareFromCount(5'000, 10'000).most, 0.5098, 0.0002);
+}

@@ -39,7 +39,14 @@ protected:
 
     static LanguageEntry Entry()
     {
-        return {1033, std::nullopt, "kp.bin", "am.bin", "zn.bin", "fw.bin", "pre.txt", "user.txt"};
+        return {1033,
+                std::nullopt,
+                {{"keyphraseModel", "kp.bin"},
+                 {"acousticModel", "am.bin"},
+                 {"znormPopulation", "zn.bin"},
+                 {"fwBlob", "fw.bin"},
+                 {"preDefinedKpdSensitivity", "pre.txt"},
+                 {"userDefinedKpdSensitivity", "user.txt"}}};
     }
 
     std::string Edited(bool replace = false) const
@@ -150,8 +157,9 @@ TEST_F(ConfigurationEdit, AMalformedConfigurationIsLeftAlone)
     {
         std::string text;
         std::string error;
-    } cases[]{
-        {"<a>\n<b></a>", "line 2: XML_ERROR_MISMATCHED_ELEMENT"}, {"", "XML_ERROR_EMPTY_DOCUMENT"}, {"<!-- -->", "XML_SUCCESS"}};
+    } cases[]{{"<a>\n<b></a>", "line 2 cannot be used: An element is closed by another's name"},
+              {"", "The file has no content"},
+              {"<!-- -->", "There is no element in the file"}};
     for (const auto& own : cases)
     {
         SCOPED_TRACE(own.text);

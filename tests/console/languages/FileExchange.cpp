@@ -15,9 +15,9 @@ namespace
 
 using namespace velox::console;
 
-std::span<const uint8_t> Bytes(std::string_view text)
+std::vector<uint8_t> Bytes(std::string_view text)
 {
-    return {reinterpret_cast<const uint8_t*>(text.data()), text.size()};
+    return {text.begin(), text.end()};
 }
 
 class FileExchange : public testing::Test
@@ -71,67 +71,120 @@ TEST_F(FileExchange, WhatIsNotKeptIsUndone)
 TEST_F(FileExchange, AFailureInTheMiddleIsUndone)
 {
     WriteWholeFile(Utf8(Path("a")), "old");
+    // In the way of what is written beside b.
+    std::filesystem::create_directory(Path("b.velox-kws-new"));
+    WriteWholeFile(Utf8(Path("b.velox-kws-new/file")), "content");
     {
         velox::console::FileExchange exchange(Path());
         exchange.Add("a", Bytes("new"));
         exchange.Add("b", Bytes("more"));
-        std::filesystem::remove(Path(".velox-kws-new") / "b");
-        try
-        {
-            exchange.PutInPlace();
-            ADD_FAILURE();
-        }
-        catch (const CommandFailure& failure)
-        {
-            EXPECT_EQ(failure.exitCode, ExitCode::WriteFailed);
-        }
+        EXPECT_THROW(exchange.PutInPlace(), CommandFailure);
+        EXPECT_EQ(Content("a"), "new");
+    }
+    EXPECT_EQ(Content("a"), "old");
+    EXPECT_EQ(Entries(), 2);
+}
+
+TEST_F(FileExchange, AFileElsewhereBelongsToItByItsWholePath)
+{
+    WriteWholeFile(Utf8(Path("config")), "old");
+    {
+        velox::console::FileExchange exchange(Path("models"));
+        exchange.Add("a", Bytes("new"));
+        exchange.Add(Path("config"), Bytes("new"));
+        exchange.PutInPlace();
+        EXPECT_EQ(Content("config"), "new");
+    }
+    EXPECT_EQ(Content("config"), "old");
+    EXPECT_EQ(Entries(), 1);
+}
+
+TEST_F(FileExchange, WhatWasNeverPutInPlaceTouchesNothing)
+{
+    WriteWholeFile(Utf8(Path("a")), "old");
+    {
+        velox::console::FileExchange exchange(Path());
+        exchange.Add("a", Bytes("new"));
     }
     EXPECT_EQ(Content("a"), "old");
     EXPECT_EQ(Entries(), 1);
 }
 
-TEST_F(FileExchange, FoldersThatWereMadeVanishUnlessTheyAreKept)
+TEST_F(FileExchange, FoldersThatWereMadeVanishUnlessAFileIsKept)
 {
     {
-        const velox::console::FileExchange exchange(Path("x/y"));
-        EXPECT_TRUE(std::filesystem::exists(Path("x/y")));
+        velox::console::FileExchange exchange(Path("x/y"));
+        exchange.Add("a", Bytes("new"));
+        exchange.PutInPlace();
+        EXPECT_TRUE(std::filesystem::exists(Path("x/y/a")));
     }
     EXPECT_EQ(Entries(), 0);
-    velox::console::FileExchange kept(Path("x/y"));
-    kept.Keep();
-    EXPECT_TRUE(std::filesystem::is_empty(Path("x/y")));
-}
-
-TEST_F(FileExchange, AFileInTheFoldersPlaceIsAFailure)
-{
-    WriteWholeFile(Utf8(Path("file")), "content");
-    for (const std::string name : {"file", "file/below"})
     {
-        SCOPED_TRACE(name);
-        EXPECT_THROW(velox::console::FileExchange(Path(name)), CommandFailure);
+        velox::console::FileExchange kept(Path("x/y"));
+        kept.Add("a", Bytes("new"));
+        kept.PutInPlace();
+        kept.Keep();
     }
-    EXPECT_EQ(Content("file"), "content");
+    EXPECT_EQ(Content("x/y/a"), "new");
 }
 
 TEST_F(FileExchange, InterruptedItLeavesNothing)
 {
     {
         velox::console::FileExchange exchange(Path("x"));
+        exchange.Add("a", Bytes("new"));
         RequestInterruption();
-        EXPECT_THROW(exchange.Add("a", Bytes("new")), CommandFailure);
+        EXPECT_THROW(exchange.PutInPlace(), CommandFailure);
     }
     ForgetInterruption();
     EXPECT_EQ(Entries(), 0);
 }
 
-TEST_F(FileExchange, WhatAKilledRunLeftIsClearedAway)
+TEST_F(FileExchange, InterruptedWhenAllIsPlacedItComesBack)
 {
-    std::filesystem::create_directories(Path(".velox-kws-new"));
-    WriteWholeFile(Utf8(Path(".velox-kws-new/half")), "x");
-    velox::console::FileExchange exchange(Path());
-    exchange.PutInPlace();
-    exchange.Keep();
-    EXPECT_EQ(Entries(), 0);
+    WriteWholeFile(Utf8(Path("a")), "old");
+    {
+        velox::console::FileExchange exchange(Path());
+        exchange.Add("a", Bytes("new"));
+        exchange.PutInPlace();
+        RequestInterruption();
+    }
+    ForgetInterruption();
+    EXPECT_EQ(Content("a"), "old");
+    EXPECT_EQ(Entries(), 1);
+}
+
+TEST_F(FileExchange, ARunThatWasKilledBetweenTwoFilesIsUndoneByTheNextEvenIfThatFails)
+{
+    WriteWholeFile(Utf8(Path("a")), "new");
+    WriteWholeFile(Utf8(Path("a.velox-kws-old")), "old");
+    WriteWholeFile(Utf8(Path("b")), "old");
+    WriteWholeFile(Utf8(Path("b.velox-kws-old")), "old");
+    WriteWholeFile(Utf8(Path("b.velox-kws-new")), "ne");
+    WriteWholeFile(Utf8(Path("c")), "new");
+    WriteWholeFile(Utf8(Path(".velox-kws-journal")),
+                   "placing\n-" + Utf8(Path("c")) + "\n+" + Utf8(Path("a")) + "\n+" + Utf8(Path("b")) + "\n");
+    {
+        const velox::console::FileExchange exchange(Path());
+    }
+    EXPECT_EQ(Content("a"), "old");
+    EXPECT_EQ(Content("b"), "old");
+    EXPECT_EQ(Entries(), 2);
+}
+
+TEST_F(FileExchange, WhatCannotBeUndoneStaysForTheNext)
+{
+    std::filesystem::create_directories(Path("a/in the way"));
+    WriteWholeFile(Utf8(Path("a.velox-kws-old")), "old");
+    WriteWholeFile(Utf8(Path(".velox-kws-journal")), "placing\n+" + Utf8(Path("a")) + "\n");
+    EXPECT_THROW(const velox::console::FileExchange exchange(Path()), CommandFailure);
+    EXPECT_EQ(Content("a.velox-kws-old"), "old");
+    std::filesystem::remove_all(Path("a"));
+    {
+        const velox::console::FileExchange exchange(Path());
+    }
+    EXPECT_EQ(Content("a"), "old");
+    EXPECT_EQ(Entries(), 1);
 }
 
 } // namespace

@@ -14,6 +14,7 @@
 namespace
 {
 
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::SizeIs;
 using namespace velox::console;
@@ -34,7 +35,7 @@ protected:
     {
         std::filesystem::create_directories(Path("takes"));
         std::filesystem::create_directories(Path("other"));
-        return ReadLanguageRecordings(Path("takes"), {Path("other")}, &progress);
+        return ReadLanguageRecordings(FindLanguageFiles(Path("takes"), {Utf8(Path("other"))}), &progress);
     }
 
     TemporaryFolder folder;
@@ -105,10 +106,12 @@ TEST_F(LanguageRecordings, UselessTakesAreNamedWithReasonAndPlace)
     for (std::size_t i = 0; i < std::size(cases); ++i)
     {
         SCOPED_TRACE(cases[i].file);
-        EXPECT_THAT(read.leftOut[i].file, HasSubstr(cases[i].file));
-        EXPECT_EQ(read.leftOut[i].why.code, cases[i].code);
-        EXPECT_THAT(read.leftOut[i].why.text, HasSubstr(cases[i].reason));
-        EXPECT_NE(read.leftOut[i].why.fix, "");
+        EXPECT_THAT(read.leftOut[i].title, HasSubstr(cases[i].file));
+        EXPECT_EQ(read.leftOut[i].status, "left out");
+        ASSERT_THAT(read.leftOut[i].remarks, SizeIs(1));
+        EXPECT_EQ(read.leftOut[i].remarks[0].code, cases[i].code);
+        EXPECT_THAT(read.leftOut[i].remarks[0].text, HasSubstr(cases[i].reason));
+        EXPECT_NE(read.leftOut[i].remarks[0].fix, "");
     }
 }
 
@@ -119,24 +122,79 @@ TEST_F(LanguageRecordings, TakesThatAreCutTightlyAreKept)
     EXPECT_THAT(Read().material.takes, SizeIs(1));
 }
 
-TEST_F(LanguageRecordings, BackgroundMayBeASingleRecording)
+TEST_F(LanguageRecordings, BackgroundMayBeRecordingsAndPatterns)
 {
-    Record("one.wav", std::vector<float>(16'000, 0.01F));
+    for (const std::string name : {"one.wav", "two-a.wav", "two-b.wav", "three.wav"})
+    {
+        Record(name, std::vector<float>(16'000, 0.01F));
+    }
     std::filesystem::create_directories(Path("takes"));
-    EXPECT_THAT(ReadLanguageRecordings(Path("takes"), {Path("one.wav")}, &progress).material.background, SizeIs(1));
+    const LanguageFiles files = FindLanguageFiles(Path("takes"), {Utf8(Path("one.wav")), Utf8(Path("two-?.wav"))});
+    EXPECT_THAT(files.background, ElementsAre(Path("one.wav"), Path("two-a.wav"), Path("two-b.wav")));
+    EXPECT_THAT(ReadLanguageRecordings(files, &progress).material.background, SizeIs(3));
 }
 
-TEST_F(LanguageRecordings, AFolderThatIsNotThereIsNamed)
+TEST_F(LanguageRecordings, WhatIsNotThereIsNamed)
 {
-    try
+    std::filesystem::create_directories(Path("takes"));
+    const struct
     {
-        ReadLanguageRecordings(Path("missing"), {}, &progress);
-        ADD_FAILURE();
+        std::string takes;
+        std::string background;
+        std::string named;
+    } cases[]{{"missing", "takes", "missing"}, {"takes", "no-other", "no-other"}, {"takes", "none-*.wav", "none-*.wav"}};
+    for (const auto& own : cases)
+    {
+        SCOPED_TRACE(own.named);
+        try
+        {
+            FindLanguageFiles(Path(own.takes), {Utf8(Path(own.background))});
+            ADD_FAILURE();
+        }
+        catch (const CommandFailure& failure)
+        {
+            EXPECT_EQ(failure.exitCode, ExitCode::BadInput);
+            EXPECT_THAT(failure.what(), HasSubstr(own.named));
+        }
     }
-    catch (const CommandFailure& failure)
+}
+
+TEST_F(LanguageRecordings, ManyFilesKeepTheirOrder)
+{
+    for (int i = 100; i < 130; ++i)
     {
-        EXPECT_EQ(failure.exitCode, ExitCode::BadInput);
-        EXPECT_THAT(failure.what(), HasSubstr("missing"));
+        // Longer and shorter ones, so that some are read while others are not done.
+        Record("other/" + std::to_string(i) + ".wav",
+               std::vector<float>(i % 3 == 0 ? 300'000 : 100, static_cast<float>(i) / 1000));
+    }
+    const auto read = Read();
+    ASSERT_THAT(read.material.background, SizeIs(30));
+    for (std::size_t i = 0; i < read.material.background.size(); ++i)
+    {
+        EXPECT_FLOAT_EQ(read.material.background[i].front(), static_cast<float>(100 + i) / 1000);
+    }
+}
+
+TEST_F(LanguageRecordings, OddSoundIsRemarkedOnceOfEachKind)
+{
+    const std::vector<float> loud(16'000, 1.5F);
+    std::vector<float> cancelling(32'000, 0.25F);
+    for (std::size_t i = 0; i < cancelling.size(); i += 2)
+    {
+        cancelling[i] = -0.25F;
+    }
+    Record("other/a.wav", loud);
+    Record("other/b.wav", loud);
+    SoundFile::Write(Path("other/c.wav"), SoundFile::Wav(cancelling, 16'000, 2));
+    const auto read = Read();
+    EXPECT_THAT(read.material.background, SizeIs(3));
+    ASSERT_THAT(read.oddities, SizeIs(2));
+    for (const Remark& remark : read.oddities)
+    {
+        EXPECT_EQ(remark.tone, Tone::Warning);
+        const bool isLoud = remark.text.find("beyond full scale") != std::string::npos;
+        EXPECT_THAT(remark.text, HasSubstr(isLoud ? "a.wav: 16000 samples" : "c.wav: the channels cancel each other"));
+        EXPECT_EQ(remark.text.find("so in 2 recordings") != std::string::npos, isLoud) << remark.text;
     }
 }
 

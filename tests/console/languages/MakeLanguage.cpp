@@ -2,6 +2,7 @@
 
 #include "console/hosting/ConfigurationFile.h"
 #include "console/hosting/StandInModels.h"
+#include "console/pages/ReportText.h"
 #include "console/text/CommandFailure.h"
 #include "console/text/Interruption.h"
 #include "console/text/Utf8Path.h"
@@ -9,16 +10,19 @@
 #include "tests/console/support/LanguageMaterialFolder.h"
 
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
+#include <future>
+#include <sstream>
 #include <thread>
 
 namespace
 {
 
 using testing::HasSubstr;
+using testing::Not;
 using namespace velox::console;
 
 constexpr std::array Files{"kp_1033.bin", "am_1033.bin", "zn_1033.bin", "fw_1033.bin", "kpd_pre_1033.txt", "kpd_user_1033.txt"};
@@ -31,10 +35,10 @@ protected:
         ForgetInterruption();
     }
 
-    Outcome Run(const LanguageRequest& request)
+    Report Run(const LanguageRequest& request)
     {
-        Context context{style, progress, log};
-        return velox::console::MakeLanguage(request, context);
+        Context context{style, progress, log, page};
+        return velox::console::MakeLanguage(request, context, readBack);
     }
 
     void ExpectFailure(const LanguageRequest& request, ExitCode code, const std::string& message)
@@ -49,6 +53,16 @@ protected:
             EXPECT_EQ(failure.exitCode, code);
             EXPECT_THAT(failure.what(), HasSubstr(message));
         }
+    }
+
+    /// A failure after the recordings were read: what was found is not lost.
+    Report ExpectError(const LanguageRequest& request, ExitCode code, const std::string& message)
+    {
+        Report report = Run(request);
+        EXPECT_EQ(report.exitCode, code);
+        EXPECT_THAT(report.error.value_or(Problem{}).message, HasSubstr(message));
+        EXPECT_NE(report.error.value_or(Problem{}).fix, "");
+        return report;
     }
 
     std::vector<std::vector<uint8_t>> Written() const
@@ -66,20 +80,34 @@ protected:
     Style style{false};
     Progress progress{nullptr};
     LogOptions log;
+    std::filesystem::path page;
+    ReadBack readBack = [](const LanguageRequest&, std::span<const float>) {
+    };
 };
+
+Value FactOf(const Report& report, const std::string& key)
+{
+    const auto found = std::ranges::find(report.facts, key, &Fact::key);
+    return found == report.facts.end() ? Value() : found->value;
+}
+
+std::string TextOf(const Report& report)
+{
+    return ReportText(report, Style(false), false);
+}
 
 TEST_F(MakeLanguage, WritesModelsThresholdsAndTheConfigurationAndTheSameAgain)
 {
     LanguageRequest request = folder.Request();
-    const Outcome outcome = Run(request);
-    EXPECT_EQ(outcome.exitCode, ExitCode::Success);
-    EXPECT_THAT(outcome.verdict, HasSubstr("Language 1033 (en-US) is learned"));
-    EXPECT_THAT(outcome.text, HasSubstr("8 takes of 4 voices, 0.02 h of background"));
-    EXPECT_THAT(outcome.text, HasSubstr("Only 4 voices say the phrase"));
-    EXPECT_THAT(outcome.text, HasSubstr("between 0.00 and 1"));
-    ASSERT_EQ(outcome.results.Count(), 1U);
-    EXPECT_EQ(outcome.results.Array()[0]["preDefinedThreshold"], 100.0);
-    EXPECT_EQ(outcome.results.Array()[0]["warnings"].size(), 2U);
+    const Report report = Run(request);
+    EXPECT_EQ(report.exitCode, ExitCode::Success);
+    EXPECT_THAT(report.verdict, HasSubstr("Language 1033 (en-US) is learned"));
+    EXPECT_THAT(TextOf(report), HasSubstr("8 takes of 4 voices, 0.02 h of background"));
+    EXPECT_THAT(TextOf(report), HasSubstr("warning: only 4 voices say the phrase"));
+    EXPECT_THAT(TextOf(report), HasSubstr("the background leaves 0.00 to 1"));
+    EXPECT_EQ(FactOf(report, "preDefinedThreshold"), Value(100.0));
+    EXPECT_EQ(FactOf(report, "fwBlob"), Value("fw_1033.bin"));
+    EXPECT_EQ(FactOf(report, "replaced"), Value(false));
 
     const std::filesystem::path models = PathFromUtf8(folder.Path("models"));
     const ConfigurationFile configuration = ReadConfigurationFile(request.configuration);
@@ -96,7 +124,7 @@ TEST_F(MakeLanguage, WritesModelsThresholdsAndTheConfigurationAndTheSameAgain)
     const auto first = Written();
     ExpectFailure(request, ExitCode::BadConfiguration, "already");
     request.replace = true;
-    EXPECT_EQ(Run(request).results.Array()[0]["replaced"], true);
+    EXPECT_EQ(FactOf(Run(request), "replaced"), Value(true));
     EXPECT_EQ(Written(), first);
 }
 
@@ -107,11 +135,12 @@ TEST_F(MakeLanguage, TheTargetSetsTheThresholds)
     request.name = "fast";
     request.configuration = PathFromUtf8(folder.Path("models/config.xml"));
     folder.Record("takes/quiet.wav", std::vector<float>(16'000, 0.0F));
-    const Outcome outcome = Run(request);
+    const Report report = Run(request);
     EXPECT_NEAR(*ReadThreshold(request.folder / "kpd_pre_fast.txt"), 76.974, 0.01);
     EXPECT_TRUE(std::filesystem::exists(request.configuration));
-    EXPECT_EQ(outcome.results.Array()[0]["leftOut"][0]["code"], "NoSpeech");
-    EXPECT_THAT(outcome.text, HasSubstr("quiet.wav: no speech in 1.00 s"));
+    ASSERT_EQ(report.results.size(), 1U);
+    EXPECT_EQ(report.results[0].remarks.at(0).code, "NoSpeech");
+    EXPECT_THAT(TextOf(report), HasSubstr("quiet.wav\n    no speech in 1.00 s"));
 }
 
 TEST_F(MakeLanguage, RefusalsAreToldBeforeTheTrainingAndLeaveNothing)
@@ -122,16 +151,44 @@ TEST_F(MakeLanguage, RefusalsAreToldBeforeTheTrainingAndLeaveNothing)
 
     request = folder.Request();
     request.takes = PathFromUtf8(folder.Path("takes/voice 0/take 0.wav"));
-    ExpectFailure(request, ExitCode::BadInput, "holds 1 recording of the phrase that can be used; at least 2");
+    ExpectError(request, ExitCode::BadInput, "holds 1 recording of the phrase that can be used; at least 2");
 
     request = folder.Request();
-    request.background = {PathFromUtf8(folder.Path("other/0.wav"))};
-    ExpectFailure(request, ExitCode::BadInput, "s of background; at least 60 s");
-
-    request = folder.Request();
-    request.folder = PathFromUtf8(folder.Path("other/0.wav"));
-    ExpectFailure(request, ExitCode::WriteFailed, "Cannot write");
+    request.background = {folder.Path("other/0.wav")};
+    ExpectError(request, ExitCode::BadInput, "s of background; at least 60 s");
     EXPECT_TRUE(folder.HoldsOnlyMaterial());
+}
+
+TEST_F(MakeLanguage, WhatWouldReplaceOrMixWithRecordingsIsRefusedFirst)
+{
+    LanguageRequest request = folder.Request();
+    request.folder = PathFromUtf8(folder.Path("other/0.wav"));
+    ExpectFailure(request, ExitCode::Usage, "is a file, and no folder");
+    for (const std::string name : {"takes", "takes/models", "other"})
+    {
+        SCOPED_TRACE(name);
+        request.folder = PathFromUtf8(folder.Path(name));
+        ExpectFailure(request, ExitCode::Usage, "is read for recordings");
+    }
+    request = folder.Request();
+    request.configuration = PathFromUtf8(folder.Path("other/0.wav"));
+    const auto recording = ReadWhole(request.configuration);
+    ExpectFailure(request, ExitCode::Usage, "0.wav");
+    EXPECT_EQ(ReadWhole(request.configuration), recording);
+    request = folder.Request();
+    page = PathFromUtf8(folder.Path("takes/voice 0/take 0.wav"));
+    ExpectFailure(request, ExitCode::Usage, "take 0.wav");
+    EXPECT_TRUE(folder.HoldsOnlyMaterial());
+}
+
+TEST_F(MakeLanguage, LeftOutRecordingsAreToldAlsoWhenItFails)
+{
+    LanguageRequest request = folder.Request();
+    request.background = {folder.Path("other/0.wav")};
+    folder.Record("takes/quiet.wav", std::vector<float>(16'000, 0.0F));
+    const Report report = ExpectError(request, ExitCode::BadInput, "at least 60 s");
+    ASSERT_EQ(report.results.size(), 1U);
+    EXPECT_THAT(report.results[0].title, HasSubstr("quiet.wav"));
 }
 
 TEST_F(MakeLanguage, FilesOfNobodyAreNotOverwrittenUnasked)
@@ -144,10 +201,10 @@ TEST_F(MakeLanguage, FilesOfNobodyAreNotOverwrittenUnasked)
 
 TEST_F(MakeLanguage, AConfigurationThatCannotBeWrittenTakesTheModelsWithIt)
 {
-    LanguageRequest request = folder.Request();
-    request.configuration = PathFromUtf8(folder.Path("models/constraints.txt/config.xml"));
-    ExpectFailure(request, ExitCode::WriteFailed, "config.xml");
-    EXPECT_TRUE(folder.HoldsOnlyMaterial());
+    // In the way of what is written beside it.
+    std::filesystem::create_directories(PathFromUtf8(folder.Path("config.xml.velox-kws-new/x")));
+    ExpectError(folder.Request(), ExitCode::WriteFailed, "config.xml");
+    EXPECT_FALSE(std::filesystem::exists(PathFromUtf8(folder.Path("models"))));
 }
 
 TEST_F(MakeLanguage, InterruptedItLeavesNothing)
@@ -161,6 +218,91 @@ TEST_F(MakeLanguage, InterruptedItLeavesNothing)
     });
     ExpectFailure(request, ExitCode::Interrupted, "");
     EXPECT_TRUE(folder.HoldsOnlyMaterial());
+}
+
+TEST_F(MakeLanguage, WhatCannotBeUsedIsUndone)
+{
+    LanguageRequest request = folder.Request();
+    ASSERT_EQ(Run(request).exitCode, ExitCode::Success);
+    const auto first = Written();
+    request.replace = true;
+    request.batches = 1;
+    std::size_t samples = 0;
+    readBack = [&](const LanguageRequest& written, std::span<const float> take) {
+        samples = take.size();
+        EXPECT_NE(ReadWhole(written.folder / "fw_1033.bin"), first[3]);
+        EXPECT_NE(ReadConfigurationFile(written.configuration).Find(1033), nullptr);
+        throw CommandFailure(ExitCode::LibraryFailure, "The model is malformed.", "Train longer.");
+    };
+    const Report report = ExpectError(request, ExitCode::LibraryFailure, "cannot be used: The model is malformed.");
+    EXPECT_THAT(report.error->fix, HasSubstr("All files are as they were"));
+    EXPECT_EQ(report.verdict, "");
+    EXPECT_GT(samples, 0U);
+    EXPECT_EQ(Written(), first);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(request.folder), {}), 7);
+}
+
+TEST_F(MakeLanguage, AnEditOfTheConfigurationMeanwhileIsKept)
+{
+    LanguageRequest request = folder.Request();
+    WriteWholeFile(Utf8(request.configuration), "<keywords><language id=\"1040\"/></keywords>");
+    // The bar is drawn for the first time when the recordings are read.
+    std::ostringstream terminal;
+    Progress editing(&terminal, [&] {
+        WriteWholeFile(Utf8(request.configuration), "<keywords><!-- meanwhile --><language id=\"1031\"/></keywords>");
+        return std::chrono::steady_clock::now();
+    });
+    Context context{style, editing, log, page};
+    const Report report = velox::console::MakeLanguage(request, context, readBack);
+    ASSERT_EQ(report.exitCode, ExitCode::Success);
+    const std::string text = ReadWholeFile(Utf8(request.configuration));
+    EXPECT_THAT(text, HasSubstr("<!-- meanwhile -->"));
+    EXPECT_THAT(text, HasSubstr("id=\"1031\""));
+    EXPECT_THAT(text, Not(HasSubstr("id=\"1040\"")));
+    EXPECT_THAT(text, HasSubstr("id=\"1033\""));
+}
+
+TEST_F(MakeLanguage, OfTwoRunsAtOnceNoneLosesItsLanguage)
+{
+    LanguageRequest italian = folder.Request();
+    italian.language = 1040;
+    auto second = std::async(std::launch::async, [&] {
+        Progress quiet(nullptr);
+        Context context{style, quiet, log, {}};
+        return velox::console::MakeLanguage(italian, context, readBack);
+    });
+    EXPECT_EQ(Run(folder.Request()).exitCode, ExitCode::Success);
+    EXPECT_EQ(second.get().exitCode, ExitCode::Success);
+    const ConfigurationFile configuration = ReadConfigurationFile(italian.configuration);
+    EXPECT_NE(configuration.Find(1033), nullptr);
+    EXPECT_NE(configuration.Find(1040), nullptr);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(italian.folder), {}), 13);
+}
+
+TEST_F(MakeLanguage, MissesAreEstimatedFromVoicesThatWereHeldOut)
+{
+    folder.AddVoices(3);
+    const Report report = Run(folder.Request());
+    EXPECT_EQ(FactOf(report, "heldOutVoices"), Value(2U));
+    EXPECT_EQ(FactOf(report, "heldOutTakes"), Value(4));
+    EXPECT_THAT(TextOf(report), HasSubstr("of 4 takes of 2 voices that were not learned from"));
+    EXPECT_THAT(TextOf(report), HasSubstr("has learned from all voices and should do no worse"));
+    ASSERT_TRUE(report.chart.has_value());
+    EXPECT_EQ(report.chart->marked, 0.5);
+
+    LanguageRequest request = folder.Request();
+    request.replace = true;
+    request.noEstimate = true;
+    const Report without = Run(request);
+    EXPECT_FALSE(without.chart.has_value());
+    EXPECT_EQ(FactOf(without, "missed"), Value());
+}
+
+TEST_F(MakeLanguage, WithFewVoicesThereIsNoEstimateAndItIsSaid)
+{
+    const Report report = Run(folder.Request());
+    EXPECT_FALSE(report.chart.has_value());
+    EXPECT_THAT(TextOf(report), HasSubstr("the misses are not estimated: that takes 6 voices"));
 }
 
 } // namespace

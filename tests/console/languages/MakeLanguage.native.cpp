@@ -19,13 +19,13 @@ using namespace velox::console;
 namespace
 {
 
-Outcome Make(const LanguageRequest& request)
+Report Make(const LanguageRequest& request)
 {
     const Style style(false);
     Progress progress(nullptr);
     const LogOptions log;
     Context context{style, progress, log};
-    return MakeLanguage(request, context);
+    return MakeLanguage(request, context, [](const LanguageRequest&, std::span<const float>) {});
 }
 
 /// A process that makes a language and is held up where it writes the configuration, the last file: what it writes to, beside the
@@ -33,7 +33,7 @@ Outcome Make(const LanguageRequest& request)
 class HeldUp
 {
 public:
-    HeldUp(const LanguageRequest& request, std::string pipePath) : pipe(std::move(pipePath))
+    HeldUp(const LanguageRequest& request, const std::string& pipe)
     {
         EXPECT_EQ(mkfifo(pipe.c_str(), S_IRUSR | S_IWUSR), 0);
         process = fork();
@@ -42,12 +42,6 @@ public:
             Make(request);
             _exit(0);
         }
-    }
-    HeldUp(const HeldUp&) = delete;
-    HeldUp& operator=(const HeldUp&) = delete;
-    ~HeldUp()
-    {
-        std::filesystem::remove(pipe);
     }
 
     /// @return whether the file appears before the process ends
@@ -73,13 +67,12 @@ public:
     }
 
 private:
-    std::string pipe;
     pid_t process = -1;
 };
 
 } // namespace
 
-TEST(MakeLanguageFaults, KilledBeforeTheConfigurationItLeavesWholeFilesThatNobodyNames)
+TEST(MakeLanguageFaults, KilledBeforeTheConfigurationItIsUndoneByTheNextEvenIfThatFailsAtOnce)
 {
     const LanguageMaterialFolder folder;
     const LanguageRequest request = folder.Request();
@@ -93,7 +86,13 @@ TEST(MakeLanguageFaults, KilledBeforeTheConfigurationItLeavesWholeFilesThatNobod
     {
         EXPECT_GT(std::filesystem::file_size(request.folder / name), 0U) << name;
     }
-    // What the run had not finished is in the exchange's folder alone, which the next run clears away.
-    EXPECT_TRUE(std::filesystem::exists(request.folder / ".velox-kws-new"));
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(request.folder), {}), 8);
+    LanguageRequest malformed = request;
+    malformed.configuration = PathFromUtf8(folder.Path("malformed.xml"));
+    WriteWholeFile(folder.Path("malformed.xml"), "<a>");
+    EXPECT_THROW(Make(malformed), CommandFailure);
+    EXPECT_TRUE(std::filesystem::is_empty(request.folder));
+    // The one after that makes everything whole.
+    EXPECT_EQ(Make(request).exitCode, ExitCode::Success);
+    EXPECT_TRUE(std::filesystem::exists(request.configuration));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(request.folder), {}), 7);
 }

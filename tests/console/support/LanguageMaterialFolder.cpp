@@ -32,12 +32,29 @@ void LanguageMaterialFolder::Record(const std::string& name, std::span<const flo
     SoundFile::Write(file, SoundFile::FloatWav(samples));
 }
 
+void LanguageMaterialFolder::AddVoices(int count) const
+{
+    for (uint64_t voice = 4; voice < static_cast<uint64_t>(4 + count); ++voice)
+    {
+        for (uint64_t take = 0; take < 2; ++take)
+        {
+            Record("takes/voice " + std::to_string(voice) + "/" + std::to_string(take) + ".wav",
+                   TinyLanguage::SayPhrase({}, 10 * voice + take));
+        }
+    }
+    for (int i = 0; i < 7; ++i)
+    {
+        const std::string name = std::to_string(i) + ".wav";
+        std::filesystem::copy_file(PathFromUtf8(Path("other/" + name)), PathFromUtf8(Path("other/more-" + name)));
+    }
+}
+
 velox::console::LanguageRequest LanguageMaterialFolder::Request() const
 {
     velox::console::LanguageRequest request;
     request.language = 1033;
     request.takes = PathFromUtf8(Path("takes"));
-    request.background = {PathFromUtf8(Path("other"))};
+    request.background = {Path("other")};
     request.folder = PathFromUtf8(Path("models"));
     request.configuration = PathFromUtf8(Path("config.xml"));
     request.batches = 2;

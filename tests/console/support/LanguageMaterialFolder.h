@@ -17,6 +17,9 @@ public:
     std::string Path(const std::string& name) const;
     void Record(const std::string& name, std::span<const float> samples) const;
 
+    /// More voices than the four, and as much background again.
+    void AddVoices(int count) const;
+
     /// To learn next to nothing from it, quickly: models in "models", the configuration in "config.xml".
     velox::console::LanguageRequest Request() const;
 

@@ -41,9 +41,9 @@ TEST(TakeVerifier, VerifiesEveryFileAndGoesOnBehindOneThatCannotBeRead)
     Verifying run(project, "en-US",
                   {project.Record("good.wav", TinyLanguage::SayPhrase({0.15, 0.2, 3300.0})), project.File("notes.txt"),
                    project.Record("silence.wav", std::vector<float>(16'000))});
-    EXPECT_EQ(run.verifier.Language(), ToneProject::English);
-    EXPECT_EQ(run.verifier.Configured().id, ToneProject::English);
-    EXPECT_NE(run.verifier.Models().phrase, nullptr);
+    EXPECT_EQ(run.verifier.language, ToneProject::English);
+    EXPECT_EQ(run.verifier.configured.id, ToneProject::English);
+    EXPECT_NE(run.verifier.models.phrase, nullptr);
     run.verifier.Verify(run.progress, &run.takes);
     ASSERT_EQ(run.takes.size(), 3U);
     EXPECT_TRUE(run.takes[0].accepted);

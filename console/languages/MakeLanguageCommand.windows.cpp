@@ -1,5 +1,9 @@
 #include "console/languages/MakeLanguageCommand.h"
 
+#include "console/hosting/Detector.h"
+#include "console/hosting/LogExplanation.h"
+#include "console/hosting/NarrowPath.h"
+#include "console/hosting/UserModelStream.h"
 #include "console/languages/MakeLanguage.h"
 #include "console/text/LanguageName.h"
 #include "console/text/Utf8Path.h"
@@ -24,9 +28,8 @@ struct MakeLanguageOptions
 {
     std::string language;
     std::string takes;
-    std::vector<std::string> background;
     std::string folder;
-    std::string configuration = "VeloxKwsConfig.xml";
+    DetectorOptions detector;
     LanguageRequest request; ///< what needs no translation
 };
 
@@ -35,10 +38,49 @@ LanguageRequest RequestOf(const MakeLanguageOptions& options)
     LanguageRequest request = options.request;
     request.language = ParseLanguage(options.language);
     request.takes = PathFromUtf8(options.takes);
-    std::ranges::transform(options.background, std::back_inserter(request.background), PathFromUtf8);
     request.folder = PathFromUtf8(options.folder);
-    request.configuration = PathFromUtf8(options.configuration);
+    request.configuration = PathFromUtf8(options.detector.configuration);
     return request;
+}
+
+/// The library joins the names of the configuration, whose bytes are UTF-8, and opens them in its narrow code page.
+void CheckFolder(const std::filesystem::path& folder)
+{
+    const std::filesystem::path whole = std::filesystem::absolute(folder);
+    if (NarrowPath(whole) != Utf8(whole))
+    {
+        throw CommandFailure(ExitCode::BadConfiguration,
+                             "The library cannot open files in " + Utf8(whole) + ": the path has letters beyond ASCII.",
+                             "Choose a folder with a plain name for --out.");
+    }
+}
+
+/// A take may be refused: a short training does not promise more.
+void UseLanguage(const DetectorOptions& options, uint16_t language, std::span<const float> take, const LogOptions& log)
+{
+    Detector detector(options, log);
+    const Answer verified = detector.Verify(language, take);
+    const bool faulty =
+        std::ranges::any_of(verified.lines, [](const LoggedLine& line) { return line.level == VeloxLogLevel::Error; });
+    if (!verified.Succeeded() && faulty)
+    {
+        throw ExplainFailure("Verifying a take", verified.result, verified.lines);
+    }
+    const ArmingAnswer armed = detector.Arm(EmptyStream().get(), language);
+    if (!armed.Succeeded())
+    {
+        throw ExplainFailure("Arming language " + LanguageText(language), armed.result, armed.lines);
+    }
+}
+
+Report Make(const MakeLanguageOptions& options, Context& context)
+{
+    const LanguageRequest request = RequestOf(options);
+    CheckFolder(request.folder);
+    const Detector configurationCanBeOpened(options.detector, context.log);
+    return MakeLanguage(request, context, [&](const LanguageRequest& written, std::span<const float> take) {
+        UseLanguage(options.detector, written.language, take, context.log);
+    });
 }
 
 /// File names that every system and the library can open.
@@ -66,18 +108,13 @@ void AddMakeLanguageCommand(CLI::App& app, Commands& commands)
             "voice's name, up to the first - or _")
         ->required()
         ->type_name("DIR");
-    command->add_option("--background", options->background, "Recordings of other speech and of sounds, the more the better")
+    command->add_option("--background", request.background, "Recordings of other speech and of sounds, the more the better")
         ->required()
         ->type_name("DIR");
     command->add_option("--out", options->folder, "Folder for the language's files: the configuration's directory")
         ->required()
         ->type_name("DIR");
-    command
-        ->add_option("--config", options->configuration,
-                     "Configuration file, made when it is not there; without it the environment's VELOX_KWS_CONFIG, else "
-                     "VeloxKwsConfig.xml here")
-        ->envname("VELOX_KWS_CONFIG")
-        ->type_name("FILE");
+    AddDetectorOptions(command, &options->detector);
     command->add_option("--false-alarms-per-hour", request.falseAlarmsPerHour, "What the thresholds aim at; default 0.5")
         ->check(CLI::Range(LeastAlarmsPerHour, MostAlarmsPerHour))
         ->type_name("NUMBER");
@@ -95,10 +132,12 @@ void AddMakeLanguageCommand(CLI::App& app, Commands& commands)
         ->check(CLI::Range(1, MostCopies))
         ->type_name("NUMBER");
     command->add_flag("--replace", request.replace, "Put it in the place of the language with the same id, and of its files");
+    command->add_flag("--no-estimate", request.noEstimate, "Do not estimate the misses, which takes a third of the time more");
+    commands.AddPageOption(command);
     command->footer(
         "  velox-kws make-language en-US --phrase takes --background other-speech --out models --config config.xml\n");
     commands.run[command] = [options](Context& context) {
-        return MakeLanguage(RequestOf(*options), context);
+        return Make(*options, context);
     };
 }
 
