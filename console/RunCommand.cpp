@@ -84,22 +84,27 @@ Report RunCommand(std::string_view name, const Command& command, Context& contex
     return report;
 }
 
-void PrintReport(const Report& report, const Style& style, bool everything, std::ostream& output, std::ostream& errors)
+bool WantsColour(bool terminalTakesIt, const char* noColour)
 {
-    output << ReportText(report, style, everything) << std::flush;
+    return terminalTakesIt && (noColour == nullptr || *noColour == '\0');
+}
+
+void PrintReport(const Report& report, bool coloured, bool everything, std::ostream& output, std::ostream& errors)
+{
+    output << ReportText(report, coloured, everything) << std::flush;
     if (report.error)
     {
-        errors << style.Bad("error:") << " " << report.error->message << "\n";
+        errors << Coloured(Tone::Bad, "error:", coloured) << " " << report.error->message << "\n";
         if (!report.error->fix.empty())
         {
-            errors << style.Heading("fix:") << "   " << report.error->fix << "\n";
+            errors << "fix:   " << report.error->fix << "\n";
         }
         errors << std::flush;
     }
     if (!report.verdict.empty())
     {
-        const bool good = report.exitCode == ExitCode::Success;
-        output << (good ? style.Good(report.verdict) : style.Bad(report.verdict)) << "\n" << std::flush;
+        const Tone tone = report.exitCode == ExitCode::Success ? Tone::Good : Tone::Bad;
+        output << Coloured(tone, report.verdict, coloured) << "\n" << std::flush;
     }
 }
 

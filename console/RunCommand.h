@@ -16,8 +16,12 @@ Report RunCommand(std::string_view name, const Command& command, Context& contex
 /// What a failure is for people and machines.
 Report ReportOf(const CommandFailure& failure);
 
+/// Whether to colour: not when the environment variable NO_COLOR is set and not empty.
+/// @param noColour  its value; null when it is not set
+bool WantsColour(bool terminalTakesIt, const char* noColour);
+
 /// Prints a report for people: text and verdict on `output`, the verdict last, an error on `errors`.
 /// @param everything  details, too
-void PrintReport(const Report& report, const Style& style, bool everything, std::ostream& output, std::ostream& errors);
+void PrintReport(const Report& report, bool coloured, bool everything, std::ostream& output, std::ostream& errors);
 
 } // namespace velox::console

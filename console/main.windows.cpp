@@ -81,20 +81,20 @@ public:
         DeclareExamples(&app);
     }
 
-    Report Run(std::vector<std::string> arguments, bool coloured, bool errorsAreTerminal);
+    Report Run(std::vector<std::string> arguments, bool errorsAreTerminal);
 
     GlobalOptions options;
     std::string commandName;
     std::string help; ///< when that was asked for
 
 private:
-    Report RunParsed(bool errorsAreTerminal, const Style& style);
+    Report RunParsed(bool errorsAreTerminal);
 
     CLI::App app{"Brings a keyword detector up: checks its files, enrolls from recordings, arms, listens.", "velox-kws"};
     Commands commands;
 };
 
-Report CommandLine::Run(std::vector<std::string> arguments, bool coloured, bool errorsAreTerminal)
+Report CommandLine::Run(std::vector<std::string> arguments, bool errorsAreTerminal)
 {
     // For a command line that is wrong, too.
     options.json = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
@@ -117,16 +117,16 @@ Report CommandLine::Run(std::vector<std::string> arguments, bool coloured, bool 
     {
         return ReportOf({ExitCode::Usage, error.what(), "velox-kws --help lists the commands."});
     }
-    return RunParsed(errorsAreTerminal, Style(coloured && !options.json));
+    return RunParsed(errorsAreTerminal);
 }
 
-Report CommandLine::RunParsed(bool errorsAreTerminal, const Style& style)
+Report CommandLine::RunParsed(bool errorsAreTerminal)
 {
     const CLI::App* command = app.get_subcommands().front();
     commandName = command->get_name();
     Progress progress(errorsAreTerminal && !options.verbose ? &std::cerr : nullptr);
     const LogOptions log{options.verbose, PathFromUtf8(options.logFile)};
-    Context context{style, progress, log, PathFromUtf8(commands.page)};
+    Context context{progress, log, PathFromUtf8(commands.page)};
     return RunCommand(commandName, commands.run.at(command), context);
 }
 
@@ -146,7 +146,7 @@ int main()
     SetConsoleCtrlHandler(OnControl, TRUE);
     const bool coloured = WantsColour(console.OutputTakesColours(), std::getenv("NO_COLOR")); // NOLINT(concurrency-mt-unsafe)
     CommandLine commandLine;
-    const Report report = commandLine.Run(Utf8Arguments(), coloured, console.ErrorsAreTerminal());
+    const Report report = commandLine.Run(Utf8Arguments(), console.ErrorsAreTerminal());
     std::cout << commandLine.help;
     if (commandLine.options.json && commandLine.help.empty())
     {
@@ -154,7 +154,7 @@ int main()
     }
     else
     {
-        PrintReport(report, Style(coloured), commandLine.options.verbose, std::cout, std::cerr);
+        PrintReport(report, coloured, commandLine.options.verbose, std::cout, std::cerr);
     }
     return static_cast<int>(report.exitCode);
 }

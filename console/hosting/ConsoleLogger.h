@@ -2,7 +2,7 @@
 
 #include "console/hosting/EngineOutput.h"
 #include "console/hosting/LoggedLine.h"
-#include "console/text/LogOptions.h"
+#include "console/report/Command.h"
 
 #include <IVeloxKeywordDetectorLogger.h>
 

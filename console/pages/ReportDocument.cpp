@@ -81,7 +81,7 @@ Json JsonOf(const Entry& entry)
 
 std::string ReportDocument(std::string_view command, const Report& report)
 {
-    Json results = report.array.Array();
+    Json results = Json::array();
     for (const Entry& entry : report.results)
     {
         results.push_back(JsonOf(entry));

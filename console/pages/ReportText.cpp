@@ -17,32 +17,16 @@ namespace
 constexpr std::size_t NameWidth = 15;
 constexpr std::string_view Indent = "    ";
 
-std::string Coloured(Tone tone, std::string_view text, const Style& style)
-{
-    switch (tone)
-    {
-    case Tone::Good:
-        return style.Good(text);
-    case Tone::Note:
-        return style.Dim(text);
-    case Tone::Warning:
-        return style.Warning(text);
-    case Tone::Bad:
-        return style.Bad(text);
-    default:
-        return std::string(text);
-    }
-}
-
 /// What a remark begins with that is no reason for a refusal.
 std::string_view Prefix(Tone tone)
 {
     return tone == Tone::Warning ? "warning: " : tone == Tone::Note ? "note: " : "";
 }
 
-std::string RemarkText(const Remark& remark, std::string_view indent, const Style& style)
+std::string RemarkText(const Remark& remark, std::string_view indent, bool coloured)
 {
-    std::string text = fmt::format("{}{}{}\n", indent, Coloured(remark.tone, Prefix(remark.tone), style), remark.text);
+    std::string text =
+        fmt::format("{}{}{}\n", indent, Coloured(remark.tone, std::string(Prefix(remark.tone)), coloured), remark.text);
     if (!remark.fix.empty())
     {
         text += fmt::format("{}fix: {}\n", indent, remark.fix);
@@ -68,7 +52,7 @@ std::string TableLine(const std::vector<std::string>& cells, const std::vector<s
     return line;
 }
 
-std::string TableText(const std::vector<Entry>& parts, const Style& style)
+std::string TableText(const std::vector<Entry>& parts, bool coloured)
 {
     constexpr std::size_t Widest = 60;
     const ReportTable table = TableOf(parts);
@@ -81,45 +65,45 @@ std::string TableText(const std::vector<Entry>& parts, const Style& style)
             widths[i] = std::max(widths[i], std::min(Widest, WidthOf(row.cells[i])));
         }
     }
-    std::string text = style.Heading("    " + TableLine(table.columns, widths)) + "\n";
+    std::string text = "    " + TableLine(table.columns, widths) + "\n";
     for (const ReportTable::Row& row : table.rows)
     {
         const bool wrong = row.entry->tone == Tone::Bad;
         const std::string line = (wrong ? "  ! " : "    ") + TableLine(row.cells, widths);
-        text += Coloured(row.entry->tone, line, style) + "\n";
+        text += Coloured(row.entry->tone, line, coloured) + "\n";
         for (const Remark& remark : row.entry->remarks)
         {
-            text += RemarkText(remark, "        ", style);
+            text += RemarkText(remark, "        ", coloured);
         }
     }
     return text;
 }
 
-std::string EntryText(const Entry& entry, const Style& style)
+std::string EntryText(const Entry& entry, bool coloured)
 {
-    std::string text = entry.status.empty() ? entry.title : Coloured(entry.tone, entry.status, style) + "  " + entry.title;
+    std::string text = entry.status.empty() ? entry.title : Coloured(entry.tone, entry.status, coloured) + "  " + entry.title;
     text += "\n";
     for (const Remark& remark : entry.remarks)
     {
-        text += RemarkText(remark, Indent, style);
+        text += RemarkText(remark, Indent, coloured);
     }
     if (const std::string facts = FactLine(entry.facts); !facts.empty())
     {
-        text += fmt::format("{}{}\n", Indent, style.Dim(facts));
+        text += fmt::format("{}{}\n", Indent, Coloured(Tone::Note, facts, coloured));
     }
-    return entry.parts.empty() ? text : text + TableText(entry.parts, style);
+    return entry.parts.empty() ? text : text + TableText(entry.parts, coloured);
 }
 
 } // namespace
 
-std::string ReportText(const Report& report, const Style& style, bool everything)
+std::string ReportText(const Report& report, bool coloured, bool everything)
 {
-    std::string text = report.text;
+    std::string text;
     for (const Entry& entry : report.results)
     {
         if (everything || !entry.detail)
         {
-            text += EntryText(entry, style);
+            text += EntryText(entry, coloured);
         }
     }
     for (const Fact& fact : report.facts)
@@ -131,9 +115,19 @@ std::string ReportText(const Report& report, const Style& style, bool everything
     }
     for (const Remark& remark : report.remarks)
     {
-        text += RemarkText(remark, "", style);
+        text += RemarkText(remark, "", coloured);
     }
     return text;
+}
+
+std::string Coloured(Tone tone, const std::string& text, bool coloured)
+{
+    const char* code = tone == Tone::Good      ? "32"
+                       : tone == Tone::Note    ? "2"
+                       : tone == Tone::Warning ? "33"
+                       : tone == Tone::Bad     ? "31"
+                                               : "";
+    return !coloured || *code == '\0' || text.empty() ? text : fmt::format("\x1b[{}m{}\x1b[0m", code, text);
 }
 
 } // namespace velox::console

@@ -1,11 +1,7 @@
 #pragma once
 
-#include "console/report/Outcome.h"
 #include "console/report/Report.h"
-#include "console/text/CommandFailure.h"
-#include "console/text/LogOptions.h"
 #include "console/text/Progress.h"
-#include "console/text/Style.h"
 
 #include <filesystem>
 #include <functional>
@@ -19,10 +15,16 @@ class App;
 namespace velox::console
 {
 
+/// Where the library's log lines go, besides the command's own use of them.
+struct LogOptions
+{
+    bool verbose = false;            ///< --verbose: to the standard error stream
+    std::filesystem::path logFile{}; ///< --log-file: to its end
+};
+
 /// What main hands to a command.
 struct Context
 {
-    const Style& style;
     Progress& progress;
     const LogOptions& log;
     std::filesystem::path page{}; ///< that main writes when the command has ended; empty for none

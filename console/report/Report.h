@@ -1,8 +1,7 @@
 #pragma once
 
 #include "console/report/Picture.h"
-#include "console/report/Results.h"
-#include "console/text/ExitCode.h"
+#include "console/text/CommandFailure.h"
 
 #include <concepts>
 #include <cstdint>
@@ -113,10 +112,6 @@ struct Report
     std::vector<Entry> results{};
     std::optional<Chart> chart{};
     std::optional<Problem> error{}; ///< of a command that failed, and may have something to show all the same
-
-    // Of commands that render themselves.
-    std::string text{};
-    Results array{};
 };
 
 } // namespace velox::console

@@ -15,10 +15,9 @@ namespace
 
 Report ReportFor(const Command& command)
 {
-    const velox::console::Style style(false);
     velox::console::Progress progress(nullptr);
     const LogOptions log;
-    Context context{style, progress, log};
+    Context context{progress, log};
     return RunCommand("test", command, context);
 }
 
@@ -59,13 +58,12 @@ TEST(RunCommand, TheVerdictIsPrintedLastAndErrorsGoToTheirStream)
     outcome.results = {{"first"}};
     std::ostringstream output;
     std::ostringstream errors;
-    const velox::console::Style plain(false);
-    PrintReport(outcome, plain, false, output, errors);
+    PrintReport(outcome, false, false, output, errors);
     EXPECT_EQ(output.str(), "first\nAll is well.\n");
     EXPECT_EQ(errors.str(), "");
 
     output.str("");
-    PrintReport(ReportOf({ExitCode::BadInput, "Bad.", "Mend it."}), plain, false, output, errors);
+    PrintReport(ReportOf({ExitCode::BadInput, "Bad.", "Mend it."}), false, false, output, errors);
     EXPECT_EQ(output.str(), "");
     EXPECT_EQ(errors.str(), "error: Bad.\nfix:   Mend it.\n");
 }
@@ -74,11 +72,15 @@ TEST(RunCommand, APageThatCannotBeWrittenLosesNothing)
 {
     const TemporaryFolder folder;
     const auto run = [](std::filesystem::path page) {
-        const velox::console::Style style(false);
         velox::console::Progress progress(nullptr);
         const LogOptions log;
-        Context context{style, progress, log, std::move(page)};
-        return RunCommand("test", [](Context&) { return Report{ExitCode::Success, "Done.", {{"model", "m", "model", "m"}}}; }, context);
+        Context context{progress, log, std::move(page)};
+        return RunCommand(
+            "test",
+            [](Context&) {
+                return Report{ExitCode::Success, "Done.", {{"model", "m", "model", "m"}}};
+            },
+            context);
     };
     const Report written = run(PathFromUtf8(folder.Path() + "/page.html"));
     EXPECT_EQ(written.exitCode, ExitCode::Success);
@@ -93,10 +95,18 @@ TEST(RunCommand, APageThatCannotBeWrittenLosesNothing)
 TEST(RunCommand, ACommandWithNothingToShowHasNoPage)
 {
     const TemporaryFolder folder;
-    const velox::console::Style style(false);
     velox::console::Progress progress(nullptr);
     const LogOptions log;
-    Context context{style, progress, log, PathFromUtf8(folder.Path() + "/page.html")};
-    RunCommand("test", [](Context&) -> Report { throw CommandFailure(ExitCode::BadInput, "Bad.", ""); }, context);
+    Context context{progress, log, PathFromUtf8(folder.Path() + "/page.html")};
+    RunCommand(
+        "test", [](Context&) -> Report { throw CommandFailure(ExitCode::BadInput, "Bad.", ""); }, context);
     EXPECT_FALSE(std::filesystem::exists(context.page));
+}
+
+TEST(RunCommand, NoColourIsWantedWhereTheEnvironmentSaysSo)
+{
+    EXPECT_TRUE(WantsColour(true, nullptr));
+    EXPECT_TRUE(WantsColour(true, ""));
+    EXPECT_FALSE(WantsColour(true, "1"));
+    EXPECT_FALSE(WantsColour(false, nullptr));
 }

@@ -28,10 +28,9 @@ protected:
     std::string Refusal(const std::vector<std::filesystem::path>& inputs, const std::vector<Output>& outputs,
                         const std::filesystem::path& page = {}, const std::filesystem::path& log = {}) const
     {
-        const velox::console::Style style(false);
-        velox::console::Progress progress(nullptr);
+            velox::console::Progress progress(nullptr);
         const LogOptions logOptions{false, log};
-        const Context context{style, progress, logOptions, page};
+        const Context context{progress, logOptions, page};
         try
         {
             RefuseToReplace(context, inputs, outputs);

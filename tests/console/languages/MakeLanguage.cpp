@@ -37,7 +37,7 @@ protected:
 
     Report Run(const LanguageRequest& request)
     {
-        Context context{style, progress, log, page};
+        Context context{progress, log, page};
         return velox::console::MakeLanguage(request, context, readBack);
     }
 
@@ -77,7 +77,6 @@ protected:
     }
 
     LanguageMaterialFolder folder;
-    Style style{false};
     Progress progress{nullptr};
     LogOptions log;
     std::filesystem::path page;
@@ -93,7 +92,7 @@ Value FactOf(const Report& report, const std::string& key)
 
 std::string TextOf(const Report& report)
 {
-    return ReportText(report, Style(false), false);
+    return ReportText(report, false, false);
 }
 
 TEST_F(MakeLanguage, WritesModelsThresholdsAndTheConfigurationAndTheSameAgain)
@@ -252,7 +251,7 @@ TEST_F(MakeLanguage, AnEditOfTheConfigurationMeanwhileIsKept)
         WriteWholeFile(Utf8(request.configuration), "<keywords><!-- meanwhile --><language id=\"1031\"/></keywords>");
         return std::chrono::steady_clock::now();
     });
-    Context context{style, editing, log, page};
+    Context context{editing, log, page};
     const Report report = velox::console::MakeLanguage(request, context, readBack);
     ASSERT_EQ(report.exitCode, ExitCode::Success);
     const std::string text = ReadWholeFile(Utf8(request.configuration));
@@ -268,7 +267,7 @@ TEST_F(MakeLanguage, OfTwoRunsAtOnceNoneLosesItsLanguage)
     italian.language = 1040;
     auto second = std::async(std::launch::async, [&] {
         Progress quiet(nullptr);
-        Context context{style, quiet, log, {}};
+        Context context{quiet, log, {}};
         return velox::console::MakeLanguage(italian, context, readBack);
     });
     EXPECT_EQ(Run(folder.Request()).exitCode, ExitCode::Success);

@@ -21,10 +21,9 @@ namespace
 
 Report Make(const LanguageRequest& request)
 {
-    const Style style(false);
     Progress progress(nullptr);
     const LogOptions log;
-    Context context{style, progress, log};
+    Context context{progress, log};
     return MakeLanguage(request, context, [](const LanguageRequest&, std::span<const float>) {});
 }
 

@@ -72,10 +72,9 @@ protected:
         Arguments reversed = Line(more);
         std::ranges::reverse(reversed);
         app.parse(reversed);
-        const Style style(false);
-        Progress progress(nullptr);
+            Progress progress(nullptr);
         const LogOptions log;
-        Context context{style, progress, log, PathFromUtf8(page)};
+        Context context{progress, log, PathFromUtf8(page)};
         return RunCommand("listen", commands.run.at(app.get_subcommands().at(0)), context);
     }
 
@@ -91,7 +90,7 @@ protected:
 
     static std::string Text(const Report& report)
     {
-        return ReportText(report, Style(false), false);
+        return ReportText(report, false, false);
     }
 
     std::string Phrases(const std::string& name, int count) const

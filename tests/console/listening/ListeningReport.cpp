@@ -62,7 +62,7 @@ Report ReportFor(const std::vector<HeardFile>& files)
 
 std::string TextFor(const std::vector<HeardFile>& files)
 {
-    return ReportText(ReportFor(files), Style(false), false);
+    return ReportText(ReportFor(files), false, false);
 }
 
 Json DocumentFor(const std::vector<HeardFile>& files)
@@ -81,7 +81,7 @@ TEST(ListeningReport, DetectionsAndNearMissesStandTogetherInTheirPlaces)
     EXPECT_EQ(report.verdict, "2 detections in 0.50 h.");
     const std::string told = "1033 (en-US), user match: yes, counter 5000000 to 10000000";
     EXPECT_EQ(
-        ReportText(report, Style(false), false),
+        ReportText(report, false, false),
         "detected  evening.wav\n"
         "    length 0.50 h, audio converted from 44.1 kHz stereo, detections 2, near misses 1, highest that did not fire 91.2\n"
         "                                   Score  Threshold  What came of it                                             "
@@ -257,7 +257,7 @@ TEST(ListeningReport, PicturesShowWhatIsCompared)
 TEST(ListeningReport, RemarksOnPatternAndFaultAreTheRuns)
 {
     const Report report = ListeningReport({"arm.bin", 1234, 1033, {{Tone::Warning, "Odd", "something is odd", ""}}}, Heard{});
-    EXPECT_THAT(ReportText(report, Style(false), false), HasSubstr("warning: something is odd\n"));
+    EXPECT_THAT(ReportText(report, false, false), HasSubstr("warning: something is odd\n"));
 }
 
 } // namespace

@@ -70,7 +70,8 @@ TEST(ReportDocument, ValuesKeepTheirKind)
                     {"none", std::optional<int>()},
                     {"some", std::optional<double>(0.5)},
                     {"ids", std::vector<int64_t>{1, 2}}};
-    EXPECT_EQ(Parsed(report)["facts"].dump(), R"({"counter":18446744073709551615,"ids":[1,2],"negative":-1,"none":null,"some":0.5,"yes":true})");
+    EXPECT_EQ(Parsed(report)["facts"].dump(),
+              R"({"counter":18446744073709551615,"ids":[1,2],"negative":-1,"none":null,"some":0.5,"yes":true})");
 }
 
 TEST(ReportDocument, AnErrorHasAMessageAndAFix)

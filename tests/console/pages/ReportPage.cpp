@@ -73,12 +73,12 @@ TEST(ReportPage, NeedsNothingElse)
 TEST(ReportPage, SaysHowEverythingTurnedOutWithASignAndAWord)
 {
     const std::string page = PageOf(SmallReport());
-    for (const std::string piece :
-         {"aria-hidden=\"true\">\xE2\x9C\x97</span><span class=\"word\">1 of 2 recordings refused.",
-          "aria-hidden=\"true\">\xE2\x9C\x93</span><span class=\"word\">Accepted", "<li class=\"bad\">it is empty <span",
-          "<span class=\"fix\">Record it again.</span>", "<li class=\"warning\">Two voices.",
-          "<li>Phrase, 0.50 s to 1.50 s: score &lt;112&gt;</li>", "<span class=\"muted\">about half a false alarm per hour</span>",
-          "<p class=\"muted\">length 2.00 s</p>", "<dt>Language</dt><dd>1033 (en-US)</dd>"})
+    for (const std::string piece : {"aria-hidden=\"true\">\xE2\x9C\x97</span><span class=\"word\">1 of 2 recordings refused.",
+                                    "aria-hidden=\"true\">\xE2\x9C\x93</span><span class=\"word\">Accepted",
+                                    "<li class=\"bad\">it is empty <span", "<span class=\"fix\">Record it again.</span>",
+                                    "<li class=\"warning\">Two voices.", "<li>Phrase, 0.50 s to 1.50 s: score &lt;112&gt;</li>",
+                                    "<span class=\"muted\">about half a false alarm per hour</span>",
+                                    "<p class=\"muted\">length 2.00 s</p>", "<dt>Language</dt><dd>1033 (en-US)</dd>"})
     {
         EXPECT_THAT(page, HasSubstr(piece));
     }

@@ -9,7 +9,7 @@ namespace
 
 std::string TextOf(const Report& report, bool everything = false)
 {
-    return ReportText(report, Style(false), everything);
+    return ReportText(report, false, everything);
 }
 
 } // namespace
@@ -33,8 +33,9 @@ TEST(ReportText, PartsAreATableWhoseColumnsLineUp)
 {
     Report report;
     Entry file{"evening.wav"};
-    file.parts = {{"0:01.00", "detected", Tone::Good, {{"score", 152, "score", "152.0"}, {"", {}, "model", "d\xC3\xA9j\xC3\xA0"}}},
-                  {"1:02:03.00", "near miss", Tone::Bad, {{"score", 9, "score", "9.0"}, {"", {}, "model", "b"}, {"", {}, "more", "c"}}}};
+    file.parts = {
+        {"0:01.00", "detected", Tone::Good, {{"score", 152, "score", "152.0"}, {"", {}, "model", "d\xC3\xA9j\xC3\xA0"}}},
+        {"1:02:03.00", "near miss", Tone::Bad, {{"score", 9, "score", "9.0"}, {"", {}, "model", "b"}, {"", {}, "more", "c"}}}};
     report.results = {file};
     EXPECT_EQ(TextOf(report), "evening.wav\n"
                               "                           Score  Model  More\n"
@@ -63,5 +64,5 @@ TEST(ReportText, WarningsHaveAColourOfTheirOwn)
 {
     Report report;
     report.results = {{"a", "warning", Tone::Warning}, {"b", "error", Tone::Bad}};
-    EXPECT_EQ(ReportText(report, Style(true), false), "\x1b[33mwarning\x1b[0m  a\n\x1b[31merror\x1b[0m  b\n");
+    EXPECT_EQ(ReportText(report, true, false), "\x1b[33mwarning\x1b[0m  a\n\x1b[31merror\x1b[0m  b\n");
 }

@@ -61,7 +61,7 @@ TEST(TakeReport, AnAcceptedTakeShowsScoreThresholdAndQuality)
 {
     const std::vector<Take> takes{TakeOf({true, Detected, 95.0, 10}, Found(131.5F))};
     EXPECT_EQ(
-        ReportText(VerificationReport(takes), velox::console::Style(false), false),
+        ReportText(VerificationReport(takes), false, false),
         "accepted  a.wav\n"
         "    phrase 0.50 s to 1.10 s, score 132, threshold 95, quality 31 dB above the noise, level -23 dB, speech 0.50 s to "
         "1.25 s, length 2.00 s\n");

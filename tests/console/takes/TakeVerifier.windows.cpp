@@ -24,10 +24,9 @@ struct Verifying
     {
     }
 
-    velox::console::Style style{false};
     Progress progress{nullptr};
     LogOptions log;
-    Context context{style, progress, log};
+    Context context{progress, log};
     TakeVerifier verifier;
     std::vector<Take> takes;
 };
