@@ -1,10 +1,11 @@
 #include "console/hosting/Detector.h"
 
+#include "console/hosting/ComPointer.h"
 #include "console/hosting/ConfigurationXml.h"
-#include "console/hosting/LibraryLoading.h"
 #include "console/hosting/NarrowPath.h"
-#include "console/hosting/RecordingBuffer.h"
 #include "console/text/CommandFailure.h"
+#include "console/text/LastError.h"
+#include "console/text/StatusText.h"
 #include "console/text/Utf8Path.h"
 
 #include <mfapi.h>
@@ -57,6 +58,42 @@ std::string ConfigurationPath(const std::string& file)
                              "Put the configuration file into a folder with a plain name.");
     }
     return *narrow;
+}
+
+/// The library is loaded at its first call, so that doctor can tell what is missing. It stays loaded as long as the process
+/// lives.
+void RequireLibrary()
+{
+    if (LoadLibraryW(L"VeloxHwKwsImpl.dll") == nullptr)
+    {
+        throw CommandFailure(ExitCode::LibraryFailure,
+                             "VeloxHwKwsImpl.dll, or a DLL that it needs, cannot be loaded (" + LastError() + ").",
+                             "velox-kws doctor tells what is missing.");
+    }
+}
+
+void CheckBuffer(HRESULT result)
+{
+    if (result != S_OK)
+    {
+        throw CommandFailure(ExitCode::LibraryFailure, "No buffer for a recording: " + ResultText(result) + ".",
+                             "Is the recording very long? Is Media Foundation installed?");
+    }
+}
+
+/// A recording as the library takes it: a Media Foundation buffer of 32-bit float samples, 16 kHz mono.
+ComPointer<IMFMediaBuffer> MakeRecording(std::span<const float> samples)
+{
+    const auto size = static_cast<DWORD>(samples.size_bytes());
+    IMFMediaBuffer* made = nullptr;
+    CheckBuffer(MFCreateMemoryBuffer(size, &made));
+    ComPointer<IMFMediaBuffer> buffer(made);
+    BYTE* bytes = nullptr;
+    CheckBuffer(buffer->Lock(&bytes, nullptr, nullptr));
+    std::memcpy(bytes, samples.data(), size);
+    CheckBuffer(buffer->Unlock());
+    CheckBuffer(buffer->SetCurrentLength(size));
+    return buffer;
 }
 
 template <typename Element>
