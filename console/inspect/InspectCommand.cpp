@@ -66,12 +66,20 @@ Entry FieldEntry(const InspectedField& field)
     return entry;
 }
 
+/// A model that can be read says which it is.
+std::string KindText(const Inspection& inspection)
+{
+    return inspection.kind != FileKind::FirmwareModel || !inspection.states ? std::string(FileKindName(inspection.kind))
+           : inspection.ofUser                                              ? "user model"
+                                                                            : "key-phrase or firmware model";
+}
+
 /// What the file is, and what is wrong with it or good to know.
 Entry FileEntry(const InspectedFile& file)
 {
     const Inspection& inspection = file.inspection;
     const bool known = inspection.kind != FileKind::Unknown && inspection.kind != FileKind::Empty;
-    Entry entry{file.name, std::string(FileKindName(inspection.kind)),
+    Entry entry{file.name, KindText(inspection),
                 inspection.FirstError() != nullptr ? Tone::Bad
                 : known                            ? Tone::Good
                                                    : Tone::Warning};
@@ -196,12 +204,12 @@ Report ShowFile(const InspectedFile& file)
         const auto errors =
             std::ranges::count_if(file.inspection.fields, [](const InspectedField& field) { return !field.error.empty(); });
         report.exitCode = ExitCode::Refused;
-        report.verdict = fmt::format("{}: {} with {}, the first at {} ({}).", file.name, FileKindName(kind),
+        report.verdict = fmt::format("{}: {} with {}, the first at {} ({}).", file.name, KindText(file.inspection),
                                      Counted(static_cast<std::size_t>(errors), "error"), OffsetText(error->offset), error->path);
     }
     else
     {
-        report.verdict = fmt::format("{}: {}, nothing is wrong with it.", file.name, FileKindName(kind));
+        report.verdict = fmt::format("{}: {}, nothing is wrong with it.", file.name, KindText(file.inspection));
     }
     return report;
 }

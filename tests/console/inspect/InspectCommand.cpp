@@ -105,7 +105,11 @@ TEST_F(InspectCommand, WrongFieldSaysWhereAndWhatAndTheOthersAreShown)
 TEST_F(InspectCommand, UserModelSaysThatItIsOne)
 {
     const Report report = InspectFiles({Write("jana.vwov", InspectionSamples::UserModel())});
+    EXPECT_EQ(report.results[0].status, "user model");
+    EXPECT_THAT(report.verdict, testing::EndsWith("jana.vwov: user model, nothing is wrong with it."));
     EXPECT_THAT(Texts(report.results[0].facts), testing::HasSubstr("|4 states|0.60 s|a user's model"));
+    EXPECT_EQ(InspectFiles({Write("fw.bin", InspectionSamples::FirmwareModel())}).results[0].status,
+              "key-phrase or firmware model");
 }
 
 TEST_F(InspectCommand, FieldsOfTwoFilesAreComparedWhereverTheyStand)
