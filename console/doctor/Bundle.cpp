@@ -55,7 +55,11 @@ std::string ConfigurationText(const std::filesystem::path& file)
     {
         const std::vector<uint8_t> bytes = ReadWhole(file);
         std::string text(AsText(bytes).substr(0, Longest));
-        std::erase(text, '\0'); // of UTF-16
+        if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
+        {
+            std::erase(text, '\0'); // every letter of UTF-16 has one
+        }
+        text.resize(std::min(text.find('\0'), text.size())); // as the parser: a block that begins with '<' is not shown
         const bool xml = text.substr(0, text.find_first_of('<')).find_first_not_of(" \t\r\n\xEF\xBB\xBF\xFE\xFF") == text.npos;
         return xml && text.find('<') != text.npos
                    ? text

@@ -5,6 +5,7 @@
 #include "console/text/LanguageName.h"
 #include "console/text/NumberText.h"
 #include "console/text/Utf8Path.h"
+#include "console/text/Wording.h"
 #include "console/text/Words.h"
 #include "console/text/WriteWhole.h"
 
@@ -23,6 +24,16 @@ namespace
 using enum Operation;
 
 constexpr unsigned int LargestLanguageId = 0xFFFF;
+
+/// A line of a file that should be text; nothing of one that is not.
+std::string QuotedLine(std::string_view line)
+{
+    constexpr std::size_t Longest = 200;
+    const bool isText =
+        utf8::is_valid(line) && std::ranges::none_of(line, [](char own) { return own >= 0 && own < ' ' && own != '\t'; });
+    return isText ? fmt::format("\"{}\"", line.substr(0, Longest))
+                  : fmt::format("{} that are no text", Counted(line.size(), "byte"));
+}
 
 /// Checks a root and its languages.
 class RootChecker
@@ -177,9 +188,10 @@ void RootChecker::CheckConstraintsText(const NamedFile& file)
     if (text.find_first_not_of(" \t\r\n", lineEnd) != std::string_view::npos)
     {
         add(Tone::Warning, 2, "The constraints file has more than one line.",
-            fmt::format("The engine gets the first one only: \"{}\".", first), "Write everything on one line.");
+            fmt::format("The engine gets the first one only: {}.", QuotedLine(first)), "Write everything on one line.");
     }
-    add(Tone::Good, 1, first.empty() ? "There are no constraints." : fmt::format("The constraints are \"{}\".", first), {}, {});
+    add(Tone::Good, 1, first.empty() ? "There are no constraints." : fmt::format("The constraints are {}.", QuotedLine(first)),
+        {}, {});
 }
 
 /// An element without a valid id ends every lookup that gets there.

@@ -44,12 +44,11 @@ std::string WhatIsWrong(const ThresholdText& read)
     {
         return fmt::format("{} is more than 32 bits hold; the library takes {:.6g}", read.text, read.q8 / Q8Scale);
     }
-    constexpr std::size_t LongestQuote = 20;
     const bool comma = read.rest.size() > 1 && read.rest[0] == ',' && std::isdigit(static_cast<unsigned char>(read.rest[1])) != 0;
     return read.rest.empty() ? ""
-           : comma ? fmt::format("the decimal comma in \"{0}{1}\" ends the number: only {0} counts", read.text,
-                               std::string_view(read.rest).substr(0, LongestQuote))
-                   : fmt::format("what follows the number {} is ignored", read.text);
+           : comma           ? fmt::format("the decimal comma in \"{0}{1}\" ends the number: only {0} counts", read.text,
+                                           read.rest.substr(0, read.rest.find_first_not_of("0123456789", 1)))
+                             : fmt::format("what follows the number {} is ignored", read.text);
 }
 
 } // namespace

@@ -32,7 +32,7 @@ protected:
     DoctorProject project;
     RegistrySettings settings{true, {{"LoggerLevel", 4, {5, 0, 0, 0}}}, {"LogToFile"}};
     EngineFacts dlls{{"VeloxHwKwsImpl.dll", "C:\\VeloxHwKwsImpl.dll", "1.2.3.4", true, ""},
-                       {"VeloxWovSDK.dll", "", "", false, "a DLL that it needs was not found."}};
+                     {"VeloxWovSDK.dll", "", "", false, "a DLL that it needs was not found."}};
 };
 
 } // namespace
@@ -68,7 +68,8 @@ TEST_F(Bundle, HoldsNothingOfAModelOrOfAThresholdThatIsNone)
     project.WriteModel("kp_1033.bin", secret);
     project.WriteModel("fw_1033.bin", "VWOV" + secret);
     project.WriteModel("pre_1033.txt", secret);
-    project.WriteModel("user_1033.txt", "0.75 " + secret);
+    project.WriteModel("user_1033.txt", "0,75 " + secret);
+    WriteWholeFile(project.ConstraintsPath(), "RIFF\x01\x02 closed\nmore");
     const std::string text = Make();
     EXPECT_THAT(text, Not(HasSubstr("closed")));
     EXPECT_THAT(text, Not(HasSubstr("VWOV")));
@@ -86,6 +87,9 @@ TEST_F(Bundle, IsMadeOfABrokenConfigurationToo)
 
 TEST_F(Bundle, DoesNotShowAConfigurationThatIsNone)
 {
+    const std::string block = std::string("<\0\0\0", 4) + "voice";
+    project.WriteXml(block); // as long as a result block's size says
+    EXPECT_THAT(Make(), Not(HasSubstr("voice\n")));
     for (const std::string& other : {std::string("RIFF....WAVEvoice<"), std::string("VWOV voice"), std::string()})
     {
         SCOPED_TRACE(other);
