@@ -204,15 +204,6 @@ TEST_F(EnrollCommand, NoOutputReplacesATake)
     }
 }
 
-TEST_F(EnrollCommand, AModelThatTheLibraryCannotArmWithIsNotWritten)
-{
-    std::filesystem::remove(velox::console::PathFromUtf8(project.File("constraints.txt")));
-    const ProgramRun run = Run({Take(1), Take(2), "--model", project.File("user.vwov"), "--json"});
-    EXPECT_NE(run.exitCode, 0) << run.output;
-    EXPECT_EQ(Json::parse(run.output)["results"].size(), 2U) << "the takes are shown all the same";
-    EXPECT_FALSE(Exists("user.vwov"));
-}
-
 TEST_F(EnrollCommand, AModelThatCannotBeWrittenLeavesTheFormerOne)
 {
     project.Write("user.vwov", std::string("VWOV former"));

@@ -175,7 +175,7 @@ TEST_F(VerifyCommand, AConfigurationThatIsNotThereIsNamed)
 {
     const ProgramRun run = RunVeloxKws({"verify", "--config", project.File("none.xml"), "en-US", Phrase("a.wav")});
     EXPECT_EQ(run.exitCode, 4);
-    EXPECT_THAT(run.errors, HasSubstr("There is no configuration file"));
+    EXPECT_THAT(run.errors, HasSubstr("none.xml cannot be used: There is no such file"));
 }
 
 TEST_F(VerifyCommand, AMissingModelFileIsNamed)
