@@ -4,7 +4,7 @@
 #include "console/text/Interruption.h"
 #include "console/text/Utf8Path.h"
 
-#include <fmt/chrono.h>
+#include <fmt/format.h>
 
 #include <fstream>
 #include <thread>
@@ -79,8 +79,13 @@ std::shared_ptr<void> LockFile(const std::filesystem::path& file, std::chrono::m
         }
         StopIfInterrupted();
     }
-    const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
-    fmt::print(lock->opened.get(), " since {:%F %T} UTC\n", now);
+    using namespace std::chrono;
+    const auto now = system_clock::now();
+    const year_month_day date(floor<days>(now));
+    const hh_mm_ss time(floor<seconds>(now - floor<days>(now)));
+    fmt::print(lock->opened.get(), " since {}-{:02}-{:02} {:02}:{:02} UTC\n", static_cast<int>(date.year()),
+               static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()), time.hours().count(),
+               time.minutes().count());
     std::fflush(lock->opened.get());
     return lock;
 }

@@ -83,12 +83,6 @@ struct ReadRecording
     std::optional<Remark> useless;
 };
 
-struct OddSound
-{
-    std::string first;
-    std::size_t count = 0;
-};
-
 ReadRecording ReadOne(const std::filesystem::path& file, bool isTake)
 {
     ReadRecording read;
@@ -127,16 +121,6 @@ std::vector<ReadRecording> ReadAll(const std::vector<std::filesystem::path>& fil
         other.get();
     }
     return read;
-}
-
-/// Notes what is odd about the sound of a recording; once of each kind, which is what follows its numbers.
-void AddOddities(const std::string& file, const std::vector<std::string>& warnings, std::map<std::string, OddSound>* odd)
-{
-    for (const std::string& warning : warnings)
-    {
-        const std::string kind = warning.substr(warning.find_last_of("0123456789") + 1);
-        odd->try_emplace(kind, OddSound{file + ": " + warning}).first->second.count += 1;
-    }
 }
 
 } // namespace
@@ -194,7 +178,7 @@ LanguageRecordings ReadLanguageRecordings(const LanguageFiles& files, Progress* 
     progress->Update(1.0);
 
     LanguageRecordings recordings;
-    std::map<std::string, OddSound> odd;
+    std::map<std::string, std::vector<std::string>> odd; // by what follows the numbers of a text
     for (std::size_t i = 0; i < all.size(); ++i)
     {
         const std::string name = Utf8(all[i]);
@@ -204,7 +188,10 @@ LanguageRecordings ReadLanguageRecordings(const LanguageFiles& files, Progress* 
             recordings.leftOut.push_back({name, "left out", Tone::Warning, {}, {*useless}});
             continue;
         }
-        AddOddities(name, audio.warnings, &odd);
+        for (const std::string& warning : audio.warnings)
+        {
+            odd[warning.substr(warning.find_last_of("0123456789") + 1)].push_back(name + ": " + warning);
+        }
         if (i < files.takes.size())
         {
             recordings.material.takes.push_back(
@@ -215,10 +202,10 @@ LanguageRecordings ReadLanguageRecordings(const LanguageFiles& files, Progress* 
             recordings.material.background.push_back(std::move(audio.samples));
         }
     }
-    for (const auto& [kind, sound] : odd)
+    for (const auto& [kind, texts] : odd)
     {
-        const std::string more = sound.count == 1 ? "" : fmt::format("; so in {} recordings", sound.count);
-        recordings.oddities.push_back({Tone::Warning, "OddSound", sound.first + more, "Look at how they were recorded."});
+        const std::string more = texts.size() == 1 ? "" : fmt::format("; so in {} recordings", texts.size());
+        recordings.oddities.push_back({Tone::Warning, "OddSound", texts.front() + more, "Look at how they were recorded."});
     }
     return recordings;
 }

@@ -27,9 +27,6 @@ namespace velox::console
 namespace
 {
 
-constexpr double LeastBackgroundHours = 1.0 / 60.0;
-constexpr std::size_t LeastTakes = 2;
-
 /// As the configuration names it: absolute, without a separator at its end.
 std::filesystem::path WholePath(const std::filesystem::path& path)
 {
@@ -83,9 +80,9 @@ struct LanguagePlace
 };
 
 /// Whether a file would be read together with the folder.
-bool LiesIn(const std::filesystem::path& file, const std::filesystem::path& folder)
+bool LiesIn(const std::filesystem::path& file, const std::string& folder)
 {
-    const std::filesystem::path way = WholePath(file).lexically_relative(WholePath(folder));
+    const std::filesystem::path way = WholePath(file).lexically_relative(WholePath(PathFromUtf8(folder)));
     return !way.empty() && *way.begin() != "..";
 }
 
@@ -95,36 +92,16 @@ void RefusePlaces(const LanguageRequest& request, const LanguageFiles& read, con
     inputs.insert(inputs.end(), read.background.begin(), read.background.end());
     const Output configuration{request.configuration, OutputKind::Configuration};
     RefuseToReplace(context, inputs, {&configuration, 1});
-    const std::string folder = Utf8(request.folder);
-    if (std::filesystem::exists(request.folder) && !std::filesystem::is_directory(request.folder))
+    std::vector<std::string> folders = request.background;
+    folders.push_back(Utf8(request.takes));
+    const bool isFile = std::filesystem::exists(request.folder) && !std::filesystem::is_directory(request.folder);
+    if (isFile || std::ranges::any_of(folders, [&](const std::string& folder) { return LiesIn(request.folder, folder); }))
     {
-        throw CommandFailure(ExitCode::Usage, folder + " is a file, and no folder for the language's files.",
-                             "Name a folder with --out. Nothing was changed.");
-    }
-    if (LiesIn(request.folder, request.takes) || std::ranges::any_of(request.background, [&](const std::string& argument) {
-            return LiesIn(request.folder, PathFromUtf8(argument));
-        }))
-    {
-        throw CommandFailure(ExitCode::Usage, folder + " is read for recordings: the language's files would be taken for some.",
+        throw CommandFailure(ExitCode::Usage,
+                             Utf8(request.folder) + (isFile
+                                                         ? " is a file, and no folder for the language's files."
+                                                         : " is read for recordings: the language's files would be among them."),
                              "Name another folder with --out. Nothing was changed.");
-    }
-}
-
-void CheckMaterial(const LanguageRecordings& recordings, const LanguageRequest& request)
-{
-    if (const std::size_t takes = recordings.material.takes.size(); takes < LeastTakes)
-    {
-        throw CommandFailure(ExitCode::BadInput,
-                             fmt::format("{} holds {} of the phrase that can be used; at least {} are needed.",
-                                         Utf8(request.takes), Counted(takes, "recording"), LeastTakes),
-                             "Record the phrase with many voices: twenty make a good language.");
-    }
-    if (const double hours = recordings.BackgroundHours(); hours < LeastBackgroundHours)
-    {
-        throw CommandFailure(
-            ExitCode::BadInput,
-            fmt::format("There are {:.0f} s of background; at least 60 s are needed, better hours.", 3600.0 * hours),
-            "Give recordings of other speech and of sounds with --background.");
     }
 }
 
@@ -152,7 +129,7 @@ engine::LanguageModels Train(const engine::LanguageMaterial& material, const eng
     catch (const std::invalid_argument& fault)
     {
         throw CommandFailure(ExitCode::BadInput, fmt::format("The phrase cannot be learned: {}.", fault.what()),
-                             "Check the recordings, or give more of them.");
+                             "Give more recordings: twenty voices and half an hour of background make a good language.");
     }
 }
 
@@ -276,37 +253,38 @@ void EstimateMisses(LanguageRecordings&& recordings, const LanguageRequest& requ
     {
         return;
     }
-    if (recordings.Voices() < LeastVoicesForEstimate)
+    std::optional<HeldOutTakes> takes;
+    if (recordings.Voices() >= LeastVoicesForEstimate)
     {
-        report->remarks.push_back({Tone::Note, "NoEstimate",
-                                   fmt::format("the misses are not estimated: that takes {} voices", LeastVoicesForEstimate),
-                                   "Record more voices."});
-        return;
+        context.progress.Begin("Estimating the misses");
+        takes = ScoreHeldOut(std::move(recordings.material), OptionsOf(request, &context.progress));
+        StopIfInterrupted();
     }
-    context.progress.Begin("Estimating the misses");
-    const auto takes = ScoreHeldOut(std::move(recordings.material), OptionsOf(request, &context.progress));
-    StopIfInterrupted();
     if (takes)
     {
         AddMisses(*takes, request.falseAlarmsPerHour, report);
+        return;
     }
+    report->remarks.push_back(
+        {Tone::Note, "NoEstimate",
+         fmt::format("the misses are not estimated: that takes {} voices and two minutes of background", LeastVoicesForEstimate),
+         "Give more recordings."});
 }
 
 void LearnAndWrite(LanguageRecordings&& recordings, const LanguageRequest& request, Context& context, const ReadBack& readBack,
                    Report* report)
 {
-    CheckMaterial(recordings, request);
-    context.progress.Begin("Learning the phrase");
-    const engine::LanguageModels models = Train(recordings.material, OptionsOf(request, &context.progress));
     const std::size_t takes = recordings.material.takes.size();
     const std::size_t voices = recordings.Voices();
+    const double hours = recordings.BackgroundHours();
     report->facts = {{"language", request.language},
                      {"name", LanguageName(request.language)},
                      {"takes", takes, "learned from",
-                      fmt::format("{} of {}, {:.2f} h of background", Counted(takes, "take"), Counted(voices, "voice"),
-                                  models.backgroundHours)},
+                      fmt::format("{} of {}, {:.2f} h of background", Counted(takes, "take"), Counted(voices, "voice"), hours)},
                      {"voices", voices},
-                     {"backgroundHours", models.backgroundHours}};
+                     {"backgroundHours", hours}};
+    context.progress.Begin("Learning the phrase");
+    const engine::LanguageModels models = Train(recordings.material, OptionsOf(request, &context.progress));
     std::ranges::transform(models.warnings, std::back_inserter(report->remarks), WarningOf);
     AddThresholds(models, request.falseAlarmsPerHour, report);
     const std::vector<float> take = recordings.material.takes.front().samples;
@@ -324,8 +302,10 @@ Report MakeLanguage(const LanguageRequest& request, Context& context, const Read
 {
     const LanguageFiles files = FindLanguageFiles(request.takes, request.background);
     RefusePlaces(request, files, context);
-    // Minutes of training would be lost otherwise.
-    std::make_unique<LanguagePlace>(request).reset();
+    {
+        // Minutes of training would be lost otherwise.
+        const LanguagePlace trial(request);
+    }
     LanguageRecordings recordings = ReadLanguageRecordings(files, &context.progress);
     Report report;
     report.results = std::move(recordings.leftOut);

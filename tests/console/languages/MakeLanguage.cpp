@@ -150,11 +150,11 @@ TEST_F(MakeLanguage, RefusalsAreToldBeforeTheTrainingAndLeaveNothing)
 
     request = folder.Request();
     request.takes = PathFromUtf8(folder.Path("takes/voice 0/take 0.wav"));
-    ExpectError(request, ExitCode::BadInput, "holds 1 recording of the phrase that can be used; at least 2");
+    ExpectError(request, ExitCode::BadInput, "fewer than two takes of the phrase can be used");
 
     request = folder.Request();
     request.background = {folder.Path("other/0.wav")};
-    ExpectError(request, ExitCode::BadInput, "s of background; at least 60 s");
+    ExpectError(request, ExitCode::BadInput, "less than a minute of background");
     EXPECT_TRUE(folder.HoldsOnlyMaterial());
 }
 
@@ -185,9 +185,10 @@ TEST_F(MakeLanguage, LeftOutRecordingsAreToldAlsoWhenItFails)
     LanguageRequest request = folder.Request();
     request.background = {folder.Path("other/0.wav")};
     folder.Record("takes/quiet.wav", std::vector<float>(16'000, 0.0F));
-    const Report report = ExpectError(request, ExitCode::BadInput, "at least 60 s");
+    const Report report = ExpectError(request, ExitCode::BadInput, "less than a minute");
     ASSERT_EQ(report.results.size(), 1U);
     EXPECT_THAT(report.results[0].title, HasSubstr("quiet.wav"));
+    EXPECT_THAT(TextOf(report), HasSubstr("8 takes of 4 voices, 0.00 h of background"));
 }
 
 TEST_F(MakeLanguage, FilesOfNobodyAreNotOverwrittenUnasked)

@@ -84,8 +84,9 @@ TEST_F(MakeLanguageCommand, MakesALanguageThatTheLibraryTakes)
     ASSERT_EQ(made.exitCode, 0) << made.output << made.errors;
     const Json document = Json::parse(made.output);
     EXPECT_EQ(document["command"], "make-language");
-    EXPECT_EQ(document["results"][0]["language"], 1033);
-    EXPECT_EQ(document["results"][0]["takes"], 8);
+    EXPECT_EQ(document["facts"]["language"], 1033);
+    EXPECT_EQ(document["facts"]["takes"], 8);
+    EXPECT_TRUE(document["results"].empty());
     EXPECT_EQ(document["error"], nullptr);
     EXPECT_EQ(made.errors, "");
 
@@ -115,8 +116,8 @@ TEST_F(MakeLanguageCommand, RefusesWithACodeForEachCauseAndLeavesNothing)
                "There is no folder"},
               {{"make-language", "en-US", "--phrase", folder.Path("takes"), "--background", folder.Path("other"), "--out",
                 folder.Path("other\\0.wav"), "--config", folder.Path("config.xml")},
-               6,
-               "Cannot write"}};
+               2,
+               "is a file, and no folder"}};
     for (const auto& own : cases)
     {
         SCOPED_TRACE(own.message);
@@ -133,7 +134,7 @@ TEST_F(MakeLanguageCommand, AMalformedConfigurationIsTold)
     const ProgramRun run = RunVeloxKws(Line({"--json"}));
     EXPECT_EQ(run.exitCode, 4);
     const Json document = Json::parse(run.output);
-    EXPECT_THAT(document["error"]["message"].get<std::string>(), HasSubstr("not well-formed"));
+    EXPECT_THAT(document["error"]["message"].get<std::string>(), HasSubstr("cannot be used: An element is closed by"));
     EXPECT_EQ(ReadWholeFile(folder.Path("config.xml")), "<a>");
 }
 
@@ -142,8 +143,7 @@ TEST_F(MakeLanguageCommand, KilledWhileItWritesItLeavesNoConfigurationWithoutIts
     const std::filesystem::path models = PathFromUtf8(folder.Path("models"));
     const std::filesystem::path configuration = PathFromUtf8(folder.Path("config.xml"));
     const auto writes = [&] {
-        return std::filesystem::exists(models / ".velox-kws-new" / "kp_1033.bin") ||
-               std::filesystem::exists(models / "kp_1033.bin");
+        return std::filesystem::exists(models / ".velox-kws-journal") || std::filesystem::exists(models / "kp_1033.bin");
     };
     const RunningProgram program(Line({"--batches", "2"}));
     while (!writes() && program.RunsFor(0))
@@ -157,7 +157,45 @@ TEST_F(MakeLanguageCommand, KilledWhileItWritesItLeavesNoConfigurationWithoutIts
         EXPECT_TRUE(!std::filesystem::exists(configuration) || std::filesystem::exists(models / name)) << name;
     }
     // The next one makes everything whole, and clears the rest away.
-    EXPECT_EQ(RunVeloxKws(Line({"--batches", "2", "--replace"})).exitCode, 0);
+    const ProgramRun next = RunVeloxKws(Line({"--batches", "2", "--replace"}));
+    EXPECT_EQ(next.exitCode, 0) << next.errors;
     EXPECT_TRUE(std::filesystem::exists(configuration));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(models), {}), 7);
+}
+
+TEST_F(MakeLanguageCommand, AFolderThatTheLibraryCannotOpenIsRefusedFirst)
+{
+    if (GetACP() == CP_UTF8)
+    {
+        GTEST_SKIP() << "This code page has all letters.";
+    }
+    Arguments line = Line({"--batches", "2"});
+    line[7] = folder.Path("mod\xC3\xA8les \xE6\x97\xA5");
+    const ProgramRun run = RunVeloxKws(line);
+    EXPECT_EQ(run.exitCode, 4) << run.output << run.errors;
+    EXPECT_THAT(run.errors, HasSubstr("The library cannot open files in"));
+    EXPECT_TRUE(folder.HoldsOnlyMaterial());
+}
+
+TEST_F(MakeLanguageCommand, ALanguageThatTheLibraryCannotUseIsNotCalledLearned)
+{
+    // The constraints that the configuration names are missing.
+    const std::string before = "<keywords constraints=\"" + folder.Path("missing.txt") + "\"/>";
+    WriteWholeFile(folder.Path("config.xml"), before);
+    const ProgramRun run = RunVeloxKws(Line({"--batches", "2", "--json"}));
+    EXPECT_NE(run.exitCode, 0);
+    const Json document = Json::parse(run.output);
+    EXPECT_THAT(document["error"]["message"].get<std::string>(), HasSubstr("learned, but cannot be used"));
+    EXPECT_EQ(document["verdict"].get<std::string>().find("learned and stands"), std::string::npos);
+    EXPECT_EQ(ReadWholeFile(folder.Path("config.xml")), before);
+    EXPECT_FALSE(std::filesystem::exists(PathFromUtf8(folder.Path("models"))));
+}
+
+TEST_F(MakeLanguageCommand, ThePageHasTheCurveOfTheMisses)
+{
+    folder.AddVoices(3);
+    const ProgramRun run = RunVeloxKws(Line({"--batches", "8", "--report", folder.Path("page.html")}));
+    ASSERT_EQ(run.exitCode, 0) << run.output << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("that were not learned from"));
+    EXPECT_THAT(ReadWholeFile(folder.Path("page.html")), HasSubstr("Misses"));
 }
