@@ -9,6 +9,7 @@
 #include "console/text/Utf8Path.h"
 
 #include <CLI/CLI.hpp>
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <memory>
@@ -43,15 +44,17 @@ LanguageRequest RequestOf(const MakeLanguageOptions& options)
     return request;
 }
 
-/// The library joins the names of the configuration, whose bytes are UTF-8, and opens them in its narrow code page.
-void CheckFolder(const std::filesystem::path& folder)
+/// The library opens the configuration by its narrow name, and the files by the configuration's bytes, which are UTF-8, as one.
+void CheckPaths(const LanguageRequest& request)
 {
-    const std::filesystem::path whole = std::filesystem::absolute(folder);
-    if (NarrowPath(whole) != Utf8(whole))
+    const std::filesystem::path folder = std::filesystem::absolute(request.folder);
+    const bool folderOpens = NarrowPath(folder) == Utf8(folder);
+    if (!folderOpens || !NarrowPath(request.configuration))
     {
         throw CommandFailure(ExitCode::BadConfiguration,
-                             "The library cannot open files in " + Utf8(whole) + ": the path has letters beyond ASCII.",
-                             "Choose a folder with a plain name for --out.");
+                             fmt::format("The library cannot open {}: its code page lacks letters of this path.",
+                                         Utf8(folderOpens ? request.configuration : folder)),
+                             "Choose a folder with a plain name.");
     }
 }
 
@@ -76,8 +79,7 @@ void UseLanguage(const DetectorOptions& options, uint16_t language, std::span<co
 Report Make(const MakeLanguageOptions& options, Context& context)
 {
     const LanguageRequest request = RequestOf(options);
-    CheckFolder(request.folder);
-    const Detector configurationCanBeOpened(options.detector, context.log);
+    CheckPaths(request);
     return MakeLanguage(request, context, [&](const LanguageRequest& written, std::span<const float> take) {
         UseLanguage(options.detector, written.language, take, context.log);
     });
