@@ -11,7 +11,7 @@ using testing::HasSubstr;
 namespace
 {
 
-class LoadedConfiguration : public testing::Test
+class ConfigurationXml : public testing::Test
 {
 protected:
     std::optional<XmlProblem> Load(const std::string& xml)
@@ -29,7 +29,7 @@ protected:
     tinyxml2::XMLDocument document;
 };
 
-TEST_F(LoadedConfiguration, EachFaultHasItsWordsItsLineAndItsFix)
+TEST_F(ConfigurationXml, EachFaultHasItsWordsItsLineAndItsFix)
 {
     const struct
     {
@@ -53,20 +53,20 @@ TEST_F(LoadedConfiguration, EachFaultHasItsWordsItsLineAndItsFix)
     }
 }
 
-TEST_F(LoadedConfiguration, WhatIsNoFileIsSaid)
+TEST_F(ConfigurationXml, WhatIsNoFileIsSaid)
 {
     EXPECT_EQ(LoadConfigurationXml(folder.Path(), &document).value().message, "This is a folder, not a configuration file.");
     EXPECT_EQ(LoadConfigurationXml(folder.Path() + "/none.xml", &document).value().message, "There is no such file.");
 }
 
-TEST_F(LoadedConfiguration, AGoodFileIsLoaded)
+TEST_F(ConfigurationXml, AGoodFileIsLoaded)
 {
     EXPECT_FALSE(Load("<r x='1'/>").has_value());
     EXPECT_STREQ(document.RootElement()->Attribute("x"), "1");
     EXPECT_NO_THROW(RequireConfigurationXml(File(), &document));
 }
 
-TEST_F(LoadedConfiguration, CommandsSayItInOneSentence)
+TEST_F(ConfigurationXml, CommandsSayItInOneSentence)
 {
     try
     {
