@@ -24,8 +24,9 @@ namespace
 {
 
 constexpr sf_count_t BlockFrames = 65536;
-/// The features look at speech up to 8 kHz: what this quality lets through above it is 97 dB lower.
-constexpr int ResamplerQuality = SRC_SINC_FASTEST;
+/// Scores of takes differ from those with the best quality by 0.3 at most, 0.01 on average; the fastest one cuts speech above
+/// 6.4 kHz off, and a score in a hundred changes.
+constexpr int ResamplerQuality = SRC_SINC_MEDIUM_QUALITY;
 
 [[noreturn]] void FailSound(const std::filesystem::path& file, const std::string& what, const std::string& fix)
 {

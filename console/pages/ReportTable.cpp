@@ -27,7 +27,7 @@ ReportTable TableOf(const std::vector<Entry>& entries)
         }
         for (const Fact& fact : entry.facts)
         {
-            if (fact.name.empty() && fact.text.empty())
+            if (fact.text.empty())
             {
                 continue;
             }

@@ -28,7 +28,7 @@ protected:
     std::string Refusal(const std::vector<std::filesystem::path>& inputs, const std::vector<Output>& outputs,
                         const std::filesystem::path& page = {}, const std::filesystem::path& log = {}) const
     {
-            velox::console::Progress progress(nullptr);
+        velox::console::Progress progress(nullptr);
         const LogOptions logOptions{false, log};
         const Context context{progress, logOptions, page};
         try

@@ -16,6 +16,11 @@ TEST(ReportTable, HasAColumnForEachNameInTheOrderInWhichTheyCome)
     EXPECT_EQ(table.rows[1].entry, &entries[1]);
 }
 
+TEST(ReportTable, WhatNobodyHasIsNoColumn)
+{
+    EXPECT_EQ(TableOf({{"a", "", Tone::Good, {{"block", Value(), "block", ""}}}}).columns, (Texts{""}));
+}
+
 TEST(ReportTable, StatusHasAColumnWhenThereIsOne)
 {
     EXPECT_EQ(TableOf({{"", "accepted"}, {"", ""}}).columns, (Texts{""}));
