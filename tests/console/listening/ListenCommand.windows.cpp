@@ -72,7 +72,7 @@ protected:
         Arguments reversed = Line(more);
         std::ranges::reverse(reversed);
         app.parse(reversed);
-            Progress progress(nullptr);
+        Progress progress(nullptr);
         const LogOptions log;
         Context context{progress, log, PathFromUtf8(page)};
         return RunCommand("listen", commands.run.at(app.get_subcommands().at(0)), context);
