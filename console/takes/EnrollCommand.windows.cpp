@@ -3,7 +3,7 @@
 #include "console/hosting/LogExplanation.h"
 #include "console/hosting/UserModelStream.h"
 #include "console/takes/TakeComparison.h"
-#include "console/takes/TakeVerifier.h"
+#include "console/takes/VerifyCommand.h"
 #include "console/text/Interruption.h"
 #include "console/text/LanguageName.h"
 #include "console/text/StatusText.h"
@@ -62,7 +62,8 @@ private:
     {
         verifier.Verify(context.progress, &takes);
         comparison = CompareTakes(takes, verifier.models);
-        if (!MayTrain())
+        const std::size_t accepted = NumbersOf(takes, true).size();
+        if (options.skipRefused ? accepted == 0 : accepted < takes.size())
         {
             return Conclude("");
         }
@@ -70,12 +71,6 @@ private:
         ReadModelBack();
         WriteWhole(PathFromUtf8(options.model), model);
         return ConcludeTrained();
-    }
-
-    bool MayTrain() const
-    {
-        const std::size_t accepted = NumbersOf(takes, true).size();
-        return options.skipRefused ? accepted > 0 : accepted == takes.size();
     }
 
     /// @throws CommandFailure when there is no model
@@ -95,10 +90,7 @@ private:
         }
         const Answer answer = verifier.detector.Train(stream.get(), verifier.language, recordings);
         NameLeftOutTakes(answer);
-        if (!answer.Succeeded())
-        {
-            throw ExplainFailure("Training", answer.result, answer.lines);
-        }
+        answer.Require("Training");
         model = Content(stream.get());
     }
 
@@ -125,12 +117,8 @@ private:
     void ReadModelBack()
     {
         const ArmingAnswer answer = verifier.detector.Arm(stream.get(), verifier.language);
-        if (!answer.Succeeded())
-        {
-            throw ExplainFailure("Arming with the new model", answer.result, answer.lines);
-        }
-        if (std::ranges::find(answer.lines, "[BuildArmingPatternData] Using user model.", &LoggedLine::message) ==
-            answer.lines.end())
+        answer.Require("Arming with the new model");
+        if (!answer.UsedUserModel())
         {
             throw CommandFailure(ExitCode::LibraryFailure, "The library does not take the new model for a user's.",
                                  "Is the VeloxWovSDK.dll beside the program the right one?");
