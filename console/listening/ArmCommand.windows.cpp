@@ -1,7 +1,6 @@
 #include "console/listening/ArmCommand.h"
 
 #include "console/hosting/Detector.h"
-#include "console/hosting/LogExplanation.h"
 #include "console/hosting/Outputs.h"
 #include "console/hosting/UserModelStream.h"
 #include "console/listening/Pattern.h"
@@ -13,7 +12,6 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <array>
 #include <memory>
 
@@ -31,39 +29,29 @@ struct ArmOptions
     std::string output;
 };
 
-std::vector<uint8_t> BuildPattern(const ArmOptions& options, uint16_t language, const Context& context)
-{
-    Detector detector(options.detector, context.log);
-    const auto stream = options.model.empty() ? EmptyStream() : OpenUserModel(PathFromUtf8(options.model));
-    ArmingAnswer answer = detector.Arm(stream.get(), language);
-    if (!answer.Succeeded())
-    {
-        throw ExplainFailure("Arming language " + LanguageText(language), answer.result, answer.lines);
-    }
-    const bool usedUserModel = std::ranges::any_of(
-        answer.lines, [](const auto& line) { return line.message == "[BuildArmingPatternData] Using user model."; });
-    if (!options.model.empty() && !usedUserModel)
-    {
-        throw CommandFailure(ExitCode::BadInput, options.model + " holds no user model: it does not begin with VWOV.",
-                             "Make one with velox-kws enroll, or leave --model out to arm everybody's model.");
-    }
-    return std::move(answer.pattern);
-}
-
 Report Arm(const ArmOptions& options, const Context& context)
 {
     const std::array inputs{PathFromUtf8(options.detector.configuration), PathFromUtf8(options.model)};
     const std::filesystem::path output = PathFromUtf8(options.output);
     RefuseToReplace(context, inputs, std::array{Output{output, OutputKind::Pattern}});
     const uint16_t language = ParseLanguage(options.language);
-    const std::vector<uint8_t> pattern = BuildPattern(options, language, context);
+    const bool isUserModel = !options.model.empty();
+    Detector detector(options.detector, context.log);
+    const auto stream = isUserModel ? OpenUserModel(inputs[1]) : EmptyStream();
+    const ArmingAnswer answer = detector.Arm(stream.get(), language);
+    answer.Require("Arming language " + LanguageText(language));
+    if (isUserModel && !answer.UsedUserModel())
+    {
+        throw CommandFailure(ExitCode::BadInput, options.model + " holds no user model: it does not begin with VWOV.",
+                             "Make one with velox-kws enroll, or leave --model out to arm everybody's model.");
+    }
+    const std::vector<uint8_t>& pattern = answer.pattern;
     WriteWhole(output, pattern);
 
     const std::size_t modelBytes = pattern.size() - firmware::PatternLayout::ModelOffset;
-    const bool isUserModel = !options.model.empty();
     Report report;
-    report.results = {Entry{options.output}};
-    report.results.front().facts = {
+    Entry& block = report.results.emplace_back(options.output);
+    block.facts = {
         {"file", options.output},
         {"language", language, "language", LanguageText(language)},
         {"model", isUserModel ? "user" : "predefined", "model",
@@ -74,7 +62,7 @@ Report Arm(const ArmOptions& options, const Context& context)
         {"bytes", pattern.size(), "size", fmt::format("{} bytes", pattern.size())}};
     if (const auto warning = SimulatorWarning(pattern))
     {
-        report.results.front().remarks = {*warning};
+        block.remarks = {*warning};
     }
     report.verdict = "Written: " + options.output + ".";
     return report;

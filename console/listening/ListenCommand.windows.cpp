@@ -61,29 +61,23 @@ void RefuseToReplaceFiles(const ListenOptions& options, const std::vector<std::s
 PatternOrigin ArmLibrary(const ListenOptions& options, std::span<const uint8_t> pattern, IStream* userModel, Detector* detector)
 {
     std::vector<uint16_t> languages;
-    if (!options.language.empty())
-    {
-        languages = {ParseLanguage(options.language)};
-    }
-    else
+    if (options.language.empty())
     {
         const CapabilitiesAnswer answer = detector->GetCapabilities();
-        if (!answer.Succeeded())
-        {
-            throw ExplainFailure("Reading the languages", answer.result, answer.lines);
-        }
+        answer.Require("Reading the languages");
         if (answer.languages.empty())
         {
             throw CommandFailure(ExitCode::BadConfiguration, "No language is configured.", "Add one to the configuration file.");
         }
         languages = answer.languages;
     }
+    else
+    {
+        languages = {ParseLanguage(options.language)};
+    }
     const auto build = [&](uint16_t language) {
-        ArmingAnswer answer = detector->Arm(userModel, language);
-        if (!answer.Succeeded())
-        {
-            throw ExplainFailure("Arming language " + LanguageText(language), answer.result, answer.lines);
-        }
+        const ArmingAnswer answer = detector->Arm(userModel, language);
+        answer.Require("Arming language " + LanguageText(language));
         return answer.pattern;
     };
     return FindPatternOrigin(languages, build, pattern);
@@ -92,12 +86,10 @@ PatternOrigin ArmLibrary(const ListenOptions& options, std::span<const uint8_t> 
 std::vector<Remark> Remarks(firmware::Fault fault, const std::string& difference)
 {
     std::vector<Remark> remarks;
-    for (const firmware::FaultName& name : firmware::FaultNames)
+    if (const auto name = std::ranges::find(firmware::FaultNames, fault, &firmware::FaultName::fault);
+        name != std::end(firmware::FaultNames))
     {
-        if (name.fault == fault)
-        {
-            remarks.push_back({Tone::Note, "Fault", fmt::format("fault \"{}\": {}", name.name, name.sentence), ""});
-        }
+        remarks.push_back({Tone::Note, "Fault", fmt::format("fault \"{}\": {}", name->name, name->sentence), ""});
     }
     if (fault == firmware::Fault::StalePattern)
     {
