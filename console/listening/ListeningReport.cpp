@@ -141,8 +141,8 @@ std::vector<Remark> RemarksOf(const HeardFile& file)
     std::vector<Remark> remarks;
     for (const CommandFailure& failure : file.failures)
     {
-        remarks.push_back(
-            {Tone::Bad, failure.exitCode == ExitCode::WriteFailed ? "BlockNotWritten" : "NotHeard", failure.what(), failure.fix});
+        const char* code = failure.exitCode == ExitCode::WriteFailed ? "BlockNotWritten" : "NotHeard";
+        remarks.push_back({Tone::Bad, code, failure.what(), failure.fix});
     }
     for (const std::string& warning : file.warnings)
     {
@@ -157,8 +157,8 @@ std::vector<Remark> RemarksOf(const HeardFile& file)
     }
     if (file.lowerNearMisses > 0)
     {
-        remarks.push_back(
-            {Tone::Note, "LowerNearMisses", "and " + Counted(file.lowerNearMisses, "lower near miss", "lower near misses"), ""});
+        const std::string lower = Counted(file.lowerNearMisses, "lower near miss", "lower near misses");
+        remarks.push_back({Tone::Note, "LowerNearMisses", "and " + lower, ""});
     }
     return remarks;
 }

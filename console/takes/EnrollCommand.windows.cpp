@@ -68,7 +68,6 @@ private:
             return Conclude("");
         }
         Train();
-        ReadModelBack();
         WriteWhole(PathFromUtf8(options.model), model);
         return ConcludeTrained();
     }
@@ -88,9 +87,18 @@ private:
             comparison.remarks.push_back({Tone::Note, "OneTake", "one take alone: the model learns one way of saying the phrase",
                                           "Three takes and more are best."});
         }
+        const auto stream = EmptyStream();
         const Answer answer = verifier.detector.Train(stream.get(), verifier.language, recordings);
         NameLeftOutTakes(answer);
         answer.Require("Training");
+        // A model that the library cannot arm with must not replace one that it can.
+        const ArmingAnswer armed = verifier.detector.Arm(stream.get(), verifier.language);
+        armed.Require("Arming with the new model");
+        if (!armed.UsedUserModel())
+        {
+            throw CommandFailure(ExitCode::LibraryFailure, "The library does not take the new model for a user's.",
+                                 "Is the VeloxWovSDK.dll beside the program the right one?");
+        }
         model = Content(stream.get());
     }
 
@@ -113,18 +121,6 @@ private:
         }
     }
 
-    /// A model that the library cannot arm with must not replace one that it can.
-    void ReadModelBack()
-    {
-        const ArmingAnswer answer = verifier.detector.Arm(stream.get(), verifier.language);
-        answer.Require("Arming with the new model");
-        if (!answer.UsedUserModel())
-        {
-            throw CommandFailure(ExitCode::LibraryFailure, "The library does not take the new model for a user's.",
-                                 "Is the VeloxWovSDK.dll beside the program the right one?");
-        }
-    }
-
     /// All that was found.
     /// @param verdict  what became of the model; empty when none was to be made of these takes
     Report Conclude(const std::string& verdict) const
@@ -142,15 +138,15 @@ private:
     Report ConcludeTrained() const
     {
         const std::size_t used = NumbersOf(takes, true).size();
+        const std::optional<std::size_t> heard = CountHeard();
         Report report = Conclude(fmt::format("Enrolled: {} of {} from {}.{}{}", options.model, LanguageText(verifier.language),
                                              Counted(used, "take"), Names(" Refused and left out: ", NumbersOf(takes, false)),
                                              Names(" Better to record again: ", comparison.again)));
         report.exitCode = ExitCode::Success;
-        report.facts.push_back({"model", options.model, "model", options.model});
-        report.facts.push_back({"bytes", model.size(), "size", Counted(model.size(), "byte")});
-        report.facts.push_back({"takes", used, "takes", std::to_string(used)});
-        const std::optional<std::size_t> heard = CountHeard();
-        report.facts.push_back({"takesHeard", heard, "hears", heard ? fmt::format("{} of the {} takes", *heard, used) : ""});
+        report.facts = {{"model", options.model, "model", options.model},
+                        {"bytes", model.size(), "size", Counted(model.size(), "byte")},
+                        {"takes", used, "takes", std::to_string(used)},
+                        {"takesHeard", heard, "hears", heard ? fmt::format("{} of the {} takes", *heard, used) : ""}};
         return report;
     }
 
@@ -180,7 +176,6 @@ private:
     TakeVerifier verifier;
     std::vector<Take> takes;
     TakeComparison comparison;
-    ComPointer<IStream> stream = EmptyStream();
     std::vector<uint8_t> model;
 };
 

@@ -171,35 +171,29 @@ Curve FrameCurve(const TakeReview& review, Number number)
     return curve;
 }
 
-std::vector<Mark> MarksOf(const Take& take)
+Picture PictureOf(const Take& take)
 {
     const TakeReview& review = take.review;
-    std::vector<Mark> marks;
+    Picture picture{0.0, take.audio.seconds, WaveOf(take.audio.samples)};
     if (HasSpeech(review))
     {
-        marks.push_back({Mark::Kind::Speech, Seconds(review.speechBegin), Seconds(review.speechEnd)});
+        picture.marks.push_back({Mark::Kind::Speech, Seconds(review.speechBegin), Seconds(review.speechEnd)});
     }
     if (review.phrase)
     {
         const double score = take.score.value_or(review.phrase->score);
-        marks.push_back({Mark::Kind::Phrase, Seconds(review.phrase->startSample), Seconds(review.phrase->endSample),
-                         fmt::format("score {:.0f}", score), score});
+        picture.marks.push_back({Mark::Kind::Phrase, Seconds(review.phrase->startSample), Seconds(review.phrase->endSample),
+                                 fmt::format("score {:.0f}", score), score});
     }
     if (review.firstClipped)
     {
         const double moment = Seconds(static_cast<int64_t>(*review.firstClipped));
-        marks.push_back({Mark::Kind::Clipped, moment, moment, Counted(review.clippedSamples, "clipped sample")});
+        picture.marks.push_back({Mark::Kind::Clipped, moment, moment, Counted(review.clippedSamples, "clipped sample")});
     }
-    return marks;
-}
-
-Picture PictureOf(const Take& take)
-{
-    Picture picture{0.0, take.audio.seconds, WaveOf(take.audio.samples), MarksOf(take)};
-    picture.quality = FrameCurve(take.review, [](const engine::FrameReview& frame) { return frame.quality; });
-    if (take.review.bestScore > engine::ScoreScale::Least)
+    picture.quality = FrameCurve(review, [](const engine::FrameReview& frame) { return frame.quality; });
+    if (review.bestScore > engine::ScoreScale::Least)
     {
-        picture.score = FrameCurve(take.review, [](const engine::FrameReview& frame) {
+        picture.score = FrameCurve(review, [](const engine::FrameReview& frame) {
             return frame.score > engine::ScoreScale::Least ? frame.score : std::numeric_limits<float>::quiet_NaN();
         });
         picture.threshold = take.threshold;
