@@ -4,8 +4,7 @@
 #include "console/hosting/CapabilitiesCommand.h"
 #include "console/inspect/InspectCommand.h"
 #include "console/languages/MakeLanguageCommand.h"
-#include "console/listening/ArmCommand.h"
-#include "console/listening/ListenCommand.h"
+#include "console/listening/PatternCommands.h"
 #include "console/takes/EnrollCommand.h"
 #include "console/takes/VerifyCommand.h"
 

@@ -22,6 +22,10 @@ struct Answer
     {
         return result == S_OK;
     }
+
+    /// @param operation  what was tried, "Arming language 1033"
+    /// @throws CommandFailure that explains why it failed, if it did
+    void Require(const std::string& operation) const;
 };
 
 struct CapabilitiesAnswer : Answer
@@ -37,6 +41,9 @@ struct CapabilitiesAnswer : Answer
 struct ArmingAnswer : Answer
 {
     std::vector<uint8_t> pattern; ///< exactly as the library returns it
+
+    /// Whether the stream held a user's model; everybody's was used otherwise.
+    bool UsedUserModel() const;
 };
 
 struct DetectionAnswer : Answer

@@ -2,6 +2,7 @@
 
 #include "console/hosting/ComPointer.h"
 #include "console/hosting/ConfigurationXml.h"
+#include "console/hosting/LogExplanation.h"
 #include "console/hosting/NarrowPath.h"
 #include "console/text/CommandFailure.h"
 #include "console/text/LastError.h"
@@ -111,6 +112,19 @@ uint32_t Attribute(IMFMediaType* format, const GUID& name)
 }
 
 } // namespace
+
+void Answer::Require(const std::string& operation) const
+{
+    if (!Succeeded())
+    {
+        throw ExplainFailure(operation, result, lines);
+    }
+}
+
+bool ArmingAnswer::UsedUserModel() const
+{
+    return std::ranges::find(lines, "[BuildArmingPatternData] Using user model.", &LoggedLine::message) != lines.end();
+}
 
 Detector::Detector(const DetectorOptions& options, const LogOptions& log) : logger(log)
 {

@@ -9,7 +9,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <limits>
 #include <tuple>
 
 namespace velox::console
@@ -34,28 +33,12 @@ void SetPattern(std::span<const uint8_t> pattern, firmware::DspSimulator* dsp)
     }
 }
 
-/// Whether a peak that did not pass was close: its score, or the phrase's alone.
-bool IsNearMiss(const firmware::Peak& peak, uint32_t threshold)
-{
-    const float least = static_cast<float>(threshold) / 256.0F;
-    return !peak.passed && (peak.detection.score >= least - NearMissMargin || peak.detection.phraseScore >= least);
-}
-
-bool Overlap(const firmware::Peak& one, const firmware::Peak& other)
-{
-    return one.detection.startSample < other.detection.endSample && other.detection.startSample < one.detection.endSample;
-}
-
 auto Rank(const HeardPhrase& phrase)
 {
     return std::tuple(phrase.peak.passed, phrase.isNear, phrase.peak.score);
 }
 
-struct RankedPhrase
-{
-    HeardPhrase* phrase;
-    const HeardFile* file;
-};
+using RankedPhrase = std::pair<HeardPhrase*, const HeardFile*>;
 
 /// Those that fired first, then near misses, and each by their score.
 std::vector<RankedPhrase> Ranked(std::span<HeardFile> files)
@@ -63,12 +46,9 @@ std::vector<RankedPhrase> Ranked(std::span<HeardFile> files)
     std::vector<RankedPhrase> ranked;
     for (HeardFile& file : files)
     {
-        for (HeardPhrase& phrase : file.phrases)
-        {
-            ranked.push_back({&phrase, &file});
-        }
+        std::ranges::transform(file.phrases, std::back_inserter(ranked), [&](auto& phrase) { return std::pair(&phrase, &file); });
     }
-    std::ranges::stable_sort(ranked, std::greater(), [](const RankedPhrase& one) { return Rank(*one.phrase); });
+    std::ranges::stable_sort(ranked, std::greater(), [](const RankedPhrase& one) { return Rank(*one.first); });
     return ranked;
 }
 
@@ -97,6 +77,31 @@ public:
         return dsp;
     }
 
+    /// To its end, or as far as it can be read.
+    void HearRecording(Progress* progress)
+    {
+        try
+        {
+            progress->Begin(heard.name);
+            AudioStream stream(PathFromUtf8(heard.name));
+            for (std::vector<float> samples; stream.Read(&samples);)
+            {
+                Hear(samples);
+                progress->Update(stream.Share());
+            }
+            heard.conversion = stream.Summary().conversion;
+            heard.warnings = stream.Summary().warnings;
+        }
+        catch (const CommandFailure& failure)
+        {
+            heard.failures.push_back(failure);
+        }
+        HearBlock(std::vector<float>(static_cast<std::size_t>(dsp.Latency()), 0.0F)); // a keyword at the end is reported later
+        heard.seconds = Seconds(samplesHeard);
+        heard.wave = wave.Finish();
+    }
+
+private:
     void Hear(std::span<const float> samples)
     {
         if (setup.pictures)
@@ -111,15 +116,6 @@ public:
         }
     }
 
-    /// The audio has ended: a keyword at its end is reported a little later.
-    void Finish()
-    {
-        HearBlock(std::vector<float>(static_cast<std::size_t>(dsp.Latency()), 0.0F));
-        heard.seconds = Seconds(samplesHeard);
-        heard.wave = wave.Finish();
-    }
-
-private:
     void HearBlock(std::span<const float> block)
     {
         while (!block.empty())
@@ -159,37 +155,6 @@ private:
     int64_t samplesHeard = 0;
 };
 
-void HearRecording(Run* run, HeardFile* file, Progress* progress)
-{
-    try
-    {
-        progress->Begin(file->name);
-        AudioStream stream(PathFromUtf8(file->name));
-        for (std::vector<float> samples; stream.Read(&samples);)
-        {
-            run->Hear(samples);
-            progress->Update(stream.Share());
-        }
-        file->conversion = stream.Summary().conversion;
-        file->warnings = stream.Summary().warnings;
-    }
-    catch (const CommandFailure& failure)
-    {
-        file->failures.push_back(failure);
-    }
-    run->Finish();
-}
-
-Picture CloseUp(const HeardFile& file, const engine::Detection& phrase)
-{
-    const auto end = std::ssize(file.shape);
-    const auto first = std::clamp<std::ptrdiff_t>((phrase.startSample - CloseUpMargin) / SamplesPerStretch, 0, end);
-    const auto last = std::clamp<std::ptrdiff_t>((phrase.endSample + CloseUpMargin) / SamplesPerStretch, first, end);
-    return {Seconds(first * SamplesPerStretch),
-            Seconds((last - first) * SamplesPerStretch),
-            {file.shape.begin() + first, file.shape.begin() + last}};
-}
-
 /// @param number  of the last block in the run
 void SaveBlocks(const std::string& folder, HeardFile* file, std::size_t* number)
 {
@@ -218,10 +183,14 @@ void SaveBlocks(const std::string& folder, HeardFile* file, std::size_t* number)
 
 void AddPeak(const firmware::Peak& peak, uint32_t threshold, std::vector<HeardPhrase>* phrases)
 {
-    HeardPhrase phrase{peak, IsNearMiss(peak, threshold), peak.score};
+    const engine::Detection& place = peak.detection;
+    const float least = static_cast<float>(threshold) / 256.0F;
+    const bool isNear = !peak.passed && (place.score >= least - NearMissMargin || place.phraseScore >= least);
+    HeardPhrase phrase{peak, isNear, peak.score};
     const auto lastOverlaps = [&] {
         // They come in the order of their ends: only the last ones can.
-        return !phrases->empty() && Overlap(phrases->back().peak, peak);
+        return !phrases->empty() && phrases->back().peak.detection.startSample < place.endSample &&
+               place.startSample < phrases->back().peak.detection.endSample;
     };
     while (lastOverlaps() && !phrases->back().peak.passed && Rank(phrases->back()) < Rank(phrase))
     {
@@ -239,13 +208,12 @@ void AddPeak(const firmware::Peak& peak, uint32_t threshold, std::vector<HeardPh
 void KeepBest(HeardFile* file)
 {
     std::size_t nearMisses = 0;
-    for (const RankedPhrase& ranked : Ranked({file, 1}))
+    for (const auto& [phrase, owner] : Ranked({file, 1}))
     {
-        HeardPhrase& phrase = *ranked.phrase;
-        file->highestSilent = phrase.peak.passed ? file->highestSilent : std::max(file->highestSilent, {phrase.highest});
-        if (phrase.isNear && ++nearMisses > MostNearMisses)
+        file->highestSilent = phrase->peak.passed ? file->highestSilent : std::max(file->highestSilent, {phrase->highest});
+        if (phrase->isNear && ++nearMisses > MostNearMisses)
         {
-            phrase.isNear = false;
+            phrase->isNear = false;
             ++file->lowerNearMisses;
         }
     }
@@ -254,10 +222,17 @@ void KeepBest(HeardFile* file)
 
 void DrawCloseUps(std::span<HeardFile> files)
 {
-    const std::vector<RankedPhrase> ranked = Ranked(files);
-    for (const RankedPhrase& best : std::span(ranked).first(std::min(MostCloseUps, ranked.size())))
+    std::vector<RankedPhrase> drawn = Ranked(files);
+    drawn.resize(std::min(drawn.size(), MostCloseUps));
+    for (const auto& [best, file] : drawn)
     {
-        best.phrase->picture = CloseUp(*best.file, best.phrase->peak.detection);
+        const engine::Detection& phrase = best->peak.detection;
+        const auto end = std::ssize(file->shape);
+        const auto first = std::clamp<std::ptrdiff_t>((phrase.startSample - CloseUpMargin) / SamplesPerStretch, 0, end);
+        const auto last = std::clamp<std::ptrdiff_t>((phrase.endSample + CloseUpMargin) / SamplesPerStretch, first, end);
+        best->picture = {Seconds(first * SamplesPerStretch),
+                         Seconds((last - first) * SamplesPerStretch),
+                         {file->shape.begin() + first, file->shape.begin() + last}};
     }
 }
 
@@ -271,7 +246,7 @@ Heard HearRecordings(const ListeningSetup& setup, const BlockParser& parse, Prog
         Run run(setup, parse, &file);
         heard.threshold = run.Dsp().Threshold();
         heard.userModel = run.Dsp().HasUserModel();
-        HearRecording(&run, &file, progress);
+        run.HearRecording(progress);
         KeepBest(&file);
         const bool stopped = !file.failures.empty() && file.failures.back().exitCode == ExitCode::Interrupted;
         if (!setup.blockFolder.empty() && !stopped)

@@ -66,71 +66,72 @@ struct ListeningSums
     const CommandFailure* worst = nullptr; ///< that which lost most has the highest exit code
 };
 
-/// Why a peak that was close did not fire.
-std::string NearMissReason(const engine::Detection& miss, double threshold)
+/// What came of a phrase: in a word, and as it is drawn.
+struct PhraseStatus
 {
-    const std::string alone = fmt::format("(the words alone score {:.1f})", miss.phraseScore);
-    return static_cast<double>(miss.phraseScore) < threshold ? "the words are not clear enough"
-           : miss.nearMargin < 0.0F                          ? "it sounds like a part of the phrase " + alone
-                                                             : "the words fit, the voice does not " + alone;
+    const char* text;
+    Tone tone;
+    Mark::Kind mark;
+};
+
+PhraseStatus StatusOf(const HeardPhrase& phrase)
+{
+    return phrase.isNear   ? PhraseStatus{"near miss", Tone::Note, Mark::Kind::NearMiss}
+           : phrase.Told() ? PhraseStatus{"detected", Tone::Good, Mark::Kind::Phrase}
+                           : PhraseStatus{phrase.block.empty() ? "lost" : "reported", Tone::Bad, Mark::Kind::Fault};
 }
 
-/// What the host learned of a phrase that fired.
-std::string Meaning(const HeardPhrase& phrase)
+/// Why a peak that was close did not fire, or what the host learned of one that did.
+std::string WhatCameOf(const HeardPhrase& phrase, double threshold)
 {
+    const engine::Detection& place = phrase.peak.detection;
     const ParsedBlock& parsed = phrase.parsed;
-    if (phrase.block.empty())
-    {
-        return "the DSP reset itself instead of reporting it";
-    }
-    if (parsed.result != 0)
-    {
-        return fmt::format("the library refuses the block: {} {}", ResultText(parsed.result), parsed.explanation);
-    }
-    if (parsed.keywordId == 0)
-    {
-        return "keyword id 0, no match: the block names a keyword that was not armed";
-    }
-    return fmt::format("{}, user match: {}, counter {} to {}", LanguageText(parsed.language), parsed.isUserMatch ? "yes" : "no",
-                       parsed.keywordStart, parsed.keywordEnd);
+    const std::string alone = fmt::format("(the words alone score {:.1f})", place.phraseScore);
+    return phrase.isNear          ? static_cast<double>(place.phraseScore) < threshold ? "the words are not clear enough"
+                                    : place.nearMargin < 0.0F                          ? "it sounds like a part of the phrase " + alone
+                                                                                       : "the words fit, the voice does not " + alone
+           : phrase.block.empty() ? "the DSP reset itself instead of reporting it"
+           : parsed.result != 0
+               ? fmt::format("the library refuses the block: {} {}", ResultText(parsed.result), parsed.explanation)
+           : parsed.keywordId == 0 ? "keyword id 0, no match: the block names a keyword that was not armed"
+                                   : fmt::format("{}, user match: {}, counter {} to {}", LanguageText(parsed.language),
+                                                 parsed.isUserMatch ? "yes" : "no", parsed.keywordStart, parsed.keywordEnd);
 }
 
 Mark MarkOf(const HeardPhrase& phrase)
 {
     const engine::Detection& place = phrase.peak.detection;
     const double score = ScoreOf(phrase.peak.score);
-    return {phrase.isNear   ? Mark::Kind::NearMiss
-            : phrase.Told() ? Mark::Kind::Phrase
-                            : Mark::Kind::Fault,
-            Seconds(place.startSample), Seconds(place.endSample), fmt::format("score {:.1f}", score), score};
+    return {StatusOf(phrase).mark, Seconds(place.startSample), Seconds(place.endSample), fmt::format("score {:.1f}", score),
+            score};
 }
 
-Entry PartOf(const HeardPhrase& phrase, double threshold)
+/// @param phrase  its picture is moved out
+Entry PartOf(HeardPhrase& phrase, double threshold)
 {
-    const engine::Detection& place = phrase.peak.detection;
+    const Mark mark = MarkOf(phrase);
+    const PhraseStatus status = StatusOf(phrase);
     const ParsedBlock& parsed = phrase.parsed;
-    const bool accepted = !phrase.block.empty() && parsed.result == 0;
-    const auto ifAccepted = [accepted](auto value) {
+    const auto ifAccepted = [accepted = !phrase.block.empty() && parsed.result == 0](auto value) {
         return accepted ? Value(value) : Value();
     };
-    const std::string reason = phrase.isNear ? NearMissReason(place, threshold) : "";
-    Entry part{ClockText(Seconds(place.startSample)) + " to " + ClockText(Seconds(place.endSample))};
-    part.status = phrase.isNear ? "near miss" : phrase.Told() ? "detected" : phrase.block.empty() ? "lost" : "reported";
-    part.tone = phrase.isNear ? Tone::Note : phrase.Told() ? Tone::Good : Tone::Bad;
-    part.facts = {
-        {"start", Seconds(place.startSample)},
-        {"end", Seconds(place.endSample)},
-        {"score", ScoreOf(phrase.peak.score), "score", fmt::format("{:.1f}", ScoreOf(phrase.peak.score))},
-        {"threshold", threshold, "threshold", fmt::format("{:.1f}", threshold)},
-        {"phraseScore", place.phraseScore},
-        {"result", phrase.block.empty() ? Value() : Value(ResultText(parsed.result))},
-        {"keywordId", ifAccepted(parsed.keywordId)},
-        {"language", ifAccepted(parsed.language)},
-        {"userMatch", ifAccepted(parsed.isUserMatch)},
-        {"keywordStart", ifAccepted(parsed.keywordStart)},
-        {"keywordEnd", ifAccepted(parsed.keywordEnd)},
-        {"reason", phrase.isNear ? Value(reason) : Value(), "what came of it", phrase.isNear ? reason : Meaning(phrase)},
-        {"block", phrase.savedBlock.empty() ? Value() : Value(phrase.savedBlock), "block", phrase.savedBlock}};
+    const std::string cameOf = WhatCameOf(phrase, threshold);
+    Entry part{ClockText(mark.begin) + " to " + ClockText(mark.end), status.text, status.tone};
+    part.facts = {{"start", mark.begin},
+                  {"end", mark.end},
+                  {"score", mark.score, "score", fmt::format("{:.1f}", *mark.score)},
+                  {"threshold", threshold, "threshold", fmt::format("{:.1f}", threshold)},
+                  {"phraseScore", phrase.peak.detection.phraseScore},
+                  {"result", phrase.block.empty() ? Value() : Value(ResultText(parsed.result))},
+                  {"keywordId", ifAccepted(parsed.keywordId)},
+                  {"language", ifAccepted(parsed.language)},
+                  {"userMatch", ifAccepted(parsed.isUserMatch)},
+                  {"keywordStart", ifAccepted(parsed.keywordStart)},
+                  {"keywordEnd", ifAccepted(parsed.keywordEnd)},
+                  {"reason", phrase.isNear ? Value(cameOf) : Value(), "what came of it", cameOf},
+                  {"block", phrase.savedBlock.empty() ? Value() : Value(phrase.savedBlock), "block", phrase.savedBlock}};
+    part.picture = std::move(phrase.picture);
+    part.picture.threshold = threshold;
     return part;
 }
 
@@ -140,8 +141,8 @@ std::vector<Remark> RemarksOf(const HeardFile& file)
     std::vector<Remark> remarks;
     for (const CommandFailure& failure : file.failures)
     {
-        remarks.push_back(
-            {Tone::Bad, failure.exitCode == ExitCode::WriteFailed ? "BlockNotWritten" : "NotHeard", failure.what(), failure.fix});
+        const char* code = failure.exitCode == ExitCode::WriteFailed ? "BlockNotWritten" : "NotHeard";
+        remarks.push_back({Tone::Bad, code, failure.what(), failure.fix});
     }
     for (const std::string& warning : file.warnings)
     {
@@ -156,8 +157,8 @@ std::vector<Remark> RemarksOf(const HeardFile& file)
     }
     if (file.lowerNearMisses > 0)
     {
-        remarks.push_back(
-            {Tone::Note, "LowerNearMisses", "and " + Counted(file.lowerNearMisses, "lower near miss", "lower near misses"), ""});
+        const std::string lower = Counted(file.lowerNearMisses, "lower near miss", "lower near misses");
+        remarks.push_back({Tone::Note, "LowerNearMisses", "and " + lower, ""});
     }
     return remarks;
 }
@@ -187,13 +188,11 @@ Entry EntryOf(HeardFile& file, double threshold)
     for (HeardPhrase& phrase : file.phrases)
     {
         entry.parts.push_back(PartOf(phrase, threshold));
-        entry.parts.back().picture = std::move(phrase.picture);
         marks.push_back(MarkOf(phrase));
     }
     for (Entry& part : entry.parts)
     {
         Picture& closeUp = part.picture;
-        closeUp.threshold = threshold;
         std::ranges::copy_if(marks, std::back_inserter(closeUp.marks), [&](const Mark& mark) {
             return mark.end > closeUp.firstSecond && mark.begin < closeUp.firstSecond + closeUp.seconds;
         });

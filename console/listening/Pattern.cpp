@@ -31,29 +31,23 @@ std::optional<Problem> OtherKind(std::span<const uint8_t> bytes, const std::stri
         return Problem{"a recording", "Name the arming block after --pattern, and recordings without it."};
     }
     const Inspection inspection = Inspect(bytes);
-    switch (inspection.kind)
+    const FileKind kind = inspection.kind;
+    if (kind == FileKind::ArmingPattern || kind == FileKind::BlockHead || kind == FileKind::Unknown)
     {
-    case FileKind::FirmwareModel:
-        return !inspection.facts.empty() && !inspection.ofUser
-                   ? Problem{"everybody's model", "Make its arming block with velox-kws arm LANG --out pattern.bin."}
-                   : Problem{"a user model",
-                             "Make its arming block with velox-kws arm LANG --model " + file + " --out pattern.bin."};
-    case FileKind::DetectionResult:
-        return Problem{"a result block, which the DSP reports", "Name the block that arms it, from velox-kws arm."};
-    case FileKind::ArmingPattern:
-    case FileKind::BlockHead:
-    case FileKind::Unknown:
         return std::nullopt;
-    default:
-        return Problem{fmt::format("no arming block but: {}", FileKindName(inspection.kind)),
-                       "Name the block from velox-kws arm."};
     }
-}
-
-bool IsOfTheStandIn(std::span<const uint8_t> model)
-{
-    return model.size() >= engine::BlobHeader::Size && engine::IsBlob(model.data(), engine::BlobKind::Firmware) &&
-           firmware::ReadUnsigned<uint32_t>(model, sizeof(engine::BlobKind)) == engine::BlobHeader::Version;
+    if (kind == FileKind::DetectionResult)
+    {
+        return Problem{"a result block, which the DSP reports", "Name the block that arms it, from velox-kws arm."};
+    }
+    if (kind != FileKind::FirmwareModel)
+    {
+        return Problem{fmt::format("no arming block but: {}", FileKindName(kind)), "Name the block from velox-kws arm."};
+    }
+    const bool ofUser = inspection.facts.empty() || inspection.ofUser;
+    return Problem{
+        ofUser ? "a user model" : "everybody's model",
+        fmt::format("Make its arming block with velox-kws arm LANG{} --out pattern.bin.", ofUser ? " --model " + file : "")};
 }
 
 /// What tells two patterns of one detector apart.
@@ -113,7 +107,11 @@ std::optional<Remark> SimulatorWarning(std::span<const uint8_t> pattern)
 {
     firmware::DspPattern read;
     const auto refusal = firmware::ReadPattern(pattern, DetectorOf(pattern), &read);
-    if (!refusal || !IsOfTheStandIn(pattern.subspan(PatternLayout::ModelOffset)))
+    const auto model = pattern.subspan(PatternLayout::ModelOffset);
+    const bool ofTheStandIn = model.size() >= engine::BlobHeader::Size &&
+                              engine::IsBlob(model.data(), engine::BlobKind::Firmware) &&
+                              firmware::ReadUnsigned<uint32_t>(model, sizeof(engine::BlobKind)) == engine::BlobHeader::Version;
+    if (!refusal || !ofTheStandIn)
     {
         return std::nullopt;
     }

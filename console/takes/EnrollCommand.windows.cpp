@@ -3,7 +3,7 @@
 #include "console/hosting/LogExplanation.h"
 #include "console/hosting/UserModelStream.h"
 #include "console/takes/TakeComparison.h"
-#include "console/takes/TakeVerifier.h"
+#include "console/takes/VerifyCommand.h"
 #include "console/text/Interruption.h"
 #include "console/text/LanguageName.h"
 #include "console/text/StatusText.h"
@@ -62,20 +62,14 @@ private:
     {
         verifier.Verify(context.progress, &takes);
         comparison = CompareTakes(takes, verifier.models);
-        if (!MayTrain())
+        const std::size_t accepted = NumbersOf(takes, true).size();
+        if (options.skipRefused ? accepted == 0 : accepted < takes.size())
         {
             return Conclude("");
         }
         Train();
-        ReadModelBack();
         WriteWhole(PathFromUtf8(options.model), model);
         return ConcludeTrained();
-    }
-
-    bool MayTrain() const
-    {
-        const std::size_t accepted = NumbersOf(takes, true).size();
-        return options.skipRefused ? accepted > 0 : accepted == takes.size();
     }
 
     /// @throws CommandFailure when there is no model
@@ -93,11 +87,17 @@ private:
             comparison.remarks.push_back({Tone::Note, "OneTake", "one take alone: the model learns one way of saying the phrase",
                                           "Three takes and more are best."});
         }
+        const auto stream = EmptyStream();
         const Answer answer = verifier.detector.Train(stream.get(), verifier.language, recordings);
         NameLeftOutTakes(answer);
-        if (!answer.Succeeded())
+        answer.Require("Training");
+        // A model that the library cannot arm with must not replace one that it can.
+        const ArmingAnswer armed = verifier.detector.Arm(stream.get(), verifier.language);
+        armed.Require("Arming with the new model");
+        if (!armed.UsedUserModel())
         {
-            throw ExplainFailure("Training", answer.result, answer.lines);
+            throw CommandFailure(ExitCode::LibraryFailure, "The library does not take the new model for a user's.",
+                                 "Is the VeloxWovSDK.dll beside the program the right one?");
         }
         model = Content(stream.get());
     }
@@ -121,22 +121,6 @@ private:
         }
     }
 
-    /// A model that the library cannot arm with must not replace one that it can.
-    void ReadModelBack()
-    {
-        const ArmingAnswer answer = verifier.detector.Arm(stream.get(), verifier.language);
-        if (!answer.Succeeded())
-        {
-            throw ExplainFailure("Arming with the new model", answer.result, answer.lines);
-        }
-        if (std::ranges::find(answer.lines, "[BuildArmingPatternData] Using user model.", &LoggedLine::message) ==
-            answer.lines.end())
-        {
-            throw CommandFailure(ExitCode::LibraryFailure, "The library does not take the new model for a user's.",
-                                 "Is the VeloxWovSDK.dll beside the program the right one?");
-        }
-    }
-
     /// All that was found.
     /// @param verdict  what became of the model; empty when none was to be made of these takes
     Report Conclude(const std::string& verdict) const
@@ -154,15 +138,15 @@ private:
     Report ConcludeTrained() const
     {
         const std::size_t used = NumbersOf(takes, true).size();
+        const std::optional<std::size_t> heard = CountHeard();
         Report report = Conclude(fmt::format("Enrolled: {} of {} from {}.{}{}", options.model, LanguageText(verifier.language),
                                              Counted(used, "take"), Names(" Refused and left out: ", NumbersOf(takes, false)),
                                              Names(" Better to record again: ", comparison.again)));
         report.exitCode = ExitCode::Success;
-        report.facts.push_back({"model", options.model, "model", options.model});
-        report.facts.push_back({"bytes", model.size(), "size", Counted(model.size(), "byte")});
-        report.facts.push_back({"takes", used, "takes", std::to_string(used)});
-        const std::optional<std::size_t> heard = CountHeard();
-        report.facts.push_back({"takesHeard", heard, "hears", heard ? fmt::format("{} of the {} takes", *heard, used) : ""});
+        report.facts = {{"model", options.model, "model", options.model},
+                        {"bytes", model.size(), "size", Counted(model.size(), "byte")},
+                        {"takes", used, "takes", std::to_string(used)},
+                        {"takesHeard", heard, "hears", heard ? fmt::format("{} of the {} takes", *heard, used) : ""}};
         return report;
     }
 
@@ -192,7 +176,6 @@ private:
     TakeVerifier verifier;
     std::vector<Take> takes;
     TakeComparison comparison;
-    ComPointer<IStream> stream = EmptyStream();
     std::vector<uint8_t> model;
 };
 

@@ -11,6 +11,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace velox::console
@@ -22,13 +23,6 @@ namespace
 /// Takes are of one voice that have at least this share of the likeness that takes have to the one most like them. Of synthesised
 /// takes, about one pair in a hundred of one voice has less, and more than eight in ten of two voices.
 constexpr float LeastShare = 0.4F;
-/// Levels further apart than this teach the model the distance and not the voice.
-constexpr double MostLevelDifference = 12.0;
-/// A phrase this much longer or shorter than the others was said differently, or not whole.
-constexpr double MostLengthRatio = 1.5;
-/// Score below the others': three factors e of the false-alarm rate.
-constexpr double MostScoreDifference = 30.0;
-
 using TakeNumbers = std::vector<std::size_t>;
 
 template <typename Number>
@@ -39,60 +33,60 @@ Number MiddleOf(std::vector<Number> values)
     return *middle;
 }
 
-double PhraseSeconds(const Take& take)
+/// What of the takes is compared besides the voice.
+struct ComparedFigure
 {
-    return Seconds(take.review.phrase->endSample - take.review.phrase->startSample);
+    double (*of)(const Take&);
+    bool (*differ)(double own, double other);
+    const char* code;
+    const char* text; ///< of the take's figure and that in the middle of the others'
+    const char* fix;
+};
+constexpr std::array ComparedFigures{
+    // The phrase was said differently, or not whole.
+    ComparedFigure{[](const Take& take) { return Seconds(take.review.phrase->endSample - take.review.phrase->startSample); },
+                   [](double own, double other) { return std::max(own, other) > 1.5 * std::min(own, other); }, "UnlikeInLength",
+                   "unlike the others: the phrase takes {:.2f} s, in the others {:.2f} s", "Say it at your usual pace."},
+    // Levels further apart, in dB, teach the model the distance and not the voice.
+    ComparedFigure{[](const Take& take) { return take.review.level; },
+                   [](double own, double other) { return std::abs(own - other) > 12.0; }, "UnlikeInLevel",
+                   "unlike the others: the speech has {:.0f} dB, in the others {:.0f} dB",
+                   "Keep the distance and the recording level the same."},
+    // Three factors e of the false-alarm rate.
+    ComparedFigure{[](const Take& take) { return static_cast<double>(take.review.phrase->score); },
+                   [](double own, double other) { return other - own > 30.0; }, "UnlikeInScore",
+                   "unlike the others: it scores {:.0f}, the others {:.0f}", "Say the phrase more clearly."},
+};
+
+/// Mean over the pairs.
+float Likeness(const Eigen::MatrixXf& pairs, const TakeNumbers& one, const TakeNumbers& other)
+{
+    return pairs(one, other).mean();
 }
 
-/// The pair ratios of some takes, and the voices that they make up.
-class VoiceGroups
+/// From which on takes are of one voice.
+float LeastLikeness(Eigen::MatrixXf pairs)
 {
-public:
-    explicit VoiceGroups(Eigen::MatrixXf pairRatios) : pairs(std::move(pairRatios))
-    {
-        const Eigen::MatrixXf self = Eigen::VectorXf::Constant(pairs.rows(), -engine::MostSpeakerRatio).asDiagonal();
-        const Eigen::VectorXf best = (pairs + self).rowwise().maxCoeff();
-        least = std::max(0.0F, LeastShare * MiddleOf(std::vector<float>(best.begin(), best.end())));
-        for (std::size_t take = 0; take < static_cast<std::size_t>(pairs.rows()); ++take)
-        {
-            Add(take);
-        }
-        std::ranges::stable_sort(groups, std::greater<>(), &TakeNumbers::size);
-    }
+    pairs.diagonal().setConstant(-engine::MostSpeakerRatio);
+    const Eigen::VectorXf best = pairs.rowwise().maxCoeff();
+    return std::max(0.0F, LeastShare * MiddleOf(std::vector<float>(best.begin(), best.end())));
+}
 
-    /// Mean over the pairs.
-    float Likeness(const TakeNumbers& one, const TakeNumbers& other) const
+/// Each take belongs to the voice that it is most like, or to a new one; the voice with the most takes comes first.
+std::vector<TakeNumbers> GroupByVoice(const Eigen::MatrixXf& pairs, float least)
+{
+    std::vector<TakeNumbers> voices;
+    for (std::size_t take = 0; take < static_cast<std::size_t>(pairs.rows()); ++take)
     {
-        float sum = 0.0F;
-        for (const std::size_t i : one)
-        {
-            for (const std::size_t j : other)
-            {
-                sum += pairs(static_cast<Eigen::Index>(i), static_cast<Eigen::Index>(j));
-            }
-        }
-        return sum / static_cast<float>(one.size() * other.size());
+        const auto likeness = [&](const TakeNumbers& voice) {
+            return Likeness(pairs, {take}, voice);
+        };
+        const auto most = std::ranges::max_element(voices, {}, likeness);
+        (most != voices.end() && likeness(*most) >= least ? *most : voices.emplace_back()).push_back(take);
     }
-
-    Eigen::MatrixXf pairs;
-    float least = 0.0F;              ///< likeness of takes of one voice
-    std::vector<TakeNumbers> groups; ///< the largest first
-
-private:
-    /// To the group that it is most like, or to a new one.
-    void Add(std::size_t take)
-    {
-        const auto most = std::ranges::max_element(groups, {}, [&](const TakeNumbers& group) { return Likeness({take}, group); });
-        if (most != groups.end() && Likeness({take}, *most) >= least)
-        {
-            most->push_back(take);
-        }
-        else
-        {
-            groups.push_back({take});
-        }
-    }
-};
+    std::ranges::stable_sort(voices, std::greater<>(), &TakeNumbers::size);
+    return voices;
+}
 
 class TakeComparer
 {
@@ -153,44 +147,32 @@ private:
         {
             return;
         }
-        const VoiceGroups voices(engine::PairRatios(acoustic.generic, frames));
+        const Eigen::MatrixXf pairs = engine::PairRatios(acoustic.generic, frames);
+        const float least = LeastLikeness(pairs);
+        const std::vector<TakeNumbers> voices = GroupByVoice(pairs, least);
         for (std::size_t i = 0; i < ratios.size(); ++i)
         {
             takes[numbers[i]].likeness = ratios[i];
-            if (ratios[i] < 0.0F && voices.groups.size() == 1) // the engine will not learn from these takes
+            if (ratios[i] < 0.0F && voices.size() == 1) // the engine will not learn from these takes
             {
                 NameVoice(numbers[i], ratios[i], 0.0F);
             }
         }
-        NameVoices(voices, numbers);
-    }
-
-    void NameVoice(std::size_t take, float likeness, float least)
-    {
-        Name(take, "UnlikeInVoice",
-             fmt::format("unlike the others in voice: likeness to each {:.1f} in the mean, at least {:.1f} is one voice",
-                         likeness, least),
-             "Is it the same person, at the same distance? Record it again.");
-    }
-
-    /// @param numbers  of the takes whose voices they are
-    void NameVoices(const VoiceGroups& voices, const TakeNumbers& numbers)
-    {
-        const std::size_t largest = voices.groups.front().size();
-        const auto equals = static_cast<std::size_t>(std::ranges::count(voices.groups, largest, &TakeNumbers::size));
+        const std::size_t largest = voices.front().size();
+        const auto equals = static_cast<std::size_t>(std::ranges::count(voices, largest, &TakeNumbers::size));
         std::vector<std::string> parts;
-        for (std::size_t i = 0; i < voices.groups.size(); ++i)
+        for (std::size_t i = 0; i < voices.size(); ++i)
         {
             TakeNumbers named;
-            std::ranges::transform(voices.groups[i], std::back_inserter(named), [&](std::size_t take) { return numbers[take]; });
+            std::ranges::transform(voices[i], std::back_inserter(named), [&](std::size_t take) { return numbers[take]; });
             if (i < equals && equals > 1 && largest > 1)
             {
                 parts.push_back(fmt::format("{} sound alike", fmt::join(NamesOf(takes, named), " and ")));
             }
             else if (i > 0 || equals > 1)
             {
-                const float likeness = voices.Likeness(voices.groups[i], voices.groups[i == 0 ? 1 : 0]);
-                std::ranges::for_each(named, [&](std::size_t take) { NameVoice(take, likeness, voices.least); });
+                const float likeness = Likeness(pairs, voices[i], voices[i == 0 ? 1 : 0]);
+                std::ranges::for_each(named, [&](std::size_t take) { NameVoice(take, likeness, least); });
             }
         }
         if (!parts.empty())
@@ -201,50 +183,44 @@ private:
         }
     }
 
+    void NameVoice(std::size_t take, float likeness, float least)
+    {
+        Name(take, "UnlikeInVoice",
+             fmt::format("unlike the others in voice: likeness to each {:.1f} in the mean, at least {:.1f} is one voice",
+                         likeness, least),
+             "Is it the same person, at the same distance? Record it again.");
+    }
+
     void CompareFigures()
     {
         TakeNumbers unnamed;
         std::ranges::copy_if(accepted, std::back_inserter(unnamed), [&](std::size_t i) {
             return takes[i].review.phrase && std::ranges::find(comparison.again, i) == comparison.again.end();
         });
-        CompareFigure(
-            unnamed, PhraseSeconds,
-            [](double own, double other) { return std::max(own, other) > MostLengthRatio * std::min(own, other); },
-            "UnlikeInLength", "unlike the others: the phrase takes {:.2f} s, in the others {:.2f} s",
-            "Say it at your usual pace.");
-        CompareFigure(
-            unnamed, [](const Take& take) { return take.review.level; },
-            [](double own, double other) { return std::abs(own - other) > MostLevelDifference; }, "UnlikeInLevel",
-            "unlike the others: the speech has {:.0f} dB, in the others {:.0f} dB",
-            "Keep the distance and the recording level the same.");
-        CompareFigure(
-            unnamed, [](const Take& take) { return static_cast<double>(take.review.phrase->score); },
-            [](double own, double other) { return other - own > MostScoreDifference; }, "UnlikeInScore",
-            "unlike the others: it scores {:.0f}, the others {:.0f}", "Say the phrase more clearly.");
+        for (const ComparedFigure& figure : ComparedFigures)
+        {
+            for (const std::size_t take : unnamed)
+            {
+                CompareFigure(figure, take, unnamed);
+            }
+        }
     }
 
-    /// Names the takes whose figure differs from more than half of the others': of three takes only the odd one does, of two
-    /// both.
-    /// @param text  of the take's figure and that in the middle of the others'
-    template <typename Figure, typename Differ>
-    void CompareFigure(const TakeNumbers& among, Figure figure, Differ differ, const char* code, const char* text,
-                       const char* fix)
+    /// Names a take whose figure differs from more than half of the others': of three takes only the odd one does, of two both.
+    void CompareFigure(const ComparedFigure& figure, std::size_t take, const TakeNumbers& among)
     {
-        for (const std::size_t take : among)
+        const double own = figure.of(takes[take]);
+        std::vector<double> others;
+        for (const std::size_t other : among)
         {
-            const double own = figure(takes[take]);
-            std::vector<double> others;
-            for (const std::size_t other : among)
+            if (other != take)
             {
-                if (other != take)
-                {
-                    others.push_back(figure(takes[other]));
-                }
+                others.push_back(figure.of(takes[other]));
             }
-            if (2 * std::ranges::count_if(others, [&](double other) { return differ(own, other); }) > std::ssize(others))
-            {
-                Name(take, code, fmt::format(fmt::runtime(text), own, MiddleOf(others)), fix);
-            }
+        }
+        if (2 * std::ranges::count_if(others, [&](double other) { return figure.differ(own, other); }) > std::ssize(others))
+        {
+            Name(take, figure.code, fmt::format(fmt::runtime(figure.text), own, MiddleOf(others)), figure.fix);
         }
     }
 

@@ -28,7 +28,6 @@ bool HasSpeech(const TakeReview& review)
     return review.speechEnd > review.speechBegin;
 }
 
-/// "0.50 s to 1.10 s"
 std::string StretchText(int64_t begin, int64_t end)
 {
     return PlaceText(Seconds(begin), Seconds(end));
@@ -36,11 +35,8 @@ std::string StretchText(int64_t begin, int64_t end)
 
 std::string WhereNotFound(const TakeReview& review)
 {
-    const std::string where =
-        HasSpeech(review) ? "in the speech from " + StretchText(review.speechBegin, review.speechEnd) : "in the recording";
-    const std::string score =
-        review.bestScore > engine::ScoreScale::Least ? fmt::format("; nothing scores above {:.0f}", review.bestScore) : "";
-    return where + score;
+    return (HasSpeech(review) ? "in the speech from " + StretchText(review.speechBegin, review.speechEnd) : "in the recording") +
+           (review.bestScore > engine::ScoreScale::Least ? fmt::format("; nothing scores above {:.0f}", review.bestScore) : "");
 }
 
 /// What a review may find fault with; WhyUseless fills the names in.
@@ -83,43 +79,6 @@ std::optional<double> NumberBehind(std::span<const LoggedLine> lines, std::strin
     return std::nullopt;
 }
 
-void ReadLoggedFigures(std::span<const LoggedLine> lines, Take* take)
-{
-    take->score = NumberBehind(lines, "Best score(");
-    if (const std::optional<double> quality = NumberBehind(lines, "Recording quality: "))
-    {
-        // A negative one is logged as an unsigned number of 32 bits.
-        take->quality = static_cast<int>(static_cast<uint32_t>(*quality));
-    }
-}
-
-std::optional<Remark> QualityRemark(const Take& take, const TakeEvidence& evidence)
-{
-    const bool tooLow = std::ranges::any_of(evidence.lines, [](const LoggedLine& line) {
-        return line.message.find("Recording quality is too low") != std::string::npos;
-    });
-    if (!tooLow)
-    {
-        return std::nullopt;
-    }
-    const std::string figures =
-        take.quality && evidence.qualityThreshold
-            ? fmt::format(": {} dB above the noise, at least {} are needed", *take.quality, *evidence.qualityThreshold)
-            : "";
-    return Remark{Tone::Bad, "QualityTooLow", "the key phrase is found, but the voice's quality is too low" + figures,
-                  "Choose a quieter place, or come closer to the microphone."};
-}
-
-/// The engine's own words, when it refused something on the way.
-std::optional<Remark> EngineRemark(std::span<const LoggedLine> lines)
-{
-    const auto found = std::ranges::find_if(lines, [](const LoggedLine& line) { return line.engineStatus.value_or(0) != 0; });
-    return found == lines.end()
-               ? std::nullopt
-               : std::optional(Remark{Tone::Bad, "EngineStatus", "the engine reports " + EngineStatusText(*found->engineStatus),
-                                      "Record the take again; --verbose shows every line of the library."});
-}
-
 /// Refused by the library although the review found the phrase.
 Remark ScoreRemark(const Take& take)
 {
@@ -135,19 +94,28 @@ Remark ScoreRemark(const Take& take)
             "Say the phrase as it was agreed on, in one go."};
 }
 
+/// Its quality, or else its own faults and the engine's words, or else its score.
 std::vector<Remark> WhyRefused(const Take& take, const TakeEvidence& evidence)
 {
-    if (auto quality = QualityRemark(take, evidence))
+    if (NumberBehind(evidence.lines, "Recording quality is too low"))
     {
-        return {*quality};
+        const std::string figures =
+            take.quality && evidence.qualityThreshold
+                ? fmt::format(": {} dB above the noise, at least {} are needed", *take.quality, *evidence.qualityThreshold)
+                : "";
+        return {{Tone::Bad, "QualityTooLow", "the key phrase is found, but the voice's quality is too low" + figures,
+                 "Choose a quieter place, or come closer to the microphone."}};
     }
     std::vector<Remark> remarks;
-    for (const auto& remark : {WhyUseless(take.review, take.audio.seconds), EngineRemark(evidence.lines)})
+    if (const auto fault = WhyUseless(take.review, take.audio.seconds))
     {
-        if (remark)
-        {
-            remarks.push_back(*remark);
-        }
+        remarks.push_back(*fault);
+    }
+    const auto line = std::ranges::find_if(evidence.lines, [](const auto& each) { return each.engineStatus.value_or(0) != 0; });
+    if (line != evidence.lines.end())
+    {
+        remarks.push_back({Tone::Bad, "EngineStatus", "the engine reports " + EngineStatusText(*line->engineStatus),
+                           "Record the take again; --verbose shows every line of the library."});
     }
     return remarks.empty() ? std::vector{ScoreRemark(take)} : remarks;
 }
@@ -159,34 +127,36 @@ void AddStretch(const std::string& name, bool known, int64_t begin, int64_t end,
     facts->push_back({name + "End", known ? Value(Seconds(end)) : Value()});
 }
 
+/// A figure whose name is its key; people do not see one that is not known.
 template <typename Number>
-void AddNumber(const std::string& name, const std::optional<Number>& number, const char* form, const char* meaning,
-               std::vector<Fact>* facts)
+Fact NumberFact(const char* name, const std::optional<Number>& number, const char* form, const char* meaning)
 {
-    facts->push_back({name, number, name, number ? fmt::format(fmt::runtime(form), *number) : "", meaning});
+    return {name, number, name, number ? fmt::format(fmt::runtime(form), *number) : "", meaning};
 }
 
 std::vector<Fact> FactsOf(const Take& take)
 {
     const TakeReview& review = take.review;
     const bool speech = HasSpeech(review);
-    std::vector<Fact> facts;
-    AddStretch("phrase", review.phrase.has_value(), review.phrase ? review.phrase->startSample : 0,
-               review.phrase ? review.phrase->endSample : 0, &facts);
-    AddNumber("score", take.score, "{:.0f}", "how much the take sounds like the phrase; it must be above the threshold", &facts);
-    facts.push_back(
-        {"threshold", take.threshold, "threshold", take.score && take.threshold ? fmt::format("{:g}", *take.threshold) : ""});
-    AddNumber("quality", take.quality, "{} dB above the noise", "how far the voice stands out of the noise", &facts);
-    AddNumber("level", speech ? std::optional(review.level) : std::nullopt, "{:.0f} dB",
-              "of the speech; a full-scale square wave has 0 dB", &facts);
-    AddNumber("likeness", take.likeness, "{:.1f}",
-              "how much the take sounds like a user who is learned from the other takes; 3 at most, below 0 like anybody",
-              &facts);
-    AddStretch("speech", speech, review.speechBegin, review.speechEnd, &facts);
+    const auto level = speech ? std::optional(review.level) : std::nullopt;
     const std::size_t clipped = review.clippedSamples;
-    facts.push_back({"clippedSamples", clipped, "clipped", clipped > 0 ? Counted(clipped, "sample") : ""});
-    facts.push_back({"seconds", take.audio.seconds, "length", take.readable ? fmt::format("{:.2f} s", take.audio.seconds) : ""});
-    facts.push_back({"conversion", take.audio.conversion, "", take.audio.conversion});
+    const engine::Detection phrase = review.phrase.value_or(engine::Detection{});
+    std::vector<Fact> facts;
+    AddStretch("phrase", review.phrase.has_value(), phrase.startSample, phrase.endSample, &facts);
+    facts.insert(
+        facts.end(),
+        {NumberFact("score", take.score, "{:.0f}", "how much the take sounds like the phrase; it must be above the threshold"),
+         {"threshold", take.threshold, "threshold", take.score && take.threshold ? fmt::format("{:g}", *take.threshold) : ""},
+         NumberFact("quality", take.quality, "{} dB above the noise", "how far the voice stands out of the noise"),
+         NumberFact("level", level, "{:.0f} dB", "of the speech; a full-scale square wave has 0 dB"),
+         NumberFact(
+             "likeness", take.likeness, "{:.1f}",
+             "how much the take sounds like a user who is learned from the other takes; 3 at most, below 0 like anybody")});
+    AddStretch("speech", speech, review.speechBegin, review.speechEnd, &facts);
+    facts.insert(facts.end(),
+                 {{"clippedSamples", clipped, "clipped", clipped > 0 ? Counted(clipped, "sample") : ""},
+                  {"seconds", take.audio.seconds, "length", take.readable ? fmt::format("{:.2f} s", take.audio.seconds) : ""},
+                  {"conversion", take.audio.conversion, "", take.audio.conversion}});
     return facts;
 }
 
@@ -201,35 +171,29 @@ Curve FrameCurve(const TakeReview& review, Number number)
     return curve;
 }
 
-std::vector<Mark> MarksOf(const Take& take)
+Picture PictureOf(const Take& take)
 {
     const TakeReview& review = take.review;
-    std::vector<Mark> marks;
+    Picture picture{0.0, take.audio.seconds, WaveOf(take.audio.samples)};
     if (HasSpeech(review))
     {
-        marks.push_back({Mark::Kind::Speech, Seconds(review.speechBegin), Seconds(review.speechEnd)});
+        picture.marks.push_back({Mark::Kind::Speech, Seconds(review.speechBegin), Seconds(review.speechEnd)});
     }
     if (review.phrase)
     {
         const double score = take.score.value_or(review.phrase->score);
-        marks.push_back({Mark::Kind::Phrase, Seconds(review.phrase->startSample), Seconds(review.phrase->endSample),
-                         fmt::format("score {:.0f}", score), score});
+        picture.marks.push_back({Mark::Kind::Phrase, Seconds(review.phrase->startSample), Seconds(review.phrase->endSample),
+                                 fmt::format("score {:.0f}", score), score});
     }
     if (review.firstClipped)
     {
         const double moment = Seconds(static_cast<int64_t>(*review.firstClipped));
-        marks.push_back({Mark::Kind::Clipped, moment, moment, Counted(review.clippedSamples, "clipped sample")});
+        picture.marks.push_back({Mark::Kind::Clipped, moment, moment, Counted(review.clippedSamples, "clipped sample")});
     }
-    return marks;
-}
-
-Picture PictureOf(const Take& take)
-{
-    Picture picture{0.0, take.audio.seconds, WaveOf(take.audio.samples), MarksOf(take)};
-    picture.quality = FrameCurve(take.review, [](const engine::FrameReview& frame) { return frame.quality; });
-    if (take.review.bestScore > engine::ScoreScale::Least)
+    picture.quality = FrameCurve(review, [](const engine::FrameReview& frame) { return frame.quality; });
+    if (review.bestScore > engine::ScoreScale::Least)
     {
-        picture.score = FrameCurve(take.review, [](const engine::FrameReview& frame) {
+        picture.score = FrameCurve(review, [](const engine::FrameReview& frame) {
             return frame.score > engine::ScoreScale::Least ? frame.score : std::numeric_limits<float>::quiet_NaN();
         });
         picture.threshold = take.threshold;
@@ -245,7 +209,11 @@ Take MakeTake(const std::string& file, Audio audio, TakeReview review, const Tak
     take.audio = std::move(audio);
     take.review = std::move(review);
     take.threshold = evidence.threshold;
-    ReadLoggedFigures(evidence.lines, &take);
+    take.score = NumberBehind(evidence.lines, "Best score(");
+    if (const auto quality = NumberBehind(evidence.lines, "Recording quality: "))
+    {
+        take.quality = static_cast<int>(static_cast<uint32_t>(*quality)); // a negative one is logged as an unsigned number
+    }
     if (!take.accepted)
     {
         take.remarks = WhyRefused(take, evidence);

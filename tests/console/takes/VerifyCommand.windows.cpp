@@ -1,5 +1,6 @@
 #include "console/takes/VerifyCommand.h"
 
+#include "console/text/CommandFailure.h"
 #include "console/text/Utf8Path.h"
 #include "tests/console/support/ProgramRun.h"
 #include "tests/console/support/SoundFile.h"
@@ -13,6 +14,7 @@
 namespace
 {
 
+using namespace velox::console;
 using Json = nlohmann::json;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -211,6 +213,64 @@ TEST_F(VerifyCommand, TheLogFileGetsEveryLine)
     EXPECT_EQ(run.errors, "");
     const std::vector<uint8_t> log = project.Read("kws log.txt");
     EXPECT_THAT(std::string(log.begin(), log.end()), HasSubstr("[VerifyUserKeyword] Exit. Key-phrase detected: TRUE."));
+}
+
+/// The verifier of a project for one language.
+struct Verifying
+{
+    Verifying(const ToneProject& project, const std::string& language, const std::vector<std::string>& files)
+        : verifier({{project.Configuration(), "{01020304-0506-0708-090A-0B0C0D0E0F10}"}, language, files}, context, {})
+    {
+    }
+
+    Progress progress{nullptr};
+    LogOptions log;
+    Context context{progress, log};
+    TakeVerifier verifier;
+    std::vector<Take> takes;
+};
+
+TEST_F(VerifyCommand, VerifiesEveryFileAndGoesOnBehindOneThatCannotBeRead)
+{
+    project.Write("notes.txt", std::string("no audio"));
+    Verifying run(project, "en-US",
+                  {project.Record("good.wav", TinyLanguage::SayPhrase({0.15, 0.2, 3300.0})), project.File("notes.txt"),
+                   project.Record("silence.wav", std::vector<float>(16'000))});
+    EXPECT_EQ(run.verifier.language, ToneProject::English);
+    EXPECT_EQ(run.verifier.configured.id, ToneProject::English);
+    EXPECT_NE(run.verifier.models.phrase, nullptr);
+    run.verifier.Verify(run.progress, &run.takes);
+    ASSERT_EQ(run.takes.size(), 3U);
+    EXPECT_TRUE(run.takes[0].accepted);
+    EXPECT_EQ(run.takes[0].threshold, 70.0);
+    EXPECT_TRUE(run.takes[0].review.phrase.has_value());
+    EXPECT_FALSE(run.takes[1].readable);
+    EXPECT_FALSE(run.takes[2].accepted);
+    EXPECT_EQ(run.takes[2].remarks.at(0).code, "NoSpeech");
+}
+
+TEST_F(VerifyCommand, TheTakesBeforeAFailureAreThere)
+{
+    Verifying run(project, "en-US", {project.Record("a.wav", TinyLanguage::SayPhrase())});
+    run.verifier.Verify(run.progress, &run.takes);
+    std::filesystem::remove(project.File("am.bin"));
+    EXPECT_THROW(run.verifier.Verify(run.progress, &run.takes), CommandFailure);
+    EXPECT_EQ(run.takes.size(), 1U);
+}
+
+TEST_F(VerifyCommand, ALanguageThatIsNotConfiguredIsToldWithThoseThatAre)
+{
+    try
+    {
+        const Verifying run(project, "de-DE", {project.Record("a.wav", TinyLanguage::SayPhrase())});
+        ADD_FAILURE();
+    }
+    catch (const CommandFailure& failure)
+    {
+        EXPECT_EQ(failure.exitCode, ExitCode::BadConfiguration);
+        EXPECT_THAT(failure.what(), HasSubstr("Language 1031 (de-DE) is not in the configuration file"));
+        EXPECT_THAT(failure.fix, HasSubstr("1033 (en-US)"));
+    }
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "console/listening/ListenCommand.h"
+#include "console/listening/PatternCommands.h"
 
 #include "console/audio/RecordingArguments.h"
 #include "console/hosting/Detector.h"
@@ -9,11 +9,16 @@
 #include "console/listening/Pattern.h"
 #include "console/text/LanguageName.h"
 #include "console/text/Utf8Path.h"
+#include "console/text/Wording.h"
+#include "console/text/WriteWhole.h"
+#include "firmware/BlockLayout.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
+#include <memory>
 
 namespace velox::console
 {
@@ -21,19 +26,69 @@ namespace velox::console
 namespace
 {
 
-constexpr int MostBlockMilliseconds = 10'000;
-constexpr int MostDriftPpm = 100'000;
-constexpr std::size_t SamplesPerMillisecond = engine::SampleRate / 1000;
-
-struct ListenOptions
+/// What both commands build a pattern with.
+struct PatternOptions
 {
     DetectorOptions detector;
-    std::string pattern;
     std::string language;
     std::string userModel;
+    std::string pattern; ///< its file, which arm writes and listen reads
+};
+
+struct ListenOptions : PatternOptions
+{
     int blockMilliseconds = 10;
     ListeningSetup setup; ///< as far as the command line tells it
 };
+
+ComPointer<IStream> UserModelOf(const PatternOptions& options)
+{
+    return options.userModel.empty() ? EmptyStream() : OpenUserModel(PathFromUtf8(options.userModel));
+}
+
+ArmingAnswer ArmFor(uint16_t language, IStream* userModel, Detector* detector)
+{
+    ArmingAnswer answer = detector->Arm(userModel, language);
+    answer.Require("Arming language " + LanguageText(language));
+    return answer;
+}
+
+Report Arm(const PatternOptions& options, const Context& context)
+{
+    const std::array inputs{PathFromUtf8(options.detector.configuration), PathFromUtf8(options.userModel)};
+    const std::filesystem::path output = PathFromUtf8(options.pattern);
+    RefuseToReplace(context, inputs, std::array{Output{output, OutputKind::Pattern}});
+    const uint16_t language = ParseLanguage(options.language);
+    const bool isUserModel = !options.userModel.empty();
+    Detector detector(options.detector, context.log);
+    const ArmingAnswer answer = ArmFor(language, UserModelOf(options).get(), &detector);
+    if (isUserModel && !answer.UsedUserModel())
+    {
+        throw CommandFailure(ExitCode::BadInput, options.userModel + " holds no user model: it does not begin with VWOV.",
+                             "Make one with velox-kws enroll, or leave --model out to arm everybody's model.");
+    }
+    const std::vector<uint8_t>& pattern = answer.pattern;
+    WriteWhole(output, pattern);
+
+    const std::size_t modelBytes = pattern.size() - firmware::PatternLayout::ModelOffset;
+    Report report;
+    Entry& block = report.results.emplace_back(options.pattern);
+    block.facts = {
+        {"file", options.pattern},
+        {"language", language, "language", LanguageText(language)},
+        {"model", isUserModel ? "user" : "predefined", "model",
+         isUserModel ? "the user's, " + options.userModel : "everybody's, from the configuration"},
+        {"modelBytes", modelBytes, "model's size", Counted(modelBytes, "byte")},
+        {"threshold", ThresholdOf(pattern), "threshold",
+         fmt::format("{:g} ({})", ThresholdOf(pattern), isUserModel ? "userDefinedKpdSensitivity" : "preDefinedKpdSensitivity")},
+        {"bytes", pattern.size(), "size", Counted(pattern.size(), "byte")}};
+    if (const auto warning = SimulatorWarning(pattern))
+    {
+        block.remarks = {*warning};
+    }
+    report.verdict = "Written: " + options.pattern + ".";
+    return report;
+}
 
 /// Of the result blocks those files may be replaced that hold one; a file must not lie where their folder should be.
 void RefuseToReplaceFiles(const ListenOptions& options, const std::vector<std::string>& recordings, const Context& context)
@@ -61,30 +116,22 @@ void RefuseToReplaceFiles(const ListenOptions& options, const std::vector<std::s
 PatternOrigin ArmLibrary(const ListenOptions& options, std::span<const uint8_t> pattern, IStream* userModel, Detector* detector)
 {
     std::vector<uint16_t> languages;
-    if (!options.language.empty())
-    {
-        languages = {ParseLanguage(options.language)};
-    }
-    else
+    if (options.language.empty())
     {
         const CapabilitiesAnswer answer = detector->GetCapabilities();
-        if (!answer.Succeeded())
-        {
-            throw ExplainFailure("Reading the languages", answer.result, answer.lines);
-        }
+        answer.Require("Reading the languages");
         if (answer.languages.empty())
         {
             throw CommandFailure(ExitCode::BadConfiguration, "No language is configured.", "Add one to the configuration file.");
         }
         languages = answer.languages;
     }
+    else
+    {
+        languages = {ParseLanguage(options.language)};
+    }
     const auto build = [&](uint16_t language) {
-        ArmingAnswer answer = detector->Arm(userModel, language);
-        if (!answer.Succeeded())
-        {
-            throw ExplainFailure("Arming language " + LanguageText(language), answer.result, answer.lines);
-        }
-        return answer.pattern;
+        return ArmFor(language, userModel, detector).pattern;
     };
     return FindPatternOrigin(languages, build, pattern);
 }
@@ -92,12 +139,10 @@ PatternOrigin ArmLibrary(const ListenOptions& options, std::span<const uint8_t> 
 std::vector<Remark> Remarks(firmware::Fault fault, const std::string& difference)
 {
     std::vector<Remark> remarks;
-    for (const firmware::FaultName& name : firmware::FaultNames)
+    if (const auto name = std::ranges::find(firmware::FaultNames, fault, &firmware::FaultName::fault);
+        name != std::end(firmware::FaultNames))
     {
-        if (name.fault == fault)
-        {
-            remarks.push_back({Tone::Note, "Fault", fmt::format("fault \"{}\": {}", name.name, name.sentence), ""});
-        }
+        remarks.push_back({Tone::Note, "Fault", fmt::format("fault \"{}\": {}", name->name, name->sentence), ""});
     }
     if (fault == firmware::Fault::StalePattern)
     {
@@ -112,18 +157,6 @@ std::vector<Remark> Remarks(firmware::Fault fault, const std::string& difference
     return remarks;
 }
 
-ParsedBlock Parse(Detector* detector, IStream* userModel, std::span<const uint8_t> block)
-{
-    const DetectionAnswer answer = detector->Parse(userModel, block);
-    return {answer.result,
-            answer.keywordId,
-            answer.language,
-            answer.isUserMatch,
-            answer.keywordStart,
-            answer.keywordEnd,
-            answer.Succeeded() ? "" : ExplainFailure("Parsing the result block", answer.result, answer.lines).what()};
-}
-
 Report Listen(const ListenOptions& options, Context& context)
 {
     ListeningSetup setup = options.setup;
@@ -131,14 +164,22 @@ Report Listen(const ListenOptions& options, Context& context)
     RefuseToReplaceFiles(options, setup.recordings, context);
     setup.pattern = ReadPattern(options.pattern);
     Detector detector(options.detector, context.log);
-    const auto userModel = options.userModel.empty() ? EmptyStream() : OpenUserModel(PathFromUtf8(options.userModel));
+    const auto userModel = UserModelOf(options);
     const PatternOrigin origin = ArmLibrary(options, setup.pattern, userModel.get(), &detector);
     setup.newerPattern = setup.fault == firmware::Fault::StalePattern ? origin.pattern : std::vector<uint8_t>();
     setup.detector = DetectorOf(origin.pattern);
-    setup.blockSamples = static_cast<std::size_t>(options.blockMilliseconds) * SamplesPerMillisecond;
+    setup.blockSamples = static_cast<std::size_t>(options.blockMilliseconds) * engine::SampleRate / 1000;
     setup.pictures = !context.page.empty();
     const BlockParser parse = [&](std::span<const uint8_t> block) {
-        return Parse(&detector, userModel.get(), block);
+        const DetectionAnswer answer = detector.Parse(userModel.get(), block);
+        return ParsedBlock{answer.result,
+                           answer.keywordId,
+                           answer.language,
+                           answer.isUserMatch,
+                           answer.keywordStart,
+                           answer.keywordEnd,
+                           answer.Succeeded() ? ""
+                                              : ExplainFailure("Parsing the result block", answer.result, answer.lines).what()};
     };
     const ListeningSubject subject{options.pattern, setup.pattern.size(), origin.language,
                                    Remarks(setup.fault, origin.difference)};
@@ -146,6 +187,23 @@ Report Listen(const ListenOptions& options, Context& context)
 }
 
 } // namespace
+
+void AddArmCommand(CLI::App& app, Commands& commands)
+{
+    CLI::App* command = app.add_subcommand("arm", "Write the block that arms the firmware for a language");
+    const auto options = std::make_shared<PatternOptions>();
+    command->add_option("LANG", options->language, "Language: en-US, 1033 or 0x409")->required()->type_name("");
+    command->add_option("--model", options->userModel, "The user's model, from velox-kws enroll; without it everybody's is armed")
+        ->type_name("FILE");
+    command->add_option("--out", options->pattern, "Where the block is written, exactly as the library returns it")
+        ->required()
+        ->type_name("FILE");
+    AddDetectorOptions(command, &options->detector);
+    command->footer("  velox-kws arm en-US --model jana.vwov --out pattern.bin\n");
+    commands.run[command] = [options](Context& context) {
+        return Arm(*options, context);
+    };
+}
 
 void AddListenCommand(CLI::App& app, Commands& commands)
 {
@@ -168,11 +226,11 @@ void AddListenCommand(CLI::App& app, Commands& commands)
         ->type_name("DIR");
     commands.AddPageOption(command);
     command->add_option("--block", options->blockMilliseconds, "Audio that the simulator gets at once; default 10")
-        ->check(CLI::Range(1, MostBlockMilliseconds))
+        ->check(CLI::Range(1, 10'000))
         ->type_name("MILLISECONDS");
     command
         ->add_option("--drift", options->setup.counter.driftPpm, "By how much the performance counter is faster than the audio")
-        ->check(CLI::Range(-MostDriftPpm, MostDriftPpm))
+        ->check(CLI::Range(-100'000, 100'000))
         ->type_name("PPM");
     command->add_option("--offset", options->setup.counter.offset, "Performance counter at the first sample, in units of 100 ns")
         ->type_name("TICKS");

@@ -1,4 +1,4 @@
-#include "console/listening/ListenCommand.h"
+#include "console/listening/PatternCommands.h"
 
 #include "console/RunCommand.h"
 #include "console/hosting/Detector.h"
@@ -6,6 +6,7 @@
 #include "console/pages/ReportDocument.h"
 #include "console/pages/ReportText.h"
 #include "console/text/Utf8Path.h"
+#include "console/text/WriteWhole.h"
 #include "tests/console/support/ProgramRun.h"
 #include "tests/console/support/ToneProject.h"
 #include "tests/engine/support/TinyLanguage.h"
@@ -28,12 +29,26 @@ using testing::SizeIs;
 using Json = nlohmann::ordered_json;
 using Arguments = std::vector<std::string>;
 
+constexpr const char* OtherDetector = "{01020304-0506-0708-090A-0B0C0D0E0F10}";
 constexpr const char* ConsoleDetector = "{3B0E9B6C-5C1D-4A57-8E07-61C2A94D7F25}";
 const TinyLanguage::Voice User{0.15, 0.4, 3300.0};
 
-class ListenCommand : public testing::Test
+class PatternCommands : public testing::Test
 {
 protected:
+    /// The program as a process.
+    ProgramRun RunArm(const std::vector<std::string>& more) const
+    {
+        std::vector<std::string> arguments{"arm", "--config", project.Configuration()};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return RunVeloxKws(arguments);
+    }
+
+    bool Written() const
+    {
+        return std::filesystem::exists(project.File("pattern.bin"));
+    }
+
     /// Builds a pattern as arm does.
     void Arm(const std::string& name, uint16_t language, const std::string& model = {})
     {
@@ -107,7 +122,101 @@ protected:
     ToneProject project;
 };
 
-TEST_F(ListenCommand, HearsPhrasesAndParsesThemWithTheLibrary)
+TEST_F(PatternCommands, WritesThePatternAsTheLibraryReturnsIt)
+{
+    const ProgramRun run = RunArm({"0x409", "--detector-id", OtherDetector, "--out", project.File("pattern.bin")});
+    ASSERT_EQ(run.exitCode, 0) << run.errors;
+    Detector detector({project.Configuration(), OtherDetector}, {});
+    EXPECT_EQ(project.Read("pattern.bin"), detector.Arm(EmptyStream().get(), ToneProject::English).pattern);
+    EXPECT_THAT(run.output, HasSubstr("everybody's"));
+    EXPECT_THAT(run.output, HasSubstr("70 (preDefinedKpdSensitivity)"));
+}
+
+TEST_F(PatternCommands, AUsersModelIsArmedWhole)
+{
+    const std::string model = "VWOV and the rest of a user's model";
+    project.Write("user.vwov", model);
+    const ProgramRun run =
+        RunArm({"en-US", "--model", project.File("user.vwov"), "--out", project.File("pattern.bin"), "--json"});
+    ASSERT_EQ(run.exitCode, 0) << run.errors;
+    const std::vector<uint8_t> pattern = project.Read("pattern.bin");
+    EXPECT_EQ(std::string(pattern.begin() + 44, pattern.end()), model);
+    const Json result = Json::parse(run.output)["results"].at(0);
+    EXPECT_EQ(result["model"], "user");
+    EXPECT_EQ(result["threshold"], 60.0);
+}
+
+TEST_F(PatternCommands, AFileThatHoldsNoUserModelIsRefused)
+{
+    project.Write("other.bin", std::string("RIFF"));
+    const ProgramRun run = RunArm({"en-US", "--model", project.File("other.bin"), "--out", project.File("pattern.bin")});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_THAT(run.errors, HasSubstr("holds no user model"));
+    EXPECT_FALSE(Written());
+}
+
+TEST_F(PatternCommands, AModelThatIsNotThereIsBadInput)
+{
+    const ProgramRun run = RunArm({"en-US", "--model", project.File("none.vwov"), "--out", project.File("pattern.bin")});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_THAT(run.errors, HasSubstr("none.vwov cannot be opened"));
+    EXPECT_FALSE(Written());
+}
+
+TEST_F(PatternCommands, RefusesWhatIsNoLanguageOrNoGuid)
+{
+    EXPECT_EQ(RunArm({"english", "--out", project.File("pattern.bin")}).exitCode, 2);
+    EXPECT_EQ(RunArm({"en-US", "--detector-id", "{1234}", "--out", project.File("pattern.bin")}).exitCode, 2);
+    EXPECT_FALSE(Written());
+}
+
+TEST_F(PatternCommands, ALanguageThatIsNotConfiguredIsABadConfiguration)
+{
+    const ProgramRun run = RunArm({"de-DE", "--out", project.File("pattern.bin")});
+    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_THAT(run.errors, HasSubstr("the language is not in the configuration file"));
+}
+
+TEST_F(PatternCommands, AModelThatTheSimulatorRefusesIsArmedWithAWarning)
+{
+    auto model = project.Read("fw.bin");
+    model.back() ^= 1U;
+    project.Write("fw.bin", model);
+    const ProgramRun run = RunArm({"en-US", "--out", project.File("pattern.bin")});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("warning: the simulated DSP refuses this block at 0x38, ModelData.checksum"));
+    const std::vector<uint8_t> pattern = project.Read("pattern.bin");
+    EXPECT_EQ(std::vector<uint8_t>(pattern.begin() + 44, pattern.end()), model);
+}
+
+TEST_F(PatternCommands, ThePatternReplacesNoInputAndNoForeignFile)
+{
+    project.Write("user.vwov", std::string("VWOV and the rest of a user's model"));
+    const auto before = project.Read("configuration.xml");
+    for (const char* output : {"user.vwov", "configuration.xml", "fw.bin"})
+    {
+        SCOPED_TRACE(output);
+        const ProgramRun run = RunArm({"en-US", "--model", project.File("user.vwov"), "--out", project.File(output)});
+        EXPECT_EQ(run.exitCode, 2);
+        EXPECT_THAT(run.errors, HasSubstr("Nothing was changed"));
+    }
+    EXPECT_EQ(project.Read("configuration.xml"), before);
+    project.Write("diary.txt", std::string("today"));
+    EXPECT_EQ(RunArm({"en-US", "--out", project.File("diary.txt")}).exitCode, 2);
+    EXPECT_EQ(RunArm({"en-US", "--out", project.File("pattern.bin")}).exitCode, 0);
+    EXPECT_EQ(RunArm({"en-US", "--out", project.File("pattern.bin")}).exitCode, 0) << "a former pattern is replaced";
+}
+
+TEST_F(PatternCommands, NamesMayHoldBlanksAndOtherAlphabets)
+{
+    const std::string name = "Muster für Łukasz.bin";
+    const ProgramRun run = RunArm({"en-US", "--out", project.File(name)});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr(name));
+    EXPECT_TRUE(std::filesystem::exists(PathFromUtf8(project.File(name))));
+}
+
+TEST_F(PatternCommands, HearsPhrasesAndParsesThemWithTheLibrary)
 {
     Arm("pattern.bin", ToneProject::English);
     const Report report = Listen({"--pattern", project.File("pattern.bin"), Phrases("two.wav", 2)});
@@ -131,7 +240,7 @@ TEST_F(ListenCommand, HearsPhrasesAndParsesThemWithTheLibrary)
     EXPECT_EQ(Text(report).find("note: "), std::string::npos) << Text(report);
 }
 
-TEST_F(ListenCommand, AUsersPatternIsAUserMatch)
+TEST_F(PatternCommands, AUsersPatternIsAUserMatch)
 {
     const std::string model = Enroll();
     Arm("pattern.bin", ToneProject::English, model);
@@ -143,7 +252,7 @@ TEST_F(ListenCommand, AUsersPatternIsAUserMatch)
     EXPECT_EQ(Text(report).find("note: "), std::string::npos) << Text(report);
 }
 
-TEST_F(ListenCommand, AUsersPatternWithoutTheModelIsNoted)
+TEST_F(PatternCommands, AUsersPatternWithoutTheModelIsNoted)
 {
     Arm("pattern.bin", ToneProject::English, Enroll());
     const Report report = Listen({"--pattern", project.File("pattern.bin"), Phrases("one.wav", 1)});
@@ -153,7 +262,7 @@ TEST_F(ListenCommand, AUsersPatternWithoutTheModelIsNoted)
     EXPECT_EQ(Results(report)[0]["parts"][0]["userMatch"], false);
 }
 
-TEST_F(ListenCommand, TheLanguageIsTheOneWhosePatternItIs)
+TEST_F(PatternCommands, TheLanguageIsTheOneWhosePatternItIs)
 {
     project.AddItalian();
     Arm("pattern.bin", ToneProject::Italian);
@@ -162,7 +271,7 @@ TEST_F(ListenCommand, TheLanguageIsTheOneWhosePatternItIs)
     EXPECT_EQ(Facts(report)["threshold"], 80.0);
 }
 
-TEST_F(ListenCommand, APatternOfNoneOfTheLanguagesNeedsOneNamed)
+TEST_F(PatternCommands, APatternOfNoneOfTheLanguagesNeedsOneNamed)
 {
     project.AddItalian();
     Arm("pattern.bin", ToneProject::Italian);
@@ -179,7 +288,7 @@ TEST_F(ListenCommand, APatternOfNoneOfTheLanguagesNeedsOneNamed)
     EXPECT_THAT(Text(named), HasSubstr("with a threshold of 81.0 instead of 80.0; "));
 }
 
-TEST_F(ListenCommand, CounterOffsetAndDriftReachTheHost)
+TEST_F(PatternCommands, CounterOffsetAndDriftReachTheHost)
 {
     Arm("pattern.bin", ToneProject::English);
     const Report report = Listen({"--pattern", project.File("pattern.bin"), "--offset", "1000000000000", "--drift", "-100",
@@ -188,7 +297,7 @@ TEST_F(ListenCommand, CounterOffsetAndDriftReachTheHost)
     EXPECT_NEAR(detection["keywordStart"].get<double>() - 1e12, detection["start"].get<double>() * 1e7 * 0.9999, 1.0);
 }
 
-TEST_F(ListenCommand, SavesEachBlockUnderTheRecordingsName)
+TEST_F(PatternCommands, SavesEachBlockUnderTheRecordingsName)
 {
     Arm("pattern.bin", ToneProject::English);
     const Report report = Listen({"--pattern", project.File("pattern.bin"), "--save-results", project.File("blocks"),
@@ -205,7 +314,7 @@ TEST_F(ListenCommand, SavesEachBlockUnderTheRecordingsName)
     EXPECT_THAT(Results(report)[1]["parts"][0]["block"].get<std::string>(), EndsWith("one-003.result"));
 }
 
-TEST_F(ListenCommand, NoInputAndNoForeignFileIsReplaced)
+TEST_F(PatternCommands, NoInputAndNoForeignFileIsReplaced)
 {
     Arm("pattern.bin", ToneProject::English);
     const std::string one = Phrases("one.wav", 1);
@@ -228,7 +337,7 @@ TEST_F(ListenCommand, NoInputAndNoForeignFileIsReplaced)
     EXPECT_THAT(project.Read("blocks\\one-001.result"), SizeIs(60));
 }
 
-TEST_F(ListenCommand, FoldersAndPatternsStandForTheirRecordings)
+TEST_F(PatternCommands, FoldersAndPatternsStandForTheirRecordings)
 {
     Arm("pattern.bin", ToneProject::English);
     Phrases("take-2.wav", 1);
@@ -239,7 +348,7 @@ TEST_F(ListenCommand, FoldersAndPatternsStandForTheirRecordings)
     EXPECT_THAT(report.results[0].title, EndsWith("take-2.wav"));
 }
 
-TEST_F(ListenCommand, ARecordingThatCannotBeReadIsToldAtTheEnd)
+TEST_F(PatternCommands, ARecordingThatCannotBeReadIsToldAtTheEnd)
 {
     Arm("pattern.bin", ToneProject::English);
     project.Write("empty.wav", std::string());
@@ -251,7 +360,7 @@ TEST_F(ListenCommand, ARecordingThatCannotBeReadIsToldAtTheEnd)
     EXPECT_THAT(project.Read("blocks\\two-003.result"), SizeIs(60));
 }
 
-TEST_F(ListenCommand, AUserModelInThePatternsPlaceIsToldApart)
+TEST_F(PatternCommands, AUserModelInThePatternsPlaceIsToldApart)
 {
     Arm("pattern.bin", ToneProject::English);
     const std::string model = Enroll();
@@ -262,7 +371,7 @@ TEST_F(ListenCommand, AUserModelInThePatternsPlaceIsToldApart)
     EXPECT_THAT(report.error->fix, HasSubstr("velox-kws arm LANG --model " + model));
 }
 
-TEST_F(ListenCommand, ThePageHasCloseUpsOfWhatWasHeard)
+TEST_F(PatternCommands, ThePageHasCloseUpsOfWhatWasHeard)
 {
     Arm("pattern.bin", ToneProject::English);
     const Report report = Listen({"--pattern", project.File("pattern.bin"), Phrases("two.wav", 2)}, project.File("page.html"));
@@ -275,7 +384,7 @@ TEST_F(ListenCommand, ThePageHasCloseUpsOfWhatWasHeard)
         << "nobody asked";
 }
 
-TEST_F(ListenCommand, FaultsHaveTheirOutcomes)
+TEST_F(PatternCommands, FaultsHaveTheirOutcomes)
 {
     Arm("pattern.bin", ToneProject::English);
     const std::string two = Phrases("two.wav", 2);
@@ -299,7 +408,7 @@ TEST_F(ListenCommand, FaultsHaveTheirOutcomes)
     }
 }
 
-TEST_F(ListenCommand, AStalePatternShowsByItsThreshold)
+TEST_F(PatternCommands, AStalePatternShowsByItsThreshold)
 {
     Arm("pattern.bin", ToneProject::English);
     project.Write("pre_1033.txt", std::string("255"));
@@ -308,7 +417,7 @@ TEST_F(ListenCommand, AStalePatternShowsByItsThreshold)
     EXPECT_THAT(Text(report), HasSubstr("with a threshold of 255.0 instead of 70.0"));
 }
 
-TEST_F(ListenCommand, APatternThatIsDamagedIsRefusedWithItsOffset)
+TEST_F(PatternCommands, APatternThatIsDamagedIsRefusedWithItsOffset)
 {
     Arm("pattern.bin", ToneProject::English);
     auto pattern = project.Read("pattern.bin");
@@ -320,7 +429,7 @@ TEST_F(ListenCommand, APatternThatIsDamagedIsRefusedWithItsOffset)
     EXPECT_EQ(report.error->message, "The DSP refuses the pattern at 0x24, Reserved2: The second reserved field is not 0.");
 }
 
-TEST_F(ListenCommand, APatternOfAnotherDetectorIsRefused)
+TEST_F(PatternCommands, APatternOfAnotherDetectorIsRefused)
 {
     Arm("pattern.bin", ToneProject::English);
     const Report report = Listen({"--pattern", project.File("pattern.bin"), "--detector-id",
@@ -330,7 +439,7 @@ TEST_F(ListenCommand, APatternOfAnotherDetectorIsRefused)
     EXPECT_THAT(report.error->fix, HasSubstr("--detector-id"));
 }
 
-TEST_F(ListenCommand, MissingFilesHaveTheirClass)
+TEST_F(PatternCommands, MissingFilesHaveTheirClass)
 {
     Arm("pattern.bin", ToneProject::English);
     const std::string one = Phrases("one.wav", 1);
@@ -341,7 +450,7 @@ TEST_F(ListenCommand, MissingFilesHaveTheirClass)
     EXPECT_EQ(Listen({"--pattern", project.File("pattern.bin"), one}).exitCode, ExitCode::BadConfiguration);
 }
 
-TEST_F(ListenCommand, TheProgramPrintsOneDocument)
+TEST_F(PatternCommands, TheProgramPrintsOneDocument)
 {
     Arm("pattern.bin", ToneProject::English);
     const Arguments more{"--pattern", project.File("pattern.bin"), Phrases("one.wav", 1)};
@@ -353,7 +462,7 @@ TEST_F(ListenCommand, TheProgramPrintsOneDocument)
     EXPECT_EQ(Json::parse(run.output)["results"], Results(report));
 }
 
-TEST_F(ListenCommand, TheProgramPrintsItsVerdictLast)
+TEST_F(PatternCommands, TheProgramPrintsItsVerdictLast)
 {
     Arm("pattern.bin", ToneProject::English);
     const ProgramRun run =
