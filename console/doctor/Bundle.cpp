@@ -1,7 +1,6 @@
 #include "console/doctor/Bundle.h"
 
-#include "console/doctor/NamedFile.h"
-#include "console/inspect/Inspection.h"
+#include "console/doctor/FileCheck.h"
 #include "console/inspect/ThresholdText.h"
 #include "console/text/CommandFailure.h"
 #include "console/text/Utf8Path.h"

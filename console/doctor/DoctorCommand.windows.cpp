@@ -59,9 +59,10 @@ Report Examine(const std::filesystem::path& configuration, const std::filesystem
     Findings findings;
     if (!NarrowPath(configuration))
     {
-        findings.push_back({Tone::Bad, Utf8(configuration), 0, "The path has characters that this system's code page lacks.",
-                            "The library's caller cannot hand it over.",
-                            "Rename the file or its folder; letters without accents always work.", EveryOperation()});
+        Subject{Utf8(configuration), &findings}.Add(Tone::Bad, 0, "The path has characters that this system's code page lacks.",
+                                                    "The library's caller cannot hand it over.",
+                                                    "Rename the file or its folder; letters without accents always work.",
+                                                    EveryOperation);
     }
     Append(std::move(check.findings), &findings);
     Append(CheckEngine(engine), &findings);

@@ -11,26 +11,28 @@ namespace velox::console
 namespace
 {
 
-Finding DllFinding(const DllFacts& dll, Tone tone, std::string message, std::string effect = {}, std::string fix = {})
+Subject SubjectOf(const DllFacts& dll, Findings* findings)
 {
-    return {tone, dll.path.empty() ? dll.name : dll.path, 0, std::move(message), std::move(effect), std::move(fix)};
+    return {dll.path.empty() ? dll.name : dll.path, findings};
 }
 
-Finding CheckDll(const DllFacts& dll, std::string_view what)
+void CheckDll(const DllFacts& dll, std::string_view what, Findings* findings)
 {
+    const Subject subject = SubjectOf(dll, findings);
     if (dll.loaded)
     {
         const std::string version = dll.version.empty() ? "without a version" : "version " + dll.version;
-        return DllFinding(dll, Tone::Good, fmt::format("The {} was loaded, {}.", what, version));
+        subject.Add(Tone::Good, 0, fmt::format("The {} was loaded, {}.", what, version));
+        return;
     }
-    Finding finding = DllFinding(dll, Tone::Bad, {}, "Without it the library does not load.");
-    finding.failures = EveryOperation();
-    finding.message = dll.path.empty() ? fmt::format("The {} was not found.", what)
-                                       : fmt::format("The {} cannot be loaded: {}", what, dll.loadError);
-    finding.fix = dll.path.empty()
-                      ? fmt::format("Put {} into the folder of the program, or into one that the PATH names.", dll.name)
-                      : "Use the 64-bit file, and put the DLLs that it needs beside it.";
-    return finding;
+    const bool found = !dll.path.empty();
+    subject.Add(Tone::Bad, 0,
+                found ? fmt::format("The {} cannot be loaded: {}", what, dll.loadError)
+                      : fmt::format("The {} was not found.", what),
+                "Without it the library does not load.",
+                found ? "Use the 64-bit file, and put the DLLs that it needs beside it."
+                      : fmt::format("Put {} into the folder of the program, or into one that the PATH names.", dll.name),
+                EveryOperation);
 }
 
 /// What is wrong with the engine's answer; empty when nothing is.
@@ -43,42 +45,43 @@ std::string FrameSizeFault(const FrameSizeFacts& frame)
                                 : "";
 }
 
-Finding CheckFrameSize(const EngineFacts& facts)
+void CheckFrameSize(const FrameSizeFacts& frame, const Subject& engine)
 {
     constexpr double SamplesPerMillisecond = 16.0;
-    const FrameSizeFacts& frame = facts.frameSize;
     const std::string fault = FrameSizeFault(frame);
     if (fault.empty())
     {
-        return DllFinding(facts.engine, Tone::Good,
-                          fmt::format("The engine takes frames of {} samples ({:g} ms).", frame.samples,
-                                      frame.samples / SamplesPerMillisecond));
+        engine.Add(Tone::Good, 0,
+                   fmt::format("The engine takes frames of {} samples ({:g} ms).", frame.samples,
+                               frame.samples / SamplesPerMillisecond));
+        return;
     }
     const bool zero = frame.status == 0 && frame.count == 1 && frame.samples == 0;
-    return DllFinding(facts.engine, Tone::Bad, fault,
-                      zero ? "No recording gets to the engine."
-                           : "The library goes on with 150 samples; verification and training may not work.",
-                      "Use an engine that keeps to docs/engine-contract.md; this one may be of another version.");
+    engine.Add(Tone::Bad, 0, fault,
+               zero ? "No recording gets to the engine."
+                    : "The library goes on with 150 samples; verification and training may not work.",
+               "Use an engine that keeps to docs/engine-contract.md; this one may be of another version.");
 }
 
 } // namespace
 
 Findings CheckEngine(const EngineFacts& facts)
 {
-    Findings findings{CheckDll(facts.engine, "keyword engine")};
-    if (facts.engine.loaded && !facts.missingFunctions.empty())
+    Findings findings;
+    const Subject engine = SubjectOf(facts.engine, &findings);
+    CheckDll(facts.engine, "keyword engine", &findings);
+    if (!facts.missingFunctions.empty())
     {
-        findings.push_back(DllFinding(facts.engine, Tone::Bad,
-                                      fmt::format("The engine lacks {} of the {} functions: {}.", facts.missingFunctions.size(),
-                                                  std::size(EngineFunctions), Joined(facts.missingFunctions)),
-                                      "The library does not load with it.", "Use the engine that belongs to this library."));
-        findings.back().failures = EveryOperation();
+        engine.Add(Tone::Bad, 0,
+                   fmt::format("The engine lacks {} of the {} functions: {}.", facts.missingFunctions.size(),
+                               std::size(EngineFunctions), Joined(facts.missingFunctions)),
+                   "The library does not load with it.", "Use the engine that belongs to this library.", EveryOperation);
     }
     else if (facts.engine.loaded)
     {
-        findings.push_back(DllFinding(facts.engine, Tone::Good, "The engine has all fifteen functions."));
-        findings.push_back(CheckFrameSize(facts));
-        findings.push_back(CheckDll(facts.library, "library"));
+        engine.Add(Tone::Good, 0, "The engine has all fifteen functions.");
+        CheckFrameSize(facts.frameSize, engine);
+        CheckDll(facts.library, "library", &findings);
     }
     return findings;
 }

@@ -5,7 +5,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <optional>
+#include <array>
 
 namespace velox::console
 {
@@ -21,35 +21,28 @@ constexpr std::size_t MostBytes = 4;
 struct Setting
 {
     std::string_view name;
-    int32_t most;      ///< the largest number that counts; -1: any
-    int32_t otherwise; ///< the default
-    std::string_view (*meaning)(int32_t value);
+    int32_t most;                             ///< the largest number that counts; -1: any
+    int32_t otherwise;                        ///< the default
+    std::array<std::string_view, 6> meanings; ///< by the number; the last that there is counts for all beyond
 };
 
-std::string_view LoggerLevelMeaning(int32_t value)
-{
-    constexpr std::string_view Meanings[]{"the library logs nothing",
-                                          "errors of the operations are logged",
-                                          "errors and what failed inside them are logged",
-                                          "fallbacks are logged, too",
-                                          "every operation's beginning and end are logged, too",
-                                          "thresholds, scores and sizes are logged, too"};
-    return Meanings[value];
-}
+constexpr Setting Settings[]{
+    {"LoggerLevel",
+     5,
+     0,
+     {"the library logs nothing", "errors of the operations are logged", "errors and what failed inside them are logged",
+      "fallbacks are logged, too", "every operation's beginning and end are logged, too",
+      "thresholds, scores and sizes are logged, too"}},
+    {"LogToFile", -1, 0, {"the logger writes no file", "the logger writes a file"}},
+    {"SDKLoggerLevel", 6, 3, {"the keyword engine logs nothing", "the log level of the keyword engine"}}};
 
-std::string_view LogToFileMeaning(int32_t value)
+/// "3: fallbacks are logged, too"
+std::string Meaning(const Setting& setting, int32_t value)
 {
-    return value == 0 ? "the logger writes no file" : "the logger writes a file";
+    const auto said = std::ranges::find(setting.meanings, std::string_view());
+    const auto last = static_cast<std::size_t>(said - setting.meanings.begin()) - 1;
+    return fmt::format("{}: {}", value, setting.meanings[std::min(static_cast<std::size_t>(static_cast<uint32_t>(value)), last)]);
 }
-
-std::string_view EngineLevelMeaning(int32_t value)
-{
-    return value == 0 ? "the keyword engine logs nothing" : "the log level of the keyword engine";
-}
-
-constexpr Setting Settings[]{{"LoggerLevel", 5, 0, LoggerLevelMeaning},
-                             {"LogToFile", -1, 0, LogToFileMeaning},
-                             {"SDKLoggerLevel", 6, 3, EngineLevelMeaning}};
 
 /// The number that the library reads: up to four bytes of any type.
 std::optional<int32_t> NumberOf(const RegistryValue& value)
@@ -66,50 +59,24 @@ std::optional<int32_t> NumberOf(const RegistryValue& value)
     return static_cast<int32_t>(number);
 }
 
-Finding SettingsFinding(Tone tone, std::string message, std::string effect = {}, std::string fix = {})
+void CheckValue(const Setting& setting, const RegistryValue& value, const Subject& subject)
 {
-    return {tone, std::string(Key), 0, std::move(message), std::move(effect), std::move(fix)};
-}
-
-std::string SetCommand(const Setting& setting)
-{
-    return fmt::format("As administrator: reg add {} /v {} /t REG_DWORD /d {} /f /reg:64", Key, setting.name, setting.otherwise);
-}
-
-Finding CheckValue(const Setting& setting, const RegistryValue& value)
-{
-    const std::string usual =
-        fmt::format("The default {} stays in force: {}.", setting.otherwise, setting.meaning(setting.otherwise));
     const auto number = NumberOf(value);
-    if (!number)
+    const bool counts = number && (setting.most < 0 || (*number >= 0 && *number <= setting.most));
+    const bool rightType = value.type == TypeDword && value.bytes.size() == MostBytes;
+    if (counts && rightType)
     {
-        return SettingsFinding(Tone::Warning, fmt::format("{} is longer than four bytes, so it is not read.", setting.name),
-                               usual, SetCommand(setting));
+        subject.Add(Tone::Good, 0, fmt::format("{} is {}.", setting.name, Meaning(setting, *number)));
+        return;
     }
-    if (setting.most >= 0 && (*number < 0 || *number > setting.most))
-    {
-        return SettingsFinding(Tone::Warning,
-                               fmt::format("{} is {}, but only 0 to {} count.", setting.name, *number, setting.most), usual,
-                               SetCommand(setting));
-    }
-    if (value.type != TypeDword || value.bytes.size() != MostBytes)
-    {
-        return SettingsFinding(
-            Tone::Warning, fmt::format("{} is not of the type REG_DWORD.", setting.name),
-            fmt::format("The library takes its bytes for the number {}: {}.", *number, setting.meaning(*number)),
-            SetCommand(setting));
-    }
-    return SettingsFinding(Tone::Good, fmt::format("{} is {}: {}.", setting.name, *number, setting.meaning(*number)));
-}
-
-Finding CheckSetting(const Setting& setting, const RegistrySettings& settings)
-{
-    const auto found =
-        std::ranges::find_if(settings.values, [&](const RegistryValue& value) { return SameLetters(value.name, setting.name); });
-    return found == settings.values.end()
-               ? SettingsFinding(Tone::Good, fmt::format("{} is not set, so {}: {}.", setting.name, setting.otherwise,
-                                                         setting.meaning(setting.otherwise)))
-               : CheckValue(setting, *found);
+    subject.Add(
+        Tone::Warning, 0,
+        counts   ? fmt::format("{} is not of the type REG_DWORD.", setting.name)
+        : number ? fmt::format("{} is {}, but only 0 to {} count.", setting.name, *number, setting.most)
+                 : fmt::format("{} is longer than four bytes, so it is not read.", setting.name),
+        counts ? fmt::format("The library takes its bytes for the number {}.", Meaning(setting, *number))
+               : fmt::format("The default stays in force, {}.", Meaning(setting, setting.otherwise)),
+        fmt::format("As administrator: reg add {} /v {} /t REG_DWORD /d {} /f /reg:64", Key, setting.name, setting.otherwise));
 }
 
 } // namespace
@@ -122,27 +89,34 @@ std::string RegistryText(const RegistryValue& value)
 Findings CheckSettings(const RegistrySettings& settings)
 {
     Findings findings;
+    const Subject subject{std::string(Key), &findings};
     if (!settings.keyReadable)
     {
-        findings.push_back(
-            SettingsFinding(Tone::Good, "The settings key is not there, or may not be read: every default is in force."));
+        subject.Add(Tone::Good, 0, "The settings key is not there, or may not be read: every default is in force.");
     }
     for (const Setting& setting : Settings)
     {
-        findings.push_back(CheckSetting(setting, settings));
+        const auto found =
+            std::ranges::find_if(settings.values, [&](const RegistryValue& own) { return SameLetters(own.name, setting.name); });
+        if (found != settings.values.end())
+        {
+            CheckValue(setting, *found, subject);
+            continue;
+        }
+        subject.Add(Tone::Good, 0, fmt::format("{} is not set, so {}.", setting.name, Meaning(setting, setting.otherwise)));
     }
     for (const RegistryValue& value : settings.values)
     {
         if (std::ranges::none_of(Settings, [&](const Setting& own) { return SameLetters(value.name, own.name); }))
         {
-            findings.push_back(SettingsFinding(Tone::Warning, fmt::format("{} is no value that the library knows.", value.name),
-                                               "It is ignored.", "Correct its name: LoggerLevel, LogToFile or SDKLoggerLevel."));
+            subject.Add(Tone::Warning, 0, fmt::format("{} is no value that the library knows.", value.name), "It is ignored.",
+                        "Correct its name: LoggerLevel, LogToFile or SDKLoggerLevel.");
         }
     }
     for (const std::string& name : settings.valuesOf32Bit)
     {
-        findings.push_back(SettingsFinding(Tone::Warning, fmt::format("{} stands in the 32-bit view of the registry.", name),
-                                           "The library reads the 64-bit view only.", "Write it again with /reg:64."));
+        subject.Add(Tone::Warning, 0, fmt::format("{} stands in the 32-bit view of the registry.", name),
+                    "The library reads the 64-bit view only.", "Write it again with /reg:64.");
     }
     return findings;
 }

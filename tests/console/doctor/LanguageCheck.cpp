@@ -1,4 +1,4 @@
-#include "console/doctor/LanguageCheck.h"
+#include "console/doctor/ConfigurationCheck.h"
 
 #include "tests/console/support/DoctorProject.h"
 
@@ -21,11 +21,12 @@ protected:
     /// @return how many files the language names
     std::size_t Check(bool filesReachable = true)
     {
-        findings.clear();
         EXPECT_EQ(document.Parse(project.Xml().c_str()), tinyxml2::XML_SUCCESS);
         const tinyxml2::XMLElement& element = *document.FirstChildElement()->FirstChildElement();
-        CheckLanguage(element, Language, {"c.xml", project.Directory(), filesReachable}, &findings);
-        return FilesOf(element, project.Directory()).size();
+        velox::console::ConfigurationCheck check{{}, true, project.Directory(), filesReachable};
+        CheckLanguage(element, Language, "c.xml", &check);
+        findings = std::move(check.findings);
+        return check.files.size();
     }
 
     DoctorProject project;
