@@ -40,7 +40,7 @@ std::string FindingsListing(const Report& report)
         text += fmt::format("{}: {}\n    {}\n", entry.status, entry.title, entry.facts.front().text);
         for (const Remark& remark : entry.remarks)
         {
-            text += fmt::format("    {}\n{}", remark.text, remark.fix.empty() ? "" : fmt::format("    fix: {}\n", remark.fix));
+            text += fmt::format("    {}{}{}\n", remark.text, remark.fix.empty() ? "" : "\n    fix: ", remark.fix);
         }
     }
     return text + report.verdict;
@@ -70,28 +70,22 @@ std::string ConfigurationText(const std::filesystem::path& file)
     }
 }
 
+/// Size and checksum, and what kind of file it is; of a threshold the number.
 std::string FileLine(const ConfiguredFile& named)
 {
     const NamedFile file = ReadNamedFile(named.path);
-    if (!file.readable)
-    {
-        return fmt::format("{} {}: {}\n", named.element, named.path, WhyNotReadable(named.path).why);
-    }
-    std::string text = fmt::format("{} {}: {}", named.element, named.path, Counted(file.size, "byte"));
-    if (file.size <= NamedFile::LargestInspected)
-    {
-        text += fmt::format(", CRC-32 0x{:08X}", engine::Crc32(file.bytes));
-    }
-    if (named.element.ends_with("KpdSensitivity"))
-    {
-        const ThresholdText threshold = ReadThresholdText(AsText(file.bytes));
-        text += threshold.isNumber ? ", threshold " + Q8Text(threshold.q8) : ", no number";
-    }
-    else if (named.element != "constraints")
-    {
-        text += fmt::format(", {}", FileKindName(Inspect(file.bytes).kind));
-    }
-    return text + "\n";
+    const ThresholdText threshold = ReadThresholdText(AsText(file.bytes));
+    const std::string size = Counted(file.size, "byte");
+    const std::string what = named.element == "constraints" ? ""
+                             : !named.element.ends_with("KpdSensitivity")
+                                 ? fmt::format(", {}", FileKindName(Inspect(file.bytes).kind))
+                             : threshold.isNumber ? ", threshold " + Q8Text(threshold.q8)
+                                                  : ", no number";
+    return fmt::format("{} {}: {}\n", named.element, named.path,
+                       !file.readable ? WhyNotReadable(named.path).why
+                       : file.size > NamedFile::LargestInspected
+                           ? size
+                           : fmt::format("{}, CRC-32 0x{:08X}{}", size, engine::Crc32(file.bytes), what));
 }
 
 std::string DllLine(const DllFacts& dll)

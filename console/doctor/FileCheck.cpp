@@ -40,19 +40,13 @@ NamedFile ReadNamedFile(const std::string& path)
     NamedFile file{path};
     std::error_code error;
     std::ifstream stream(path, std::ios::binary | std::ios::ate);
-    const bool opened = stream.is_open() && !std::filesystem::is_directory(path, error);
-    const std::streamoff length = opened ? std::streamoff(stream.tellg()) : -1;
-    if (length < 0)
+    const std::streamoff length = stream && !std::filesystem::is_directory(path, error) ? std::streamoff(stream.tellg()) : -1;
+    file.readable = length >= 0;
+    file.size = file.readable ? static_cast<uint64_t>(length) : 0;
+    if (file.readable && file.size <= NamedFile::LargestInspected)
     {
-        return file;
-    }
-    file.readable = true;
-    file.size = static_cast<uint64_t>(length);
-    if (file.size <= NamedFile::LargestInspected)
-    {
-        file.bytes.resize(static_cast<std::size_t>(length));
-        stream.seekg(0);
-        stream.read(reinterpret_cast<char*>(file.bytes.data()), length);
+        file.bytes.resize(file.size);
+        stream.seekg(0).read(reinterpret_cast<char*>(file.bytes.data()), length);
         file.readable = stream.gcount() == length;
     }
     return file;

@@ -13,11 +13,10 @@ namespace velox::console
 namespace
 {
 
-constexpr std::string_view OperationNames[]{"capabilities", "verification", "training", "arming", "parsing"};
-
-std::string OperationName(Operation operation)
+std::string_view OperationName(Operation operation)
 {
-    return std::string(OperationNames[static_cast<std::size_t>(operation)]);
+    constexpr std::string_view Names[]{"capabilities", "verification", "training", "arming", "parsing"};
+    return Names[static_cast<std::size_t>(operation)];
 }
 
 /// "verification 1033, training 1033"; without a number for every language.
@@ -26,7 +25,8 @@ std::string FailureList(const std::vector<Failure>& failures)
     std::vector<std::string> texts;
     for (const Failure& failure : failures)
     {
-        texts.push_back(OperationName(failure.operation) + (failure.language ? fmt::format(" {}", *failure.language) : ""));
+        const std::string language = failure.language ? fmt::format(" {}", *failure.language) : "";
+        texts.push_back(fmt::format("{}{}", OperationName(failure.operation), language));
     }
     return Joined(texts);
 }
@@ -39,9 +39,11 @@ Entry FindingEntry(Finding finding)
     const std::string fails = FailureList(finding.failures);
     entry.facts = {
         {"file", finding.file, "", place}, {"line", finding.line > 0 ? Value(finding.line) : Value()}, {"fails", fails}};
-    const std::string effect = fails.empty() || finding.effect.starts_with("Nothing works") ? finding.effect
-                               : finding.effect.empty()                                     ? fmt::format("Fails: {}.", fails)
-                                                        : fmt::format("{} Fails: {}.", finding.effect, fails);
+    std::string effect = finding.effect;
+    if (!fails.empty() && !effect.starts_with("Nothing works"))
+    {
+        effect += fmt::format("{}Fails: {}.", effect.empty() ? "" : " ", fails);
+    }
     if (!effect.empty() || !finding.fix.empty())
     {
         entry.remarks = {{finding.tone, "", effect, std::move(finding.fix)}};
@@ -74,7 +76,7 @@ std::string WhatFails(const Findings& findings, const std::vector<uint16_t>& lan
         {
             if (operation != Operation::Capabilities && Fails(findings, operation, language))
             {
-                failing.push_back(OperationName(operation));
+                failing.emplace_back(OperationName(operation));
             }
         }
         text += failing.empty() ? "" : fmt::format(" Fails for {}: {}.", LanguageText(language), Joined(failing));
