@@ -59,8 +59,8 @@ std::string ConfigurationText(const std::filesystem::path& file)
             std::erase(text, '\0'); // every letter of UTF-16 has one
         }
         text.resize(std::min(text.find('\0'), text.size())); // as the parser: a block that begins with '<' is not shown
-        const bool xml = text.substr(0, text.find_first_of('<')).find_first_not_of(" \t\r\n\xEF\xBB\xBF\xFE\xFF") == text.npos;
-        return xml && text.find('<') != text.npos
+        const std::size_t begin = text.find_first_not_of(" \t\r\n\xEF\xBB\xBF\xFE\xFF");
+        return begin < text.size() && text[begin] == '<'
                    ? text
                    : fmt::format("{}; not shown, since it does not begin as XML.", Counted(bytes.size(), "byte"));
     }

@@ -1,6 +1,5 @@
 #include "console/doctor/ConfigurationCheck.h"
 
-#include "console/doctor/AttributeCheck.h"
 #include "console/doctor/FileCheck.h"
 #include "console/hosting/ConfigurationXml.h"
 #include "console/text/LanguageName.h"

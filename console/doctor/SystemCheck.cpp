@@ -3,6 +3,7 @@
 #include "console/text/StatusText.h"
 #include "console/text/Wording.h"
 #include "console/text/Words.h"
+#include "firmware/LittleEndian.h"
 
 #include <fmt/format.h>
 
@@ -101,16 +102,10 @@ std::string Meaning(const Setting& setting, int32_t value)
 /// The number that the library reads: up to four bytes of any type.
 std::optional<int32_t> NumberOf(const RegistryValue& value)
 {
-    if (value.bytes.size() > MostBytes)
-    {
-        return std::nullopt;
-    }
-    uint32_t number = 0;
-    for (std::size_t i = 0; i < value.bytes.size(); ++i)
-    {
-        number |= uint32_t{value.bytes[i]} << (8 * i);
-    }
-    return static_cast<int32_t>(number);
+    std::vector<uint8_t> bytes = value.bytes;
+    bytes.resize(MostBytes);
+    const auto number = static_cast<int32_t>(firmware::ReadUnsigned<uint32_t>(bytes, 0));
+    return value.bytes.size() > MostBytes ? std::nullopt : std::optional(number);
 }
 
 void CheckValue(const Setting& setting, const RegistryValue& value, const Subject& subject)
