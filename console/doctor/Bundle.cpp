@@ -1,7 +1,6 @@
 #include "console/doctor/Bundle.h"
 
-#include "console/doctor/NamedFile.h"
-#include "console/inspect/Inspection.h"
+#include "console/doctor/FileCheck.h"
 #include "console/inspect/ThresholdText.h"
 #include "console/text/CommandFailure.h"
 #include "console/text/Utf8Path.h"
@@ -41,7 +40,7 @@ std::string FindingsListing(const Report& report)
         text += fmt::format("{}: {}\n    {}\n", entry.status, entry.title, entry.facts.front().text);
         for (const Remark& remark : entry.remarks)
         {
-            text += fmt::format("    {}\n{}", remark.text, remark.fix.empty() ? "" : fmt::format("    fix: {}\n", remark.fix));
+            text += fmt::format("    {}{}{}\n", remark.text, remark.fix.empty() ? "" : "\n    fix: ", remark.fix);
         }
     }
     return text + report.verdict;
@@ -60,8 +59,8 @@ std::string ConfigurationText(const std::filesystem::path& file)
             std::erase(text, '\0'); // every letter of UTF-16 has one
         }
         text.resize(std::min(text.find('\0'), text.size())); // as the parser: a block that begins with '<' is not shown
-        const bool xml = text.substr(0, text.find_first_of('<')).find_first_not_of(" \t\r\n\xEF\xBB\xBF\xFE\xFF") == text.npos;
-        return xml && text.find('<') != text.npos
+        const std::size_t begin = text.find_first_not_of(" \t\r\n\xEF\xBB\xBF\xFE\xFF");
+        return begin < text.size() && text[begin] == '<'
                    ? text
                    : fmt::format("{}; not shown, since it does not begin as XML.", Counted(bytes.size(), "byte"));
     }
@@ -71,28 +70,22 @@ std::string ConfigurationText(const std::filesystem::path& file)
     }
 }
 
+/// Size and checksum, and what kind of file it is; of a threshold the number.
 std::string FileLine(const ConfiguredFile& named)
 {
     const NamedFile file = ReadNamedFile(named.path);
-    if (!file.readable)
-    {
-        return fmt::format("{} {}: {}\n", named.element, named.path, WhyNotReadable(named.path).why);
-    }
-    std::string text = fmt::format("{} {}: {}", named.element, named.path, Counted(file.size, "byte"));
-    if (file.size <= NamedFile::LargestInspected)
-    {
-        text += fmt::format(", CRC-32 0x{:08X}", engine::Crc32(file.bytes));
-    }
-    if (named.element.ends_with("KpdSensitivity"))
-    {
-        const ThresholdText threshold = ReadThresholdText(AsText(file.bytes));
-        text += threshold.isNumber ? ", threshold " + Q8Text(threshold.q8) : ", no number";
-    }
-    else if (named.element != "constraints")
-    {
-        text += fmt::format(", {}", FileKindName(Inspect(file.bytes).kind));
-    }
-    return text + "\n";
+    const ThresholdText threshold = ReadThresholdText(AsText(file.bytes));
+    const std::string size = Counted(file.size, "byte");
+    const std::string what = named.element == "constraints" ? ""
+                             : !named.element.ends_with("KpdSensitivity")
+                                 ? fmt::format(", {}", FileKindName(Inspect(file.bytes).kind))
+                             : threshold.isNumber ? ", threshold " + Q8Text(threshold.q8)
+                                                  : ", no number";
+    return fmt::format("{} {}: {}\n", named.element, named.path,
+                       !file.readable ? WhyNotReadable(named.path).why
+                       : file.size > NamedFile::LargestInspected
+                           ? size
+                           : fmt::format("{}, CRC-32 0x{:08X}{}", size, engine::Crc32(file.bytes), what));
 }
 
 std::string DllLine(const DllFacts& dll)

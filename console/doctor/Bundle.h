@@ -1,8 +1,7 @@
 #pragma once
 
 #include "console/doctor/ConfigurationCheck.h"
-#include "console/doctor/EngineCheck.h"
-#include "console/doctor/SettingsCheck.h"
+#include "console/doctor/SystemCheck.h"
 
 namespace velox::console
 {

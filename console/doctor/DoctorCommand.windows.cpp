@@ -29,11 +29,6 @@ std::string SystemText()
     return fmt::format("Windows {}, code page {}", version.empty() ? "of an unknown version" : version, GetACP());
 }
 
-void Append(Findings more, Findings* findings)
-{
-    findings->insert(findings->end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
-}
-
 /// The findings stay when the bundle cannot be written.
 void WriteBundle(const std::filesystem::path& bundle, const BundleContents& contents, Report* report)
 {
@@ -56,18 +51,18 @@ Report Examine(const std::filesystem::path& configuration, const std::filesystem
     const EngineFacts engine = ProbeEngine();
     const RegistrySettings settings = ReadSettingsKey();
     ConfigurationCheck check = CheckConfiguration(configuration);
-    Findings findings;
     if (!NarrowPath(configuration))
     {
-        findings.push_back({Tone::Bad, Utf8(configuration), 0, "The path has characters that this system's code page lacks.",
-                            "The library's caller cannot hand it over.",
-                            "Rename the file or its folder; letters without accents always work.", EveryOperation()});
+        Subject{Utf8(configuration), &check.findings}.Add(
+            Tone::Bad, 0, "The path has characters that this system's code page lacks.",
+            "The library's caller cannot hand it over.", "Rename the file or its folder; letters without accents always work.",
+            EveryOperation);
     }
-    Append(std::move(check.findings), &findings);
-    Append(CheckEngine(engine), &findings);
-    Append(CheckSettings(settings), &findings);
-
-    Report report = ReportOf(std::move(findings), check.languages);
+    for (const Findings& more : {CheckEngine(engine), CheckSettings(settings)})
+    {
+        check.findings.insert(check.findings.end(), more.begin(), more.end());
+    }
+    Report report = ReportOf(std::move(check.findings), check.languages);
     report.exitCode = check.usable ? report.exitCode : ExitCode::BadConfiguration;
     if (!bundle.empty())
     {

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <filesystem>
+#include <fstream>
 
 namespace velox::console
 {
@@ -31,47 +33,90 @@ bool IsOfAnotherEngine(const Inspection& inspection)
     return version == nullptr || !version->error.empty();
 }
 
-/// The states of a phrase, where they can be read.
-std::optional<std::size_t> States(const Inspection* inspection)
-{
-    return inspection == nullptr ? std::nullopt : inspection->states;
-}
-
 } // namespace
 
-Finding CheckThreshold(const NamedFile& file, std::string_view what)
+NamedFile ReadNamedFile(const std::string& path)
 {
-    constexpr const char* ChooseFix =
+    NamedFile file{path};
+    std::error_code error;
+    std::ifstream stream(path, std::ios::binary | std::ios::ate);
+    const std::streamoff length = stream && !std::filesystem::is_directory(path, error) ? std::streamoff(stream.tellg()) : -1;
+    file.readable = length >= 0;
+    file.size = file.readable ? static_cast<uint64_t>(length) : 0;
+    if (file.readable && file.size <= NamedFile::LargestInspected)
+    {
+        file.bytes.resize(file.size);
+        stream.seekg(0).read(reinterpret_cast<char*>(file.bytes.data()), length);
+        file.readable = stream.gcount() == length;
+    }
+    return file;
+}
+
+Absence WhyNotReadable(const std::string& path)
+{
+    std::error_code error;
+    if (!IsAscii(path))
+    {
+        return {
+            "cannot be opened: its name has characters beyond ASCII, which the library takes for the Windows code page, not for "
+            "UTF-8",
+            "Rename it, and write only letters without accents."};
+    }
+    return std::filesystem::is_directory(path, error) ? Absence{"is a folder", "Name a file."}
+           : std::filesystem::exists(path, error)
+               ? Absence{"may not be read", "Give this account the permission to read it."}
+               : Absence{"does not exist", "Put the file there, or correct its name in the configuration."};
+}
+
+bool IsAscii(std::string_view text)
+{
+    constexpr unsigned char FirstBeyond = 0x80;
+    return std::ranges::all_of(text, [](char own) { return static_cast<unsigned char>(own) < FirstBeyond; });
+}
+
+bool IsAbsolute(std::string_view path)
+{
+    const bool drive = path.size() > 2 && std::isalpha(static_cast<unsigned char>(path[0])) != 0 && path[1] == ':' &&
+                       (path[2] == '\\' || path[2] == '/');
+    // Natively, where the tests run, a path that begins with a slash is whole, too.
+    return drive || path.starts_with("\\\\") || path.starts_with("//") || std::filesystem::path(path).is_absolute();
+}
+
+void CheckThreshold(const NamedFile& file, std::string_view what, Subject subject)
+{
+    constexpr std::string_view ChooseFix =
         "Write a number between 0 and 255; a higher one gives fewer false triggers and more missed ones.";
-    constexpr const char* NumberFix = "Write one decimal number with a point, such as 0.75, as plain text.";
+    constexpr std::string_view NumberFix = "Write one decimal number with a point, such as 0.75, as plain text.";
     const std::string_view content = AsText(file.bytes);
     const ThresholdText text = ReadThresholdText(content);
-    const auto finding = [&](Tone tone, std::size_t position, const std::string& message, std::string effect, const char* fix) {
-        return Finding{tone, file.path, LineAt(content, position), fmt::format("{} {}", what, message), std::move(effect), fix};
+    const std::string is = fmt::format("is {}, in the library {}.", text.text, Q8Text(text.q8));
+    subject.file = file.path;
+    const auto add = [&](Tone tone, std::size_t position, std::string_view message, std::string_view effect,
+                         std::string_view fix) {
+        subject.Add(tone, LineAt(content, position), fmt::format("{} {}", what, message), effect, fix);
     };
     if (!text.isNumber)
     {
-        return finding(Tone::Bad, 0, fmt::format("counts as 0: {}.", text.whatIsWrong),
-                       "The library says nothing about it, and every score above 0 is a detection.", NumberFix);
+        add(Tone::Bad, 0, fmt::format("counts as 0: {}.", text.whatIsWrong),
+            "The library says nothing about it, and every score above 0 is a detection.", NumberFix);
     }
-    const std::string is = fmt::format("is {}, in the library {}.", text.text, Q8Text(text.q8));
-    if (text.value < ThresholdText::LeastScore)
+    else if (text.value < ThresholdText::LeastScore || text.value > ThresholdText::MostScore)
     {
-        return finding(Tone::Bad, text.offset, is,
-                       "Scores lie between 0 and 255: every one is above it, everything is a detection.", ChooseFix);
+        add(Tone::Bad, text.offset, is + (text.saturated ? " The number does not fit into 32 bits." : ""),
+            fmt::format("Scores lie between 0 and 255: {}.", text.value < 0.0 ? "every one is above it, everything is a detection"
+                                                                              : "none is above it, nothing is ever detected"),
+            ChooseFix);
     }
-    if (text.value > ThresholdText::MostScore)
-    {
-        return finding(Tone::Bad, text.offset, is + (text.saturated ? " The number does not fit into 32 bits." : ""),
-                       "Scores lie between 0 and 255: none is above it, nothing is ever detected.", ChooseFix);
-    }
-    if (!text.rest.empty())
+    else if (!text.rest.empty())
     {
         std::string effect = text.whatIsWrong + ".";
         effect.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(effect.front())));
-        return finding(text.rest.front() == ',' ? Tone::Bad : Tone::Warning, text.restOffset, is, effect, NumberFix);
+        add(text.rest.front() == ',' ? Tone::Bad : Tone::Warning, text.restOffset, is, effect, NumberFix);
     }
-    return finding(Tone::Good, text.offset, is, {}, "");
+    else
+    {
+        add(Tone::Good, text.offset, is, "", "");
+    }
 }
 
 ModelVerdict CheckModelFile(std::string_view element, const Inspection& inspection)
@@ -102,28 +147,33 @@ ModelVerdict CheckModelFile(std::string_view element, const Inspection& inspecti
     return {Tone::Good, fmt::format("is a model of the stand-in engine ({})", FileKindName(inspection.kind))};
 }
 
-ModelVerdict CheckModelsAgree(const Inspection* keyphrase, const Inspection* acoustic, const Inspection* population)
+ModelVerdict CheckModelsAgree(const std::optional<Inspection>& keyphrase, const std::optional<Inspection>& acoustic,
+                              const std::optional<Inspection>& population)
 {
-    const auto ofPhrase = States(keyphrase);
-    const auto ofAcoustic = States(acoustic);
-    const auto ofPopulation = States(population);
+    constexpr const char* OneTraining = "Use the files of one training together.";
+    const auto states = [](const std::optional<Inspection>& model) {
+        return model ? model->states : std::nullopt;
+    };
+    const auto ofPhrase = states(keyphrase);
+    const auto ofAcoustic = states(acoustic);
+    const auto ofPopulation = states(population);
     if (ofAcoustic && ofPopulation && ofAcoustic != ofPopulation)
     {
         return {
             Tone::Bad,
             fmt::format("acoustic model and population are of different phrases: {} and {} states.", *ofAcoustic, *ofPopulation),
-            "The stand-in engine refuses to enroll with them.", "Use the files of one training together.", true};
+            "The stand-in engine refuses to enroll with them.", OneTraining, true};
     }
     if (ofAcoustic && ofPhrase && ofAcoustic != ofPhrase)
     {
         return {Tone::Warning,
                 fmt::format("key-phrase model and acoustic model are of different phrases: {} and {} states.", *ofPhrase,
                             *ofAcoustic),
-                "A take that is verified is not the one that can be enrolled.", "Use the files of one training together."};
+                "A take that is verified is not the one that can be enrolled.", OneTraining};
     }
-    const std::array models{keyphrase, acoustic, population};
-    const bool someForeign = std::ranges::any_of(
-        models, [](const Inspection* own) { return own != nullptr && own->kind != FileKind::Empty && IsOfAnotherEngine(*own); });
+    const bool someForeign = std::ranges::any_of(std::array{&keyphrase, &acoustic, &population}, [](const auto* own) {
+        return *own && (*own)->kind != FileKind::Empty && IsOfAnotherEngine(**own);
+    });
     if (someForeign && (ofPhrase || ofAcoustic || ofPopulation))
     {
         return {Tone::Warning, "some models are of the stand-in engine, others are not.", "No engine understands all of them.",

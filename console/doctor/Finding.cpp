@@ -13,13 +13,10 @@ namespace velox::console
 namespace
 {
 
-constexpr std::initializer_list<Operation> AllOperations{Operation::Capabilities, Operation::Verification, Operation::Training,
-                                                         Operation::Arming, Operation::Parsing};
-constexpr std::string_view OperationNames[]{"capabilities", "verification", "training", "arming", "parsing"};
-
-std::string OperationName(Operation operation)
+std::string_view OperationName(Operation operation)
 {
-    return std::string(OperationNames[static_cast<std::size_t>(operation)]);
+    constexpr std::string_view Names[]{"capabilities", "verification", "training", "arming", "parsing"};
+    return Names[static_cast<std::size_t>(operation)];
 }
 
 /// "verification 1033, training 1033"; without a number for every language.
@@ -28,26 +25,25 @@ std::string FailureList(const std::vector<Failure>& failures)
     std::vector<std::string> texts;
     for (const Failure& failure : failures)
     {
-        texts.push_back(OperationName(failure.operation) + (failure.language ? fmt::format(" {}", *failure.language) : ""));
+        const std::string language = failure.language ? fmt::format(" {}", *failure.language) : "";
+        texts.push_back(fmt::format("{}{}", OperationName(failure.operation), language));
     }
     return Joined(texts);
 }
 
-std::string_view FindingStatus(Tone tone)
-{
-    return tone == Tone::Bad ? "error" : tone == Tone::Warning ? "warning" : tone == Tone::Note ? "note" : "good";
-}
-
 Entry FindingEntry(Finding finding)
 {
-    Entry entry{std::move(finding.message), std::string(FindingStatus(finding.tone)), finding.tone};
+    constexpr const char* Statuses[]{"", "good", "note", "warning", "error"};
+    Entry entry{std::move(finding.message), Statuses[static_cast<std::size_t>(finding.tone)], finding.tone};
     const std::string place = finding.line > 0 ? fmt::format("{}, line {}", finding.file, finding.line) : finding.file;
     const std::string fails = FailureList(finding.failures);
     entry.facts = {
         {"file", finding.file, "", place}, {"line", finding.line > 0 ? Value(finding.line) : Value()}, {"fails", fails}};
-    const std::string effect = fails.empty() || finding.effect.starts_with("Nothing works") ? finding.effect
-                               : finding.effect.empty()                                     ? fmt::format("Fails: {}.", fails)
-                                                        : fmt::format("{} Fails: {}.", finding.effect, fails);
+    std::string effect = finding.effect;
+    if (!fails.empty() && !effect.starts_with("Nothing works"))
+    {
+        effect += fmt::format("{}Fails: {}.", effect.empty() ? "" : " ", fails);
+    }
     if (!effect.empty() || !finding.fix.empty())
     {
         entry.remarks = {{finding.tone, "", effect, std::move(finding.fix)}};
@@ -68,7 +64,7 @@ bool Fails(const Findings& findings, Operation operation, std::optional<uint16_t
 /// " Fails for 1033 (en-US): verification, training."
 std::string WhatFails(const Findings& findings, const std::vector<uint16_t>& languages)
 {
-    if (std::ranges::all_of(AllOperations, [&](Operation own) { return Fails(findings, own, {}); }))
+    if (std::ranges::all_of(EveryOperation, [&](Operation own) { return Fails(findings, own, {}); }))
     {
         return " Nothing works: every operation fails.";
     }
@@ -76,11 +72,11 @@ std::string WhatFails(const Findings& findings, const std::vector<uint16_t>& lan
     for (const uint16_t language : languages)
     {
         std::vector<std::string> failing;
-        for (const Operation operation : AllOperations)
+        for (const Operation operation : EveryOperation)
         {
             if (operation != Operation::Capabilities && Fails(findings, operation, language))
             {
-                failing.push_back(OperationName(operation));
+                failing.emplace_back(OperationName(operation));
             }
         }
         text += failing.empty() ? "" : fmt::format(" Fails for {}: {}.", LanguageText(language), Joined(failing));
@@ -90,19 +86,19 @@ std::string WhatFails(const Findings& findings, const std::vector<uint16_t>& lan
 
 } // namespace
 
-std::vector<Failure> FailuresOf(std::initializer_list<Operation> operations, std::optional<uint16_t> language)
+std::vector<Failure> FailuresOf(Operations operations, std::optional<uint16_t> language)
 {
     std::vector<Failure> failures;
-    for (const Operation operation : operations)
-    {
-        failures.push_back({operation, language});
-    }
+    std::ranges::transform(operations, std::back_inserter(failures), [&](Operation own) { return Failure{own, language}; });
     return failures;
 }
 
-std::vector<Failure> EveryOperation()
+void Subject::Add(Tone tone, int line, std::string_view message, std::string_view effect, std::string_view fix,
+                  Operations fails) const
 {
-    return FailuresOf(AllOperations, {});
+    std::string about = language ? fmt::format("Language {}: ", *language) : "";
+    findings->push_back(
+        {tone, file, line, about.append(message), std::string(effect), std::string(fix), FailuresOf(fails, language)});
 }
 
 Report ReportOf(Findings findings, const std::vector<uint16_t>& languages)
@@ -110,16 +106,15 @@ Report ReportOf(Findings findings, const std::vector<uint16_t>& languages)
     const auto count = [&](Tone tone) {
         return static_cast<std::size_t>(std::ranges::count(findings, tone, &Finding::tone));
     };
-    const std::string errors = Counted(count(Tone::Bad), "error");
-    const std::string warnings = Counted(count(Tone::Warning), "warning");
-    const bool hasErrors = count(Tone::Bad) > 0;
-    const bool hasWarnings = count(Tone::Warning) > 0;
-    Report report{hasErrors ? ExitCode::Refused : ExitCode::Success};
-    report.verdict = hasErrors ? fmt::format("{}{}{}.", errors, hasWarnings ? " and " : "", hasWarnings ? warnings : "") +
-                                     WhatFails(findings, languages)
-                     : hasWarnings ? fmt::format("No error, but {}.", warnings)
-                                   : fmt::format("Nothing is wrong: {}, {}.", Counted(languages.size(), "language"),
-                                                 Counted(findings.size(), "check"));
+    const std::size_t errors = count(Tone::Bad);
+    const std::size_t warnings = count(Tone::Warning);
+    const std::string warned = Counted(warnings, "warning");
+    Report report{errors > 0 ? ExitCode::Refused : ExitCode::Success};
+    report.verdict = errors > 0     ? fmt::format("{}{}.{}", Counted(errors, "error"), warnings > 0 ? " and " + warned : "",
+                                                  WhatFails(findings, languages))
+                     : warnings > 0 ? fmt::format("No error, but {}.", warned)
+                                    : fmt::format("Nothing is wrong: {}, {}.", Counted(languages.size(), "language"),
+                                                  Counted(findings.size(), "check"));
     std::ranges::stable_sort(findings, std::greater(), &Finding::tone);
     std::ranges::transform(findings, std::back_inserter(report.results),
                            [](Finding& own) { return FindingEntry(std::move(own)); });

@@ -17,6 +17,11 @@ enum class Operation
     Parsing,
 };
 
+using Operations = std::initializer_list<Operation>;
+
+inline constexpr Operations EveryOperation{Operation::Capabilities, Operation::Verification, Operation::Training,
+                                           Operation::Arming, Operation::Parsing};
+
 /// An operation that will not succeed.
 struct Failure
 {
@@ -25,6 +30,9 @@ struct Failure
 
     bool operator==(const Failure&) const = default;
 };
+
+/// Failures of several operations for one language.
+std::vector<Failure> FailuresOf(Operations operations, std::optional<uint16_t> language);
 
 /// What doctor has to say about one thing.
 struct Finding
@@ -42,11 +50,16 @@ struct Finding
 
 using Findings = std::vector<Finding>;
 
-/// Failures of several operations for one language.
-std::vector<Failure> FailuresOf(std::initializer_list<Operation> operations, std::optional<uint16_t> language);
+/// What is looked at, and where its findings go.
+struct Subject
+{
+    std::string file;
+    Findings* findings;
+    std::optional<uint16_t> language{}; ///< begins each message, and is the one that fails
 
-/// Every operation, for every language.
-std::vector<Failure> EveryOperation();
+    void Add(Tone tone, int line, std::string_view message, std::string_view effect = {}, std::string_view fix = {},
+             Operations fails = {}) const;
+};
 
 /// The findings as results, the worst first, with a verdict: "2 errors and 1 warning."; then what fails for which of the
 /// languages. An error refuses.

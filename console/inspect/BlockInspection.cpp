@@ -1,4 +1,4 @@
-#include "console/inspect/FormatInspection.h"
+#include "console/inspect/Inspection.h"
 #include "firmware/BlockLayout.h"
 #include "firmware/DspPattern.h"
 #include "firmware/LittleEndian.h"
@@ -58,19 +58,6 @@ bool LooksLikePattern(std::span<const uint8_t> bytes)
            (limit && (sizesFit || bytes.size() == PatternLayout::ModelOffset));
 }
 
-/// What the firmware would say to a pattern in which nothing is wrong for the library.
-void AskTheSimulator(std::span<const uint8_t> bytes, Inspection* inspection)
-{
-    firmware::DetectorId detector{};
-    std::copy_n(bytes.begin() + BlockHead::PatternTypeOffset, detector.size(), detector.begin());
-    firmware::DspPattern read;
-    if (const auto refusal = firmware::ReadPattern(bytes, detector, &read))
-    {
-        const firmware::PatternRefusalText& text = TextOf(*refusal);
-        inspection->notes.push_back(fmt::format("the simulated DSP refuses it at {}. {}", text.field, text.sentence));
-    }
-}
-
 void InspectPattern(std::span<const uint8_t> bytes, Inspection* inspection)
 {
     if (inspection->Add(PatternFields, bytes))
@@ -80,9 +67,17 @@ void InspectPattern(std::span<const uint8_t> bytes, Inspection* inspection)
         inspection->Expect(modelSize == available, "ModelSize", fmt::format("{}, but {} bytes follow", modelSize, available));
         InspectModel(bytes, inspection, PatternLayout::ModelOffset, "ModelData");
     }
-    if (inspection->FirstError() == nullptr)
+    if (inspection->FirstError() != nullptr)
     {
-        AskTheSimulator(bytes, inspection);
+        return;
+    }
+    firmware::DetectorId detector{};
+    std::copy_n(bytes.begin() + BlockHead::PatternTypeOffset, detector.size(), detector.begin());
+    firmware::DspPattern read;
+    if (const auto refusal = firmware::ReadPattern(bytes, detector, &read))
+    {
+        const firmware::PatternRefusalText& text = TextOf(*refusal);
+        inspection->notes.push_back(fmt::format("the simulated DSP refuses it at {}. {}", text.field, text.sentence));
     }
 }
 

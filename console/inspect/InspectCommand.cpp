@@ -40,11 +40,6 @@ InspectedFile ReadInspected(const std::filesystem::path& path)
     return file;
 }
 
-FileBytes BytesOf(const InspectedFile& file, const InspectedField& field)
-{
-    return FileBytes(file.bytes).subspan(field.offset, field.size);
-}
-
 Fact TextFact(const char* key, const std::string& text)
 {
     return {key, text, key, text};
@@ -93,11 +88,12 @@ Entry FileEntry(const InspectedFile& file)
     return entry;
 }
 
-/// Where bytes are not the same, as "0x0708 to 0x070B" each; what only one side has is different.
-std::vector<std::string> DifferentRanges(FileBytes first, FileBytes second, std::size_t offset)
+/// Where bytes are not the same, as "0x0708 to 0x070B" each; what only one side has is different. People see the first ones.
+Fact DifferentBytes(FileBytes first, FileBytes second, std::size_t offset)
 {
+    constexpr std::size_t MostShown = 8;
     const auto differ = [&](std::size_t i) {
-        return i >= first.size() || i >= second.size() || first[i] != second[i];
+        return i >= std::min(first.size(), second.size()) || first[i] != second[i];
     };
     const std::size_t size = std::max(first.size(), second.size());
     std::vector<std::string> ranges;
@@ -111,49 +107,41 @@ std::vector<std::string> DifferentRanges(FileBytes first, FileBytes second, std:
             ranges.push_back(fmt::format("{} to {}", OffsetText(offset + begin), OffsetText(offset + end - 1)));
         }
     }
-    return ranges;
+    const std::size_t shown = std::min(ranges.size(), MostShown);
+    const std::string more = ranges.size() > shown ? fmt::format(", and {} more ranges", ranges.size() - shown) : "";
+    return {"differentBytes", Joined(ranges), "different bytes", Joined(std::span(ranges).first(shown)) + more};
 }
 
-Fact RangesFact(const std::vector<std::string>& ranges)
-{
-    constexpr std::size_t MostShown = 8;
-    const std::string shown = Joined(std::span(ranges).first(std::min(ranges.size(), MostShown)));
-    return {"differentBytes", Joined(ranges), "different bytes",
-            ranges.size() > MostShown ? fmt::format("{}, and {} more ranges", shown, ranges.size() - MostShown) : shown};
-}
-
-/// What a field of the first file, or of the second alone, is in both.
-Entry FieldDifference(const InspectedFile& first, const InspectedFile& second, const InspectedField& field)
-{
-    const InspectedField* one = first.inspection.Find(field.path);
-    const InspectedField* other = second.inspection.Find(field.path);
-    Entry part{field.path};
-    part.facts = {TextFact("offset", OffsetText(field.offset)), TextFact("first", one != nullptr ? one->value : "has none"),
-                  TextFact("second", other != nullptr ? other->value : "has none")};
-    if (one != nullptr && other != nullptr)
-    {
-        part.facts.push_back(RangesFact(DifferentRanges(BytesOf(first, *one), BytesOf(second, *other), field.offset)));
-    }
-    return part;
-}
-
-/// Fields by their paths, wherever they stand.
+/// The fields that are not the same, by their paths, wherever they stand; then those of the second file alone.
 std::vector<Entry> FieldDifferences(const InspectedFile& first, const InspectedFile& second)
 {
     std::vector<Entry> parts;
+    const auto add = [&](const InspectedField* one, const InspectedField* other) {
+        const InspectedField& field = one != nullptr ? *one : *other;
+        Entry part{field.path};
+        part.facts = {TextFact("offset", OffsetText(field.offset)), TextFact("first", one != nullptr ? one->value : "has none"),
+                      TextFact("second", other != nullptr ? other->value : "has none")};
+        if (one != nullptr && other != nullptr)
+        {
+            const FileBytes own = FileBytes(first.bytes).subspan(one->offset, one->size);
+            const FileBytes others = FileBytes(second.bytes).subspan(other->offset, other->size);
+            if (std::ranges::equal(own, others))
+            {
+                return;
+            }
+            part.facts.push_back(DifferentBytes(own, others, field.offset));
+        }
+        parts.push_back(std::move(part));
+    };
     for (const InspectedField& field : first.inspection.fields)
     {
-        const InspectedField* other = second.inspection.Find(field.path);
-        if (other == nullptr || !std::ranges::equal(BytesOf(first, field), BytesOf(second, *other)))
-        {
-            parts.push_back(FieldDifference(first, second, field));
-        }
+        add(&field, second.inspection.Find(field.path));
     }
     for (const InspectedField& field : second.inspection.fields)
     {
         if (first.inspection.Find(field.path) == nullptr)
         {
-            parts.push_back(FieldDifference(first, second, field));
+            add(nullptr, &field);
         }
     }
     return parts;
@@ -171,15 +159,12 @@ Report CompareFiles(const InspectedFile& first, const InspectedFile& second)
     report.verdict = "The two files are the same.";
     if (first.bytes != second.bytes)
     {
-        Entry difference{"What tells them apart"};
         const bool sameKind = first.inspection.kind == second.inspection.kind;
-        if (sameKind)
+        Entry difference{"What tells them apart"};
+        difference.parts = sameKind ? FieldDifferences(first, second) : std::vector<Entry>();
+        if (!sameKind)
         {
-            difference.parts = FieldDifferences(first, second);
-        }
-        else
-        {
-            difference.facts = {RangesFact(DifferentRanges(first.bytes, second.bytes, 0))};
+            difference.facts = {DifferentBytes(first.bytes, second.bytes, 0)};
         }
         report.exitCode = ExitCode::Refused;
         report.verdict = sameKind ? fmt::format("The two files differ in {}.", Counted(difference.parts.size(), "field"))

@@ -1,6 +1,5 @@
 #include "console/inspect/Inspection.h"
 
-#include "console/inspect/FormatInspection.h"
 #include "console/inspect/ThresholdText.h"
 #include "console/text/Words.h"
 #include "firmware/LittleEndian.h"
@@ -35,28 +34,19 @@ bool IsText(std::string_view text)
            std::ranges::all_of(text, [](char own) { return (own >= ' ' && own <= '~') || (own >= '\t' && own <= '\r'); });
 }
 
-/// What a file for another command begins with, and which one.
-struct OtherFile
+/// For which command a file of another kind is, as far as its first bytes tell; empty when they do not.
+std::string_view OtherFileHint(std::string_view text)
 {
-    std::string_view beginning;
-    std::string_view hint;
-    bool text = false;
-};
-
-constexpr std::string_view SoundFileHint = "it begins as a sound file does: verify, enroll and listen read those";
-constexpr std::string_view XmlFileHint = "it begins as an XML file does: doctor checks configuration files";
-constexpr OtherFile OtherFiles[]{{"RIFF", SoundFileHint},
-                                 {"fLaC", SoundFileHint},
-                                 {"OggS", SoundFileHint},
-                                 {"<", XmlFileHint, true}, // a detection result begins with this byte, too
-                                 {"\xEF\xBB\xBF<", XmlFileHint, true},
-                                 {"MZ", "it is a program or DLL: doctor looks at the engine's"}};
-
-const OtherFile* FindOtherFile(std::string_view text)
-{
-    const auto* const found = std::ranges::find_if(
-        OtherFiles, [&](const OtherFile& other) { return text.starts_with(other.beginning) && (!other.text || IsText(text)); });
-    return found == std::end(OtherFiles) ? nullptr : found;
+    const auto begins = [&](std::string_view mark) {
+        return text.starts_with(mark);
+    };
+    // A detection result begins with the byte of XML, too.
+    return begins("RIFF") || begins("fLaC") || begins("OggS")
+               ? "it begins as a sound file does: verify, enroll and listen read those"
+           : (begins("<") || begins("\xEF\xBB\xBF<")) && IsText(text)
+               ? "it begins as an XML file does: doctor checks configuration files"
+           : begins("MZ") ? "it is a program or DLL: doctor looks at the engine's"
+                          : "";
 }
 
 /// A text, or a number with a remark behind it, in whatever encoding.
@@ -69,16 +59,13 @@ bool IsThreshold(std::string_view text)
 
 FileKind Recognise(std::span<const uint8_t> bytes)
 {
-    if (bytes.empty())
-    {
-        return FileKind::Empty;
-    }
-    if (const FileKind model = RecogniseModel(bytes); model != FileKind::Unknown)
-    {
-        return model;
-    }
+    const FileKind model = RecogniseModel(bytes);
     const std::string_view text = AsText(bytes);
-    return FindOtherFile(text) != nullptr ? FileKind::Unknown : IsThreshold(text) ? FileKind::Threshold : RecogniseBlock(bytes);
+    return bytes.empty()                  ? FileKind::Empty
+           : model != FileKind::Unknown   ? model
+           : !OtherFileHint(text).empty() ? FileKind::Unknown
+           : IsThreshold(text)            ? FileKind::Threshold
+                                          : RecogniseBlock(bytes);
 }
 
 void InspectThreshold(std::span<const uint8_t> bytes, Inspection* inspection)
@@ -102,9 +89,9 @@ void InspectThreshold(std::span<const uint8_t> bytes, Inspection* inspection)
 void InspectUnknown(std::span<const uint8_t> bytes, Inspection* inspection)
 {
     inspection->AddBytes("(bytes)", bytes, 0, bytes.size(), "of no kind that inspect knows");
-    if (const OtherFile* other = FindOtherFile(AsText(bytes)))
+    if (const std::string_view hint = OtherFileHint(AsText(bytes)); !hint.empty())
     {
-        inspection->notes.emplace_back(other->hint);
+        inspection->notes.emplace_back(hint);
     }
     inspection->notes.emplace_back(
         bytes.empty()

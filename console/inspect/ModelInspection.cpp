@@ -1,5 +1,5 @@
 #include "console/hosting/StandInModels.h"
-#include "console/inspect/FormatInspection.h"
+#include "console/inspect/Inspection.h"
 #include "console/text/StatusText.h"
 #include "console/text/Wording.h"
 #include "engine/base/AudioFormat.h"

@@ -2,19 +2,26 @@
 
 #include "engine/models/AcousticModel.h"
 #include "tests/console/support/InspectionSamples.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 using namespace velox::console;
 using InspectionSamples::Bytes;
+using testing::HasSubstr;
 
 namespace
 {
 
 Finding Check(std::string_view text)
 {
-    return CheckThreshold({"pre.txt", true, text.size(), {text.begin(), text.end()}}, "The threshold");
+    Findings findings;
+    CheckThreshold({"pre.txt", true, text.size(), {text.begin(), text.end()}}, "The threshold", {"c.xml", &findings});
+    EXPECT_EQ(findings.size(), 1U);
+    return findings.at(0);
 }
 
 } // namespace
@@ -64,8 +71,8 @@ TEST(FileCheck, ModelsOfOnePhraseAgree)
     const Inspection phrase = Inspect(InspectionSamples::FirmwareModel());
     const Inspection acoustic = Inspect(InspectionSamples::AcousticModel());
     const Inspection population = Inspect(InspectionSamples::Population());
-    EXPECT_EQ(CheckModelsAgree(&phrase, &acoustic, &population).tone, Tone::Good);
-    EXPECT_EQ(CheckModelsAgree(nullptr, nullptr, nullptr).tone, Tone::Good);
+    EXPECT_EQ(CheckModelsAgree(phrase, acoustic, population).tone, Tone::Good);
+    EXPECT_EQ(CheckModelsAgree({}, {}, {}).tone, Tone::Good);
 }
 
 TEST(FileCheck, PopulationOfAnotherPhraseCannotEnroll)
@@ -75,7 +82,7 @@ TEST(FileCheck, PopulationOfAnotherPhraseCannotEnroll)
     other.peaks.push_back({-1.0F, {5, 5}, std::vector<velox::engine::MelFrame>(10)});
     const Inspection acoustic = Inspect(InspectionSamples::AcousticModel());
     const Inspection population = Inspect(WritePopulation(other));
-    const ModelVerdict verdict = CheckModelsAgree(nullptr, &acoustic, &population);
+    const ModelVerdict verdict = CheckModelsAgree({}, acoustic, population);
     EXPECT_EQ(verdict.tone, Tone::Bad);
     EXPECT_TRUE(verdict.engineRefuses);
     EXPECT_EQ(verdict.message, "acoustic model and population are of different phrases: 4 and 2 states.");
@@ -85,8 +92,8 @@ TEST(FileCheck, ModelsOfTwoEnginesAreWarnedOf)
 {
     const Inspection acoustic = Inspect(InspectionSamples::AcousticModel());
     const Inspection foreign = Inspect(InspectionSamples::FromText("znorm 1033"));
-    EXPECT_EQ(CheckModelsAgree(nullptr, &acoustic, &foreign).tone, Tone::Warning);
-    EXPECT_EQ(CheckModelsAgree(&foreign, nullptr, &foreign).tone, Tone::Good) << "all of another engine";
+    EXPECT_EQ(CheckModelsAgree({}, acoustic, foreign).tone, Tone::Warning);
+    EXPECT_EQ(CheckModelsAgree(foreign, {}, foreign).tone, Tone::Good) << "all of another engine";
 }
 
 TEST(FileCheck, EachTextHasOneFindingWithItsLine)
@@ -128,4 +135,66 @@ TEST(FileCheck, WhatIsNotGoodHasItsEffectAndItsFix)
         EXPECT_NE(finding.effect, "");
         EXPECT_NE(finding.fix, "");
     }
+}
+
+TEST(FileCheck, AFileIsReadWhole)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Path() + "/threshold.txt";
+    WriteWholeFile(path, "100");
+    const NamedFile file = ReadNamedFile(path);
+    EXPECT_TRUE(file.readable);
+    EXPECT_EQ(file.path, path);
+    EXPECT_EQ(file.size, 3U);
+    EXPECT_EQ(file.bytes, (std::vector<uint8_t>{'1', '0', '0'}));
+}
+
+TEST(FileCheck, AFileBeyondTheBoundIsMeasuredOnly)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.Path() + "/large.bin";
+    WriteWholeFile(path, "x");
+    std::filesystem::resize_file(path, NamedFile::LargestInspected + 1);
+    const NamedFile file = ReadNamedFile(path);
+    EXPECT_TRUE(file.readable);
+    EXPECT_EQ(file.size, NamedFile::LargestInspected + 1);
+    EXPECT_TRUE(file.bytes.empty());
+}
+
+TEST(FileCheck, WhyItCannotBeReadIsTold)
+{
+    const TemporaryFolder folder;
+    const struct
+    {
+        std::string path;
+        std::string why;
+    } cases[]{{folder.Path() + "/none.bin", "does not exist"},
+              {folder.Path(), "is a folder"},
+              {folder.Path() + "/f\xC3\xBCr.bin", "characters beyond ASCII"}};
+    for (const auto& own : cases)
+    {
+        SCOPED_TRACE(own.path);
+        EXPECT_FALSE(ReadNamedFile(own.path).readable);
+        const Absence absence = WhyNotReadable(own.path);
+        EXPECT_THAT(absence.why, HasSubstr(own.why));
+        EXPECT_NE(absence.fix, "");
+    }
+}
+
+TEST(FileCheck, DrivesAndSharesAreWholePaths)
+{
+    for (const std::string_view path : {"C:\\a.bin", "c:/a.bin", "\\\\server\\a.bin", "//server/a.bin"})
+    {
+        EXPECT_TRUE(IsAbsolute(path)) << path;
+    }
+    for (const std::string_view path : {"", "a.bin", "C:", "C:a.bin", "models\\a.bin", "1:\\a.bin"})
+    {
+        EXPECT_FALSE(IsAbsolute(path)) << path;
+    }
+}
+
+TEST(FileCheck, AsciiEndsAt127)
+{
+    EXPECT_TRUE(IsAscii("a\x7F"));
+    EXPECT_FALSE(IsAscii("a\x80"));
 }

@@ -61,7 +61,8 @@ TEST(Finding, WhatFailsFollowsTheEffect)
     EXPECT_EQ(remark(FailuresOf({Arming}, 1033), "Why."), "Why. Fails: arming 1033.");
     EXPECT_EQ(remark(FailuresOf({Capabilities, Arming}, {}), ""), "Fails: capabilities, arming.");
     EXPECT_EQ(remark({{Arming, 1033}, {Arming, 1040}}, ""), "Fails: arming 1033, arming 1040.");
-    EXPECT_EQ(remark(EveryOperation(), "Nothing works: every operation fails."), "Nothing works: every operation fails.");
+    EXPECT_EQ(remark(FailuresOf(EveryOperation, {}), "Nothing works: every operation fails."),
+              "Nothing works: every operation fails.");
 }
 
 TEST(Finding, VerdictCountsAndNamesWhatFails)
@@ -72,6 +73,6 @@ TEST(Finding, VerdictCountsAndNamesWhatFails)
     EXPECT_EQ(ReportOf({mixed[0], mixed[1]}, {1033}).exitCode, ExitCode::Success);
     EXPECT_EQ(ReportOf(mixed, {1033, 1040}).verdict, "1 error and 1 warning. Fails for 1033 (en-US): verification, training.");
     EXPECT_EQ(ReportOf(mixed, {1033}).exitCode, ExitCode::Refused);
-    EXPECT_EQ(OfOne(EveryOperation()).verdict, "1 error. Nothing works: every operation fails.");
+    EXPECT_EQ(OfOne(FailuresOf(EveryOperation, {})).verdict, "1 error. Nothing works: every operation fails.");
     EXPECT_EQ(OfOne({{Operation::Capabilities, {}}}).verdict, "1 error. Capabilities fail.");
 }

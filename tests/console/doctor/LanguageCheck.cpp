@@ -1,4 +1,4 @@
-#include "console/doctor/LanguageCheck.h"
+#include "console/doctor/ConfigurationCheck.h"
 
 #include "tests/console/support/DoctorProject.h"
 
@@ -21,11 +21,25 @@ protected:
     /// @return how many files the language names
     std::size_t Check(bool filesReachable = true)
     {
-        findings.clear();
         EXPECT_EQ(document.Parse(project.Xml().c_str()), tinyxml2::XML_SUCCESS);
         const tinyxml2::XMLElement& element = *document.FirstChildElement()->FirstChildElement();
-        CheckLanguage(element, Language, {"c.xml", project.Directory(), filesReachable}, &findings);
-        return FilesOf(element, project.Directory()).size();
+        velox::console::ConfigurationCheck check{{}, true, project.Directory(), filesReachable};
+        CheckLanguage(element, Language, "c.xml", &check);
+        findings = std::move(check.findings);
+        return check.files.size();
+    }
+
+    /// An element in line 2 with an attribute in line 3.
+    const tinyxml2::XMLElement& Element(const std::string& value)
+    {
+        EXPECT_EQ(document.Parse(("\n<a\nid=\"" + value + "\"/>").c_str()), tinyxml2::XML_SUCCESS);
+        return *document.FirstChildElement();
+    }
+    Findings CheckId(const std::string& text)
+    {
+        Findings found;
+        CheckNumber(*Element(text).FindAttribute("id"), "The id", 7, {"c.xml", &found});
+        return found;
     }
 
     DoctorProject project;
@@ -75,4 +89,56 @@ TEST_F(LanguageCheck, AnElementInOtherLettersIsNamedAsItShouldBe)
     Check();
     ASSERT_THAT(Unpleasant(findings), SizeIs(2));
     EXPECT_EQ(Unpleasant(findings)[1].fix, "Write <fwBlob>: upper and lower case count.");
+}
+
+TEST_F(LanguageCheck, TellsWhatIsUnusualAboutANumber)
+{
+    const struct
+    {
+        std::string text;
+        Tone tone;
+        std::string effect;
+    } cases[]{
+        {"1033abc", Tone::Warning, "The library takes 7 and ignores \"abc\"."},
+        {"0.5", Tone::Warning, "The library takes 7 and ignores \".5\"."},
+        {"0x409", Tone::Note, "The library takes it for 7."},
+        {"0X409 x", Tone::Warning, "The library takes 7 and ignores \"x\"."},
+        {"4294967296", Tone::Warning, "The number is beyond 32 bits, and its value depends on the C runtime."},
+        {"99999999999999999999999", Tone::Warning, "The number is beyond 32 bits, and its value depends on the C runtime."},
+    };
+    for (const auto& own : cases)
+    {
+        SCOPED_TRACE(own.text);
+        const Findings found = CheckId(own.text);
+        ASSERT_EQ(found.size(), 1U);
+        EXPECT_EQ(found[0].tone, own.tone);
+        EXPECT_EQ(found[0].line, 3);
+        EXPECT_EQ(found[0].message, "The id is written \"" + own.text + "\".");
+        EXPECT_EQ(found[0].effect, own.effect);
+        EXPECT_NE(found[0].fix, "");
+    }
+}
+
+TEST_F(LanguageCheck, SaysNothingOfANumberAlone)
+{
+    for (const char* text : {"1033", "  1033 ", "-1", "+7", "4294967295"})
+    {
+        EXPECT_THAT(CheckId(text), testing::IsEmpty()) << text;
+    }
+}
+
+TEST_F(LanguageCheck, AttributesThatTheLibraryIgnoresAreWarnedOf)
+{
+    CheckAttributeNames(Element("7"), {"id"}, {"c.xml", &findings});
+    EXPECT_THAT(findings, testing::IsEmpty());
+    CheckAttributeNames(Element("7"), {"Id"}, {"c.xml", &findings, 1033});
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings[0].message, "Language 1033: id is no attribute that the library knows.");
+    EXPECT_EQ(findings[0].line, 3);
+}
+
+TEST_F(LanguageCheck, AnAttributeThatIsNotThereIsInItsElementsLine)
+{
+    EXPECT_EQ(LineOf(Element("7"), "id"), 3);
+    EXPECT_EQ(LineOf(Element("7"), "name"), 2);
 }

@@ -1,4 +1,4 @@
-#include "console/inspect/FormatInspection.h"
+#include "console/inspect/Inspection.h"
 
 #include "tests/console/support/InspectionSamples.h"
 

@@ -1,4 +1,4 @@
-#include "console/inspect/FormatInspection.h"
+#include "console/inspect/Inspection.h"
 
 #include "engine/models/AcousticModel.h"
 #include "tests/console/support/InspectionSamples.h"

@@ -5,23 +5,6 @@
 namespace velox::console
 {
 
-/// The functions that the library imports from the engine.
-inline constexpr std::string_view EngineFunctions[]{"VWoVDestroySession",
-                                                    "VWoVFeedAudioFrame",
-                                                    "VWoVFinalizeEnrollment",
-                                                    "VWoVFinalizeEnrollmentUtterance",
-                                                    "VWoVFlush",
-                                                    "VWoVGetIntOutput",
-                                                    "VWoVGetScores",
-                                                    "VWoVInit",
-                                                    "VWoVInitSession",
-                                                    "VWoVPrepareLpeData",
-                                                    "VWoVSetAttribute",
-                                                    "VWoVSetBinAttribute",
-                                                    "VWoVSetModel",
-                                                    "VWoVStartEnrollment",
-                                                    "VWoVStartEnrollmentUtterance"};
-
 /// What was found out about a DLL.
 struct DllFacts
 {
@@ -56,5 +39,30 @@ EngineFacts ProbeEngine();
 std::string FileVersionOf(const std::wstring& path);
 
 Findings CheckEngine(const EngineFacts& facts);
+
+/// A value of the library's settings key as it stands in the registry.
+struct RegistryValue
+{
+    std::string name;
+    uint32_t type = 0; ///< REG_DWORD is 4
+    std::vector<uint8_t> bytes;
+};
+
+/// What the registry holds for the library (docs/registry.md).
+struct RegistrySettings
+{
+    bool keyReadable = false;
+    std::vector<RegistryValue> values{};
+    std::vector<std::string> valuesOf32Bit{}; ///< names in the 32-bit view, which the library does not read
+};
+
+/// Reads the library's settings key, in both views of the registry.
+RegistrySettings ReadSettingsKey();
+
+/// "LoggerLevel, type 4: 04 00 00 00"
+std::string RegistryText(const RegistryValue& value);
+
+/// What the values lead to.
+Findings CheckSettings(const RegistrySettings& settings);
 
 } // namespace velox::console

@@ -1,7 +1,8 @@
-#include "console/doctor/SettingsCheck.h"
+#include "console/doctor/SystemCheck.h"
 
 #include <windows.h>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using namespace velox::console;
@@ -11,14 +12,15 @@ namespace
 
 constexpr const wchar_t* Key = L"SOFTWARE\\Velox\\KeywordDetectorAdapter";
 
-class SettingsKey : public testing::Test
+/// Without a settings key at first and in the end.
+class SystemProbe : public testing::Test
 {
 protected:
-    SettingsKey()
+    SystemProbe()
     {
         Remove();
     }
-    ~SettingsKey() override
+    ~SystemProbe() override
     {
         Remove();
     }
@@ -41,14 +43,14 @@ protected:
 
 } // namespace
 
-TEST_F(SettingsKey, AbsentKeyIsSaidToBeAbsent)
+TEST_F(SystemProbe, AbsentKeyIsSaidToBeAbsent)
 {
     const RegistrySettings settings = ReadSettingsKey();
     EXPECT_FALSE(settings.keyReadable);
     EXPECT_TRUE(settings.values.empty());
 }
 
-TEST_F(SettingsKey, ValuesHaveNameTypeAndBytes)
+TEST_F(SystemProbe, ValuesHaveNameTypeAndBytes)
 {
     const uint32_t level = 4;
     Write(L"LoggerLevel", REG_DWORD, &level, sizeof(level));
@@ -60,7 +62,7 @@ TEST_F(SettingsKey, ValuesHaveNameTypeAndBytes)
     EXPECT_EQ(settings.values[0].bytes, (std::vector<uint8_t>{4, 0, 0, 0}));
 }
 
-TEST_F(SettingsKey, LongValueStaysLongerThanTheLibraryReads)
+TEST_F(SystemProbe, LongValueStaysLongerThanTheLibraryReads)
 {
     const std::vector<uint8_t> bytes(1000, 1);
     Write(L"LogToFile", REG_BINARY, bytes.data(), static_cast<DWORD>(bytes.size()));
@@ -68,7 +70,7 @@ TEST_F(SettingsKey, LongValueStaysLongerThanTheLibraryReads)
     EXPECT_GT(ReadSettingsKey().values[0].bytes.size(), sizeof(uint32_t));
 }
 
-TEST_F(SettingsKey, ValuesOfThe32BitViewAreNamedApart)
+TEST_F(SystemProbe, ValuesOfThe32BitViewAreNamedApart)
 {
     const uint32_t level = 5;
     Write(L"LoggerLevel", REG_DWORD, &level, sizeof(level), KEY_WOW64_32KEY);
@@ -76,4 +78,22 @@ TEST_F(SettingsKey, ValuesOfThe32BitViewAreNamedApart)
     EXPECT_TRUE(settings.values.empty());
     ASSERT_EQ(settings.valuesOf32Bit.size(), 1U);
     EXPECT_EQ(settings.valuesOf32Bit[0], "LoggerLevel");
+}
+
+TEST_F(SystemProbe, StandInBesideTheProgramIsFoundAndAsked)
+{
+    const EngineFacts facts = ProbeEngine();
+    EXPECT_TRUE(facts.engine.loaded) << facts.engine.loadError;
+    EXPECT_THAT(facts.engine.path, testing::EndsWith("\\VeloxWovSDK.dll"));
+    EXPECT_THAT(facts.missingFunctions, testing::IsEmpty());
+    EXPECT_EQ(facts.frameSize.status, 0U);
+    EXPECT_EQ(facts.frameSize.count, 1U);
+    EXPECT_EQ(facts.frameSize.samples, 160);
+}
+
+TEST_F(SystemProbe, LibraryIsFoundWithItsVersion)
+{
+    const EngineFacts facts = ProbeEngine();
+    EXPECT_TRUE(facts.library.loaded) << facts.library.loadError;
+    EXPECT_THAT(facts.library.version, testing::MatchesRegex("\\d+\\.\\d+\\.\\d+\\.\\d+"));
 }
