@@ -4,6 +4,7 @@
 #include "console/text/CommandFailure.h"
 #include "console/text/LanguageName.h"
 #include "console/text/Utf8Path.h"
+#include "console/text/Wording.h"
 #include "console/text/WriteWhole.h"
 #include "firmware/BlockLayout.h"
 #include "firmware/DspPattern.h"
@@ -123,29 +124,34 @@ std::optional<Remark> SimulatorWarning(std::span<const uint8_t> pattern)
 PatternOrigin FindPatternOrigin(std::span<const uint16_t> languages, const std::function<std::vector<uint8_t>(uint16_t)>& build,
                                 std::span<const uint8_t> pattern)
 {
-    for (const uint16_t language : languages)
-    {
+    const auto fits = [&](uint16_t language) {
         try
         {
-            std::vector<uint8_t> built = build(language);
-            if (languages.size() == 1 || std::ranges::equal(built, pattern))
-            {
-                return {language, built, Difference(language, pattern, built)};
-            }
+            return std::ranges::equal(build(language), pattern);
         }
         catch (const CommandFailure&)
         {
-            // Of several, another one may fit.
-            if (languages.size() == 1)
-            {
-                throw;
-            }
+            return false; // another one may fit
         }
+    };
+    std::vector<uint16_t> fitting(languages.begin(), languages.end());
+    if (languages.size() > 1)
+    {
+        std::erase_if(fitting, [&](uint16_t language) { return !fits(language); });
     }
-    throw CommandFailure(
-        ExitCode::Usage,
-        fmt::format("The pattern is that of none of the {} configured languages as they are now.", languages.size()),
-        "Say with --language which one it is for. A user's own pattern needs the user's --model, too.");
+    if (fitting.empty())
+    {
+        throw CommandFailure(
+            ExitCode::Usage,
+            fmt::format("The pattern is that of none of the {} configured languages as they are now.", languages.size()),
+            "Say with --language which one it is for. A user's own pattern needs the user's --model, too.");
+    }
+    std::vector<std::string> names;
+    std::ranges::transform(fitting, std::back_inserter(names), LanguageText);
+    // The library parses for the language that it built last.
+    std::vector<uint8_t> built = build(fitting.front());
+    std::string difference = Difference(fitting.front(), pattern, built);
+    return {fitting.front(), std::move(built), std::move(difference), fitting.size() > 1 ? Joined(names) : ""};
 }
 
 } // namespace velox::console

@@ -38,9 +38,11 @@ struct PatternOrigin
     uint16_t language = 0;
     std::vector<uint8_t> pattern; ///< that the library builds now
     std::string difference;       ///< from the pattern asked for, as a remark's text; empty when they are the same
+    std::string equals;           ///< the languages whose patterns are the same, of which the first was taken; empty for one
 };
 
-/// Arms the adapter for the language whose pattern a given one is, byte for byte.
+/// Arms the adapter for the language whose pattern a given one is, byte for byte. With equal thresholds a user's pattern is that of
+/// several.
 ///
 /// @param languages  tried in their order; a single one is taken whatever the pattern is
 /// @param build      builds a language's pattern; throws CommandFailure

@@ -136,9 +136,16 @@ PatternOrigin ArmLibrary(const ListenOptions& options, std::span<const uint8_t> 
     return FindPatternOrigin(languages, build, pattern);
 }
 
-std::vector<Remark> Remarks(firmware::Fault fault, const std::string& difference)
+std::vector<Remark> Remarks(firmware::Fault fault, const PatternOrigin& origin)
 {
+    const std::string& difference = origin.difference;
     std::vector<Remark> remarks;
+    if (!origin.equals.empty())
+    {
+        remarks.push_back({Tone::Warning, "SeveralLanguages",
+                           fmt::format("the pattern is that of {} alike; the first is told", origin.equals),
+                           "Say with --language which one it is for."});
+    }
     if (const auto name = std::ranges::find(firmware::FaultNames, fault, &firmware::FaultName::fault);
         name != std::end(firmware::FaultNames))
     {
@@ -182,7 +189,7 @@ Report Listen(const ListenOptions& options, Context& context)
                                               : ExplainFailure("Parsing the result block", answer.result, answer.lines).what()};
     };
     const ListeningSubject subject{options.pattern, setup.pattern.size(), origin.language,
-                                   Remarks(setup.fault, origin.difference)};
+                                   Remarks(setup.fault, origin)};
     return ListeningReport(subject, HearRecordings(setup, parse, &context.progress));
 }
 

@@ -129,7 +129,21 @@ TEST_F(Pattern, ItTellsItsLanguage)
         EXPECT_EQ(origin.language, language);
         EXPECT_EQ(origin.pattern, Build(language));
         EXPECT_EQ(origin.difference, "");
+        EXPECT_EQ(origin.equals, "");
     }
+}
+
+TEST_F(Pattern, ItIsSaidThatSeveralLanguagesHaveTheSame)
+{
+    std::vector<uint16_t> built;
+    const auto alike = [&built](uint16_t language) {
+        built.push_back(language);
+        return Build(language == 1033 || language == 1040 ? 1033 : language);
+    };
+    const PatternOrigin origin = FindPatternOrigin(Languages, alike, Build(1033));
+    EXPECT_EQ(origin.language, 1033);
+    EXPECT_EQ(origin.equals, "1033 (en-US), 1040 (it-IT)");
+    EXPECT_EQ(built.back(), 1033) << "the library parses for the language that it built last";
 }
 
 TEST_F(Pattern, ASingleLanguageIsTakenWithTheDifferenceTold)
