@@ -1,16 +1,30 @@
 #pragma once
 
-#include "console/languages/FileLock.h"
-
+#include <chrono>
 #include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace velox::console
 {
 
+/// Keeps other runs from writing what this one writes, with a file that one process at a time has open and that says who it is.
+/// Makes its folder when that is not there, and waits for whoever has the file. Of a killed run the file may stay, but keeps
+/// nobody out.
+/// @return the lock; with its last copy file and folder vanish, a folder that holds something excepted
+/// @throws CommandFailure WriteFailed, or Interrupted
+std::shared_ptr<void> LockFile(const std::filesystem::path& file, std::chrono::milliseconds patience = std::chrono::minutes(1));
+
+/// Makes or empties a file, writes into it which process this is, and lets nobody else write meanwhile. @return null on failure
+std::shared_ptr<std::FILE> OpenAlone(const std::filesystem::path& file);
+
 /// Puts several files in place, all or none. Each is at every moment the old one or the new one, whole; until Keep is called all
 /// is undone when the object goes. A journal in the folder tells the next exchange what to do about one that was killed: it is
-/// undone unless every file was in place. One run at a time has the folder.
+/// undone unless it was kept. One run at a time has the folder.
 class FileExchange
 {
 public:
@@ -27,21 +41,15 @@ public:
     /// @throws CommandFailure WriteFailed, BadInput when a former file cannot be read, or Interrupted
     void PutInPlace();
 
+    /// @throws CommandFailure WriteFailed, or Interrupted: it is not kept then
     void Keep();
 
 private:
-    struct File
-    {
-        std::filesystem::path path;
-        std::vector<uint8_t> bytes;
-        bool wasThere = false;
-    };
-    void WriteJournal(bool placed) const;
-
     std::filesystem::path folder;
     std::filesystem::path journal;
     std::shared_ptr<void> lock;
-    std::vector<File> files;
+    std::vector<std::pair<std::filesystem::path, std::vector<uint8_t>>> files;
+    std::string listed; ///< the files, as in the journal
 };
 
 } // namespace velox::console

@@ -1,5 +1,5 @@
 // Stands for Windows' exclusive opening where the console's portable half is tested.
-#include "console/languages/FileLock.h"
+#include "console/languages/FileExchange.h"
 
 #include <sys/file.h>
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-#include "console/languages/FileLock.h"
+#include "console/languages/FileExchange.h"
 
 #include <fmt/format.h>
 
