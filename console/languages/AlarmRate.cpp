@@ -17,55 +17,46 @@ double LogFactorial(int64_t number)
     return std::lgamma(static_cast<double>(number) + 1.0); // NOLINT(concurrency-mt-unsafe)
 }
 
-/// Probability of exactly so many events where `mean` are expected.
-double PoissonShare(int64_t events, double mean)
+/// The interval of a count, between 0 and `most`.
+/// @param logExactly  logarithm of the probability of a number of events at a place
+template <typename LogExactly>
+RateInterval IntervalOf(int64_t count, double most, const LogExactly& logExactly)
 {
-    return std::exp(static_cast<double>(events) * std::log(mean) - mean - LogFactorial(events));
-}
-
-/// The same for trials that each have the probability `share`.
-double BinomialShare(int64_t events, int64_t trials, double share)
-{
-    const double ways = LogFactorial(trials) - LogFactorial(events) - LogFactorial(trials - events);
-    return std::exp(ways + static_cast<double>(events) * std::log(share) +
-                    static_cast<double>(trials - events) * std::log1p(-share));
-}
-
-/// Where at most `count` events have this probability, which falls from 0 to `most`.
-/// @param exactly  probability of a number of events at a place
-template <typename Exactly>
-double PlaceWhere(int64_t count, double probability, double most, const Exactly& exactly)
-{
-    double least = 0.0;
-    for (int i = 0; i < Halvings; ++i)
-    {
-        const double middle = (least + most) / 2.0;
-        double atMost = 0.0;
-        for (int64_t events = 0; events <= count; ++events)
+    // The chance of so many events or fewer falls from place to place.
+    const auto placeWhere = [&](int64_t events, double chance) {
+        RateInterval place{0.0, most};
+        for (int i = 0; i < Halvings; ++i)
         {
-            atMost += exactly(events, middle);
+            const double middle = (place.least + place.most) / 2.0;
+            double atMost = 0.0;
+            for (int64_t number = 0; number <= events; ++number)
+            {
+                atMost += std::exp(logExactly(number, middle));
+            }
+            (atMost > chance ? place.least : place.most) = middle;
         }
-        (atMost > probability ? least : most) = middle;
-    }
-    return least;
+        return place.least;
+    };
+    return {count == 0 ? 0.0 : placeWhere(count - 1, 1.0 - Tail), placeWhere(count, Tail)};
 }
 
 } // namespace
 
 RateInterval RateFromCount(int64_t count, double hours)
 {
-    const double most = 10.0 + 3.0 * static_cast<double>(count);
-    return {count == 0 ? 0.0 : PlaceWhere(count - 1, 1.0 - Tail, most, PoissonShare) / hours,
-            PlaceWhere(count, Tail, most, PoissonShare) / hours};
+    const RateInterval interval = IntervalOf(count, 10.0 + 3.0 * static_cast<double>(count), [](int64_t events, double expected) {
+        return static_cast<double>(events) * std::log(expected) - expected - LogFactorial(events);
+    });
+    return {interval.least / hours, interval.most / hours};
 }
 
 RateInterval ShareFromCount(int64_t count, int64_t of)
 {
-    const auto exactly = [of](int64_t events, double share) {
-        return BinomialShare(events, of, share);
-    };
-    return {count == 0 ? 0.0 : PlaceWhere(count - 1, 1.0 - Tail, 1.0, exactly),
-            count == of ? 1.0 : PlaceWhere(count, Tail, 1.0, exactly)};
+    const RateInterval interval = IntervalOf(count, 1.0, [of](int64_t events, double share) {
+        return LogFactorial(of) - LogFactorial(events) - LogFactorial(of - events) +
+               static_cast<double>(events) * std::log(share) + static_cast<double>(of - events) * std::log1p(-share);
+    });
+    return {interval.least, count == of ? 1.0 : interval.most};
 }
 
 } // namespace velox::console

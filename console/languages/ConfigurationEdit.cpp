@@ -20,17 +20,6 @@ using tinyxml2::XMLElement;
     throw CommandFailure(ExitCode::BadConfiguration, message, fix);
 }
 
-void Load(const std::filesystem::path& file, tinyxml2::XMLDocument* document)
-{
-    if (std::filesystem::exists(file))
-    {
-        RequireConfigurationXml(file, document);
-        return;
-    }
-    document->InsertEndChild(document->NewDeclaration());
-    document->InsertEndChild(document->NewElement("keywords"));
-}
-
 void CheckDirectory(const XMLElement& root, const std::filesystem::path& configuration, const std::filesystem::path& directory)
 {
     const char* named = root.Attribute("directory");
@@ -44,34 +33,27 @@ void CheckDirectory(const XMLElement& root, const std::filesystem::path& configu
     }
 }
 
-/// Others would get this language's models.
-void CheckNotShared(const XMLElement& other, const LanguageEntry& entry)
-{
-    for (const auto& [element, name] : entry.files)
-    {
-        const XMLElement* file = other.FirstChildElement(element.c_str());
-        if (file != nullptr && file->GetText() != nullptr && file->GetText() == name)
-        {
-            Fail(fmt::format("Language {} uses the file {}, too, and would get the new models.",
-                             LanguageText(static_cast<uint16_t>(other.UnsignedAttribute("id"))), name),
-                 "Choose other names for the files with --name.");
-        }
-    }
-}
-
-/// @return null when the language is not there
+/// The language's element, or null. Refuses files that another language uses, too: it would get this one's models.
 XMLElement* FindLanguage(XMLElement* root, const LanguageEntry& entry)
 {
     XMLElement* found = nullptr;
-    for (XMLElement* element = root->FirstChildElement(); element != nullptr; element = element->NextSiblingElement())
+    for (XMLElement* other = root->FirstChildElement(); other != nullptr; other = other->NextSiblingElement())
     {
-        if (element->UnsignedAttribute("id") != entry.id)
+        const unsigned id = other->UnsignedAttribute("id");
+        if (id == entry.id)
         {
-            CheckNotShared(*element, entry);
+            found = found == nullptr ? other : found;
+            continue;
         }
-        else if (found == nullptr)
+        for (const auto& [element, name] : entry.files)
         {
-            found = element;
+            const XMLElement* file = other->FirstChildElement(element.c_str());
+            if (file != nullptr && file->GetText() != nullptr && file->GetText() == name)
+            {
+                Fail(fmt::format("Language {} uses the file {}, too, and would get the new models.",
+                                 LanguageText(static_cast<uint16_t>(id)), name),
+                     "Choose other names for the files with --name.");
+            }
         }
     }
     return found;
@@ -87,26 +69,7 @@ void Fill(XMLElement* language, const LanguageEntry& entry)
     for (const auto& [element, name] : entry.files)
     {
         XMLElement* file = language->FirstChildElement(element.c_str());
-        if (file == nullptr)
-        {
-            file = language->GetDocument()->NewElement(element.c_str());
-            language->InsertEndChild(file);
-        }
-        file->SetText(name.c_str());
-    }
-}
-
-/// The library puts file names together with a backslash, and opens the constraints by the path as it is.
-void SetFolders(XMLElement* root, const std::filesystem::path& directory)
-{
-    const std::pair<const char*, std::filesystem::path> attributes[]{{"directory", directory},
-                                                                     {"constraints", directory / "constraints.txt"}};
-    for (const auto& [name, value] : attributes)
-    {
-        if (root->Attribute(name) == nullptr)
-        {
-            root->SetAttribute(name, Utf8(value).c_str());
-        }
+        (file != nullptr ? file : language->InsertNewChildElement(element.c_str()))->SetText(name.c_str());
     }
 }
 
@@ -116,23 +79,33 @@ ConfigurationEdit AddLanguage(const std::filesystem::path& configuration, const 
                               const LanguageEntry& entry, bool replace)
 {
     tinyxml2::XMLDocument document;
-    Load(configuration, &document);
+    if (std::filesystem::exists(configuration))
+    {
+        RequireConfigurationXml(configuration, &document);
+    }
+    else
+    {
+        document.InsertEndChild(document.NewDeclaration());
+        document.InsertEndChild(document.NewElement("keywords"));
+    }
     XMLElement* root = document.RootElement();
     CheckDirectory(*root, configuration, directory);
-    XMLElement* language = FindLanguage(root, entry);
+    XMLElement* const language = FindLanguage(root, entry);
     const bool replaces = language != nullptr;
     if (replaces && !replace)
     {
         Fail(fmt::format("{} has the language {} already.", Utf8(configuration), LanguageText(entry.id)),
              "Add --replace to put the new one in its place.");
     }
-    if (!replaces)
+    // The library puts file names together with a backslash, and opens the constraints by the path as it is.
+    for (const auto& [name, path] : {std::pair("directory", directory), std::pair("constraints", directory / "constraints.txt")})
     {
-        language = document.NewElement("language");
-        root->InsertEndChild(language);
+        if (root->Attribute(name) == nullptr)
+        {
+            root->SetAttribute(name, Utf8(path).c_str());
+        }
     }
-    SetFolders(root, directory);
-    Fill(language, entry);
+    Fill(replaces ? language : root->InsertNewChildElement("language"), entry);
     tinyxml2::XMLPrinter printer;
     document.Print(&printer);
     return {printer.CStr(), PathFromUtf8(root->Attribute("constraints")), replaces};

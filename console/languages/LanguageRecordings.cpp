@@ -5,14 +5,14 @@
 #include "console/text/Interruption.h"
 #include "console/text/Utf8Path.h"
 #include "engine/base/EngineErrors.h"
+#include "engine/base/WorkerPool.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <atomic>
-#include <future>
 #include <map>
-#include <set>
+#include <mutex>
+#include <numeric>
 #include <thread>
 
 namespace velox::console
@@ -20,11 +20,6 @@ namespace velox::console
 
 namespace
 {
-
-bool IsHidden(const std::filesystem::path& path)
-{
-    return Utf8(path.filename()).starts_with('.');
-}
 
 /// All files below a folder; the same order on every system.
 std::vector<std::filesystem::path> FilesBelow(const std::filesystem::path& folder)
@@ -41,7 +36,7 @@ std::vector<std::filesystem::path> FilesBelow(const std::filesystem::path& folde
     std::vector<std::filesystem::path> files;
     for (auto entry = std::filesystem::recursive_directory_iterator(folder); entry != std::filesystem::end(entry); ++entry)
     {
-        if (IsHidden(entry->path()))
+        if (Utf8(entry->path().filename()).starts_with('.'))
         {
             entry.disable_recursion_pending();
         }
@@ -61,9 +56,8 @@ constexpr std::size_t SilenceSamples = 3 * engine::SampleRate / 10;
 /// What makes a take useless, in the trainer's eyes.
 std::optional<Remark> WhyUselessForTraining(const Audio& audio)
 {
-    std::vector<float> padded(SilenceSamples, 0.0F);
-    padded.insert(padded.end(), audio.samples.begin(), audio.samples.end());
-    padded.resize(padded.size() + SilenceSamples, 0.0F);
+    std::vector<float> padded(audio.samples.size() + 2 * SilenceSamples);
+    std::ranges::copy(audio.samples, padded.begin() + SilenceSamples);
     engine::TakeReview review = engine::ReviewTake(nullptr, padded);
     if (review.status == engine::Status::Success || review.status == engine::Status::CutAtStart ||
         review.status == engine::Status::CutAtEnd)
@@ -95,54 +89,47 @@ ReadRecording ReadOne(const std::filesystem::path& file, bool isTake)
     {
         read.useless = UnreadableRemark(Utf8(file), failure);
     }
+    catch (const std::bad_alloc&)
+    {
+        read.useless = Remark{Tone::Bad, "Unreadable", "the memory does not suffice for it", "Cut it into shorter pieces."};
+    }
     return read;
 }
 
-/// In the order of the files; the takes are first.
-std::vector<ReadRecording> ReadAll(const std::vector<std::filesystem::path>& files, std::size_t takes, Progress* progress)
+/// In the order of the files.
+std::vector<ReadRecording> ReadAll(const LanguageFiles& files, Progress* progress)
 {
-    std::vector<ReadRecording> read(files.size());
-    std::atomic<std::size_t> next = 0;
-    const auto work = [&](const auto& tell) {
-        for (std::size_t i = next++; i < files.size(); i = next++)
+    std::vector<ReadRecording> read(files.all.size());
+    std::mutex telling;
+    std::size_t done = 0;
+    engine::WorkerPool pool(static_cast<int>(std::max(1U, std::thread::hardware_concurrency())));
+    pool.Run(static_cast<int>(files.all.size()), [&](int part) {
+        if (const auto i = static_cast<std::size_t>(part); !Progress::Interrupted())
         {
-            tell(i);
-            read[i] = ReadOne(files[i], i < takes);
+            read[i] = ReadOne(files.all[i], i < files.takes);
+            const std::lock_guard lock(telling);
+            progress->Continue(static_cast<double>(++done) / static_cast<double>(files.all.size()));
         }
-    };
-    std::vector<std::future<void>> others;
-    for (unsigned i = 1; i < std::thread::hardware_concurrency(); ++i)
-    {
-        others.push_back(std::async(std::launch::async, work, [](std::size_t) { StopIfInterrupted(); }));
-    }
-    work([&](std::size_t done) { progress->Update(static_cast<double>(done) / static_cast<double>(files.size())); });
-    for (std::future<void>& other : others)
-    {
-        other.get();
-    }
+    });
+    StopIfInterrupted();
     return read;
 }
 
 } // namespace
 
-std::size_t LanguageRecordings::Voices() const
-{
-    std::set<std::string> voices;
-    for (const engine::PhraseTake& take : material.takes)
-    {
-        voices.insert(take.voice);
-    }
-    return voices.size();
-}
-
 double LanguageRecordings::BackgroundHours() const
 {
-    std::size_t samples = 0;
-    for (const std::vector<float>& recording : material.background)
-    {
-        samples += recording.size();
-    }
+    const std::size_t samples =
+        std::transform_reduce(material.background.begin(), material.background.end(), std::size_t{0}, std::plus<>(),
+                              [](const std::vector<float>& recording) { return recording.size(); });
     return static_cast<double>(samples) / engine::SampleRate / 3600.0;
+}
+
+std::set<std::string> VoicesOf(const std::vector<engine::PhraseTake>& takes)
+{
+    std::set<std::string> voices;
+    std::ranges::transform(takes, std::inserter(voices, voices.end()), &engine::PhraseTake::voice);
+    return voices;
 }
 
 std::string VoiceOf(const std::filesystem::path& take)
@@ -157,13 +144,14 @@ std::string VoiceOf(const std::filesystem::path& take)
 
 LanguageFiles FindLanguageFiles(const std::filesystem::path& takes, const std::vector<std::string>& background)
 {
-    LanguageFiles files{takes, FilesBelow(takes), {}};
+    LanguageFiles files{takes, FilesBelow(takes)};
+    files.takes = files.all.size();
     for (const std::string& argument : background)
     {
         const bool isFolder = std::filesystem::is_directory(PathFromUtf8(argument));
         for (const std::string& name : isFolder ? std::vector{argument} : FindRecordings({argument}))
         {
-            std::ranges::copy(FilesBelow(PathFromUtf8(name)), std::back_inserter(files.background));
+            std::ranges::copy(FilesBelow(PathFromUtf8(name)), std::back_inserter(files.all));
         }
     }
     return files;
@@ -171,17 +159,14 @@ LanguageFiles FindLanguageFiles(const std::filesystem::path& takes, const std::v
 
 LanguageRecordings ReadLanguageRecordings(const LanguageFiles& files, Progress* progress)
 {
-    std::vector<std::filesystem::path> all = files.takes;
-    all.insert(all.end(), files.background.begin(), files.background.end());
     progress->Begin("Reading the recordings");
-    std::vector<ReadRecording> read = ReadAll(all, files.takes.size(), progress);
-    progress->Update(1.0);
+    std::vector<ReadRecording> read = ReadAll(files, progress);
 
     LanguageRecordings recordings;
     std::map<std::string, std::vector<std::string>> odd; // by what follows the numbers of a text
-    for (std::size_t i = 0; i < all.size(); ++i)
+    for (std::size_t i = 0; i < files.all.size(); ++i)
     {
-        const std::string name = Utf8(all[i]);
+        const std::string name = Utf8(files.all[i]);
         auto& [audio, useless] = read[i];
         if (useless)
         {
@@ -192,10 +177,10 @@ LanguageRecordings ReadLanguageRecordings(const LanguageFiles& files, Progress* 
         {
             odd[warning.substr(warning.find_last_of("0123456789") + 1)].push_back(name + ": " + warning);
         }
-        if (i < files.takes.size())
+        if (i < files.takes)
         {
             recordings.material.takes.push_back(
-                {std::move(audio.samples), name, VoiceOf(all[i].lexically_relative(files.folder)), 1.0F});
+                {std::move(audio.samples), name, VoiceOf(files.all[i].lexically_relative(files.folder)), 1.0F});
         }
         else
         {

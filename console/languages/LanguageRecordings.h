@@ -5,16 +5,17 @@
 #include "engine/training/LanguageMaterial.h"
 
 #include <filesystem>
+#include <set>
 
 namespace velox::console
 {
 
-/// The files of a language's recordings, in the order of their names.
+/// The files of a language's recordings.
 struct LanguageFiles
 {
-    std::filesystem::path folder; ///< of the takes
-    std::vector<std::filesystem::path> takes;
-    std::vector<std::filesystem::path> background;
+    std::filesystem::path folder;           ///< of the takes
+    std::vector<std::filesystem::path> all; ///< the takes, then the background, each in the order of their names
+    std::size_t takes = 0;
 };
 
 /// Finds every file below the folders; hidden ones are passed over.
@@ -29,9 +30,10 @@ struct LanguageRecordings
     std::vector<Entry> leftOut;   ///< that cannot be learned from, each with why
     std::vector<Remark> oddities; ///< of recordings that are used all the same, one of each kind
 
-    std::size_t Voices() const;
     double BackgroundHours() const;
 };
+
+std::set<std::string> VoicesOf(const std::vector<engine::PhraseTake>& takes);
 
 /// Who says a take. In a folder of takes every sub-folder is a voice; a file that lies in no sub-folder belongs to the voice that
 /// its name begins with, up to the first '-' or '_'.

@@ -35,22 +35,17 @@ std::filesystem::path WholePath(const std::filesystem::path& path)
 }
 
 /// The elements that name files, and the files, in the order in which they are written.
-constexpr std::array<std::pair<const char*, const char*>, 6> Files{{{"keyphraseModel", "kp_{}.bin"},
-                                                                    {"acousticModel", "am_{}.bin"},
-                                                                    {"znormPopulation", "zn_{}.bin"},
-                                                                    {"fwBlob", "fw_{}.bin"},
-                                                                    {"preDefinedKpdSensitivity", "kpd_pre_{}.txt"},
-                                                                    {"userDefinedKpdSensitivity", "kpd_user_{}.txt"}}};
-
 LanguageEntry EntryOf(const LanguageRequest& request)
 {
     const std::string name = request.name.empty() ? std::to_string(request.language) : request.name;
-    LanguageEntry entry{request.language, request.qualityThreshold, {}};
-    for (const auto& [element, file] : Files)
-    {
-        entry.files.emplace_back(element, fmt::format(fmt::runtime(file), name));
-    }
-    return entry;
+    return {request.language,
+            request.qualityThreshold,
+            {{"keyphraseModel", "kp_" + name + ".bin"},
+             {"acousticModel", "am_" + name + ".bin"},
+             {"znormPopulation", "zn_" + name + ".bin"},
+             {"fwBlob", "fw_" + name + ".bin"},
+             {"preDefinedKpdSensitivity", "kpd_pre_" + name + ".txt"},
+             {"userDefinedKpdSensitivity", "kpd_user_" + name + ".txt"}}};
 }
 
 /// Where the language goes; no other run writes there meanwhile.
@@ -79,43 +74,23 @@ struct LanguagePlace
     ConfigurationEdit edit;
 };
 
-/// Whether a file would be read together with the folder.
-bool LiesIn(const std::filesystem::path& file, const std::string& folder)
-{
-    const std::filesystem::path way = WholePath(file).lexically_relative(WholePath(PathFromUtf8(folder)));
-    return !way.empty() && *way.begin() != "..";
-}
-
 void RefusePlaces(const LanguageRequest& request, const LanguageFiles& read, const Context& context)
 {
-    std::vector<std::filesystem::path> inputs = read.takes;
-    inputs.insert(inputs.end(), read.background.begin(), read.background.end());
     const Output configuration{request.configuration, OutputKind::Configuration};
-    RefuseToReplace(context, inputs, {&configuration, 1});
+    RefuseToReplace(context, read.all, {&configuration, 1});
     std::vector<std::string> folders = request.background;
     folders.push_back(Utf8(request.takes));
     const bool isFile = std::filesystem::exists(request.folder) && !std::filesystem::is_directory(request.folder);
-    if (isFile || std::ranges::any_of(folders, [&](const std::string& folder) { return LiesIn(request.folder, folder); }))
+    const bool isRead = std::ranges::any_of(folders, [&](const std::string& folder) {
+        const std::filesystem::path way = WholePath(request.folder).lexically_relative(WholePath(PathFromUtf8(folder)));
+        return !way.empty() && *way.begin() != "..";
+    });
+    if (isFile || isRead)
     {
-        throw CommandFailure(ExitCode::Usage,
-                             Utf8(request.folder) + (isFile
-                                                         ? " is a file, and no folder for the language's files."
-                                                         : " is read for recordings: the language's files would be among them."),
-                             "Name another folder with --out. Nothing was changed.");
+        const char* why = isFile ? " is a file, and no folder for the language's files."
+                                 : " is read for recordings: the language's files would be among them.";
+        throw CommandFailure(ExitCode::Usage, Utf8(request.folder) + why, "Name another folder with --out. Nothing was changed.");
     }
-}
-
-engine::LanguageOptions OptionsOf(const LanguageRequest& request, Progress* progress)
-{
-    engine::LanguageOptions options;
-    options.falseAlarmsPerHour = request.falseAlarmsPerHour;
-    options.batches = request.batches;
-    options.copies = request.copies;
-    options.threads = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
-    options.progress = [progress](double share) {
-        return progress->Continue(share);
-    };
-    return options;
 }
 
 engine::LanguageModels Train(const engine::LanguageMaterial& material, const engine::LanguageOptions& options)
@@ -138,22 +113,19 @@ std::vector<uint8_t> Bytes(const std::string& text)
     return {text.begin(), text.end()};
 }
 
-/// A number and a line end; the shortest text that reads back as the same number.
-std::vector<uint8_t> ThresholdBytes(double threshold)
-{
-    return Bytes(fmt::format("{}\n", static_cast<float>(threshold)));
-}
-
 /// Puts the models in place, then the configuration; all is undone when a step fails.
 void Write(const engine::LanguageModels& models, const LanguageRequest& request, std::span<const float> take,
            const ReadBack& readBack, LanguagePlace* place)
 {
+    const auto number = [](double threshold) {
+        return Bytes(fmt::format("{}\n", static_cast<float>(threshold)));
+    };
     const std::array contents{models.keyphraseModel,
                               models.acousticModel,
                               models.znormPopulation,
                               models.firmwareModel,
-                              ThresholdBytes(models.preDefinedThreshold),
-                              ThresholdBytes(models.userDefinedThreshold)};
+                              number(models.preDefinedThreshold),
+                              number(models.userDefinedThreshold)};
     for (std::size_t i = 0; i < contents.size(); ++i)
     {
         place->files.Add(place->entry.files[i].second, contents[i]);
@@ -179,11 +151,11 @@ void Write(const engine::LanguageModels& models, const LanguageRequest& request,
 
 void AddFiles(const LanguagePlace& place, const LanguageRequest& request, Report* report)
 {
-    report->facts.push_back({"directory", Utf8(place.folder), "folder", Utf8(place.folder)});
-    report->facts.push_back(
-        {"configuration", Utf8(request.configuration), "configuration",
-         fmt::format("{}, language {}", Utf8(request.configuration), place.edit.replaces ? "replaced" : "added")});
-    report->facts.push_back({"replaced", place.edit.replaces});
+    report->facts.insert(report->facts.end(), {{"directory", Utf8(place.folder), "folder", Utf8(place.folder)},
+                                               {"configuration", Utf8(request.configuration), "configuration",
+                                                fmt::format("{}, language {}", Utf8(request.configuration),
+                                                            place.edit.replaces ? "replaced" : "added")},
+                                               {"replaced", place.edit.replaces}});
     for (const auto& [element, name] : place.entry.files)
     {
         report->facts.push_back({element, name});
@@ -196,46 +168,22 @@ void AddThresholds(const engine::LanguageModels& models, double alarmsPerHour, R
     const double hours = models.backgroundHours;
     const double expected = alarmsPerHour * hours;
     const RateInterval rate = RateFromCount(std::lround(expected), hours);
-    const std::vector<Fact> facts{
-        {"preDefinedThreshold", models.preDefinedThreshold, "thresholds",
-         fmt::format("{:g} for everybody, {:g} for a user's own model", models.preDefinedThreshold, models.userDefinedThreshold)},
-        {"userDefinedThreshold", models.userDefinedThreshold},
-        {"falseAlarmsPerHour", alarmsPerHour, "false alarms",
-         fmt::format("aimed at {:g} per hour; the background leaves {:.2f} to {:.2f} open (95 %)", alarmsPerHour, rate.least,
-                     rate.most)},
-        {"expectedFalseAlarms", expected},
-        {"falseAlarmsPerHourLeast", rate.least},
-        {"falseAlarmsPerHourMost", rate.most}};
-    report->facts.insert(report->facts.end(), facts.begin(), facts.end());
-    report->remarks.push_back(
-        {Tone::Note, "Background",
-         fmt::format(
-             "one expects {:.1f} false alarms in {:.2f} h of background, and more for sound unlike it; to know the rate to "
-             "within twice, {:.0f} h are needed",
-             expected, hours, static_cast<double>(CountForTwice) / alarmsPerHour),
-         ""});
-}
-
-void AddMisses(const HeldOutTakes& takes, double alarmsPerHour, Report* report)
-{
-    const auto all = std::ssize(takes.scores);
-    const int64_t missed = takes.MissedAt(alarmsPerHour);
-    const RateInterval share = ShareFromCount(missed, all);
-    const std::vector<Fact> facts{
-        {"missed", missed, "misses",
-         fmt::format("{} of {} of {} that were not learned from; that leaves {:.1f} % to {:.1f} % open (95 %)", missed,
-                     Counted(takes.scores.size(), "take"), Counted(takes.voices, "voice"), 100.0 * share.least,
-                     100.0 * share.most)},
-        {"heldOutTakes", all},
-        {"heldOutVoices", takes.voices},
-        {"missShareLeast", share.least},
-        {"missShareMost", share.most}};
-    report->facts.insert(report->facts.end(), facts.begin(), facts.end());
-    report->remarks.push_back({Tone::Note, "Misses",
-                               "the misses are those of a second, shorter training without these voices, in quiet; the language "
-                               "has learned from all voices and should do no worse",
-                               ""});
-    report->chart = MissChart(takes, alarmsPerHour);
+    report->facts.insert(report->facts.end(),
+                         {{"preDefinedThreshold", models.preDefinedThreshold, "thresholds",
+                           fmt::format("{:g} for everybody, {:g} for a user's own model", models.preDefinedThreshold,
+                                       models.userDefinedThreshold)},
+                          {"userDefinedThreshold", models.userDefinedThreshold},
+                          {"falseAlarmsPerHour", alarmsPerHour, "false alarms",
+                           fmt::format("aimed at {:g} per hour; the background leaves {:.2f} to {:.2f} open (95 %)",
+                                       alarmsPerHour, rate.least, rate.most)},
+                          {"expectedFalseAlarms", expected},
+                          {"falseAlarmsPerHourLeast", rate.least},
+                          {"falseAlarmsPerHourMost", rate.most}});
+    const std::string text = fmt::format(
+        "one expects {:.1f} false alarms in {:.2f} h of background, and more for sound unlike it; to know the rate to "
+        "within twice, {:.0f} h are needed",
+        expected, hours, static_cast<double>(CountForTwice) / alarmsPerHour);
+    report->remarks.push_back({Tone::Note, "Background", text, ""});
 }
 
 /// The engine's sentence as a remark.
@@ -246,49 +194,36 @@ Remark WarningOf(std::string sentence)
     return {Tone::Warning, "Material", sentence, ""};
 }
 
-/// @param material  is used up
-void EstimateMisses(LanguageRecordings&& recordings, const LanguageRequest& request, Context& context, Report* report)
-{
-    if (request.noEstimate)
-    {
-        return;
-    }
-    std::optional<HeldOutTakes> takes;
-    if (recordings.Voices() >= LeastVoicesForEstimate)
-    {
-        context.progress.Begin("Estimating the misses");
-        takes = ScoreHeldOut(std::move(recordings.material), OptionsOf(request, &context.progress));
-        StopIfInterrupted();
-    }
-    if (takes)
-    {
-        AddMisses(*takes, request.falseAlarmsPerHour, report);
-        return;
-    }
-    report->remarks.push_back(
-        {Tone::Note, "NoEstimate",
-         fmt::format("the misses are not estimated: that takes {} voices and two minutes of background", LeastVoicesForEstimate),
-         "Give more recordings."});
-}
-
 void LearnAndWrite(LanguageRecordings&& recordings, const LanguageRequest& request, Context& context, const ReadBack& readBack,
                    Report* report)
 {
-    const std::size_t takes = recordings.material.takes.size();
-    const std::size_t voices = recordings.Voices();
+    const std::vector<engine::PhraseTake>& takes = recordings.material.takes;
+    const std::size_t voices = VoicesOf(takes).size();
     const double hours = recordings.BackgroundHours();
-    report->facts = {{"language", request.language},
-                     {"name", LanguageName(request.language)},
-                     {"takes", takes, "learned from",
-                      fmt::format("{} of {}, {:.2f} h of background", Counted(takes, "take"), Counted(voices, "voice"), hours)},
-                     {"voices", voices},
-                     {"backgroundHours", hours}};
+    report->facts = {
+        {"language", request.language},
+        {"name", LanguageName(request.language)},
+        {"takes", takes.size(), "learned from",
+         fmt::format("{} of {}, {:.2f} h of background", Counted(takes.size(), "take"), Counted(voices, "voice"), hours)},
+        {"voices", voices},
+        {"backgroundHours", hours}};
+    engine::LanguageOptions options = request.training;
+    options.threads = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
+    options.progress = [&](double share) {
+        return context.progress.Continue(share);
+    };
     context.progress.Begin("Learning the phrase");
-    const engine::LanguageModels models = Train(recordings.material, OptionsOf(request, &context.progress));
+    const engine::LanguageModels models = Train(recordings.material, options);
     std::ranges::transform(models.warnings, std::back_inserter(report->remarks), WarningOf);
-    AddThresholds(models, request.falseAlarmsPerHour, report);
-    const std::vector<float> take = recordings.material.takes.front().samples;
-    EstimateMisses(std::move(recordings), request, context, report);
+    AddThresholds(models, options.falseAlarmsPerHour, report);
+    const std::vector<float> take = takes.front().samples;
+    if (!request.noEstimate)
+    {
+        context.progress.Begin("Estimating the misses");
+        const std::optional<HeldOutTakes> heldOut = ScoreHeldOut(std::move(recordings.material), options);
+        StopIfInterrupted();
+        AddMisses(heldOut, options.falseAlarmsPerHour, report);
+    }
     LanguagePlace place(request);
     Write(models, request, take, readBack, &place);
     AddFiles(place, request, report);
@@ -303,8 +238,7 @@ Report MakeLanguage(const LanguageRequest& request, Context& context, const Read
     const LanguageFiles files = FindLanguageFiles(request.takes, request.background);
     RefusePlaces(request, files, context);
     {
-        // Minutes of training would be lost otherwise.
-        const LanguagePlace trial(request);
+        const LanguagePlace trial(request); // minutes of training would be lost otherwise
     }
     LanguageRecordings recordings = ReadLanguageRecordings(files, &context.progress);
     Report report;
@@ -313,6 +247,7 @@ Report MakeLanguage(const LanguageRequest& request, Context& context, const Read
     try
     {
         LearnAndWrite(std::move(recordings), request, context, readBack, &report);
+        return report;
     }
     catch (const CommandFailure& failure)
     {
@@ -322,7 +257,6 @@ Report MakeLanguage(const LanguageRequest& request, Context& context, const Read
         }
         return Failed(std::move(report), failure);
     }
-    return report;
 }
 
 } // namespace velox::console

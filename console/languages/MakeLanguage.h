@@ -1,14 +1,9 @@
 #pragma once
 
 #include "console/report/Command.h"
+#include "engine/training/LanguageOptions.h"
 
-#include <cstdint>
-#include <filesystem>
-#include <functional>
-#include <optional>
 #include <span>
-#include <string>
-#include <vector>
 
 namespace velox::console
 {
@@ -22,10 +17,8 @@ struct LanguageRequest
     std::filesystem::path folder;        ///< for the files
     std::filesystem::path configuration;
     std::string name; ///< in the files' names; empty: the language's id
-    double falseAlarmsPerHour = 0.5;
     std::optional<int> qualityThreshold;
-    int batches = 2500;
-    int copies = 10; ///< noisy copies of each take
+    engine::LanguageOptions training{.batches = 2500}; ///< its threads and progress do not count
     bool replace = false;
     bool noEstimate = false; ///< of the misses
 };

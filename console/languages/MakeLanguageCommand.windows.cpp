@@ -20,29 +20,12 @@ namespace velox::console
 namespace
 {
 
-constexpr double LeastAlarmsPerHour = 0.001;
-constexpr double MostAlarmsPerHour = 50.0;
-constexpr int MostBatches = 100'000;
-constexpr int MostCopies = 100;
-
 struct MakeLanguageOptions
 {
     std::string language;
-    std::string takes;
-    std::string folder;
     DetectorOptions detector;
-    LanguageRequest request; ///< what needs no translation
+    LanguageRequest request;
 };
-
-LanguageRequest RequestOf(const MakeLanguageOptions& options)
-{
-    LanguageRequest request = options.request;
-    request.language = ParseLanguage(options.language);
-    request.takes = PathFromUtf8(options.takes);
-    request.folder = PathFromUtf8(options.folder);
-    request.configuration = PathFromUtf8(options.detector.configuration);
-    return request;
-}
 
 /// The library opens the configuration by its narrow name, and the files by the configuration's bytes, which are UTF-8, as one.
 void CheckPaths(const LanguageRequest& request)
@@ -78,7 +61,9 @@ void UseLanguage(const DetectorOptions& options, uint16_t language, std::span<co
 
 Report Make(const MakeLanguageOptions& options, Context& context)
 {
-    const LanguageRequest request = RequestOf(options);
+    LanguageRequest request = options.request;
+    request.language = ParseLanguage(options.language);
+    request.configuration = PathFromUtf8(options.detector.configuration);
     CheckPaths(request);
     return MakeLanguage(request, context, [&](const LanguageRequest& written, std::span<const float> take) {
         UseLanguage(options.detector, written.language, take, context.log);
@@ -88,11 +73,8 @@ Report Make(const MakeLanguageOptions& options, Context& context)
 /// File names that every system and the library can open.
 std::string CheckFileName(const std::string& name)
 {
-    const bool plain = std::ranges::all_of(name, [](char letter) {
-        return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') || (letter >= '0' && letter <= '9') ||
-               letter == '-' || letter == '_';
-    });
-    return plain && !name.empty() ? "" : "use the letters a to z, digits, - and _";
+    constexpr const char* Plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_";
+    return !name.empty() && name.find_first_not_of(Plain) == std::string::npos ? "" : "use the letters a to z, digits, - and _";
 }
 
 } // namespace
@@ -102,24 +84,26 @@ void AddMakeLanguageCommand(CLI::App& app, Commands& commands)
     CLI::App* command = app.add_subcommand("make-language", "Learn a key phrase from recordings and add it to a configuration");
     const auto options = std::make_shared<MakeLanguageOptions>();
     LanguageRequest& request = options->request;
+    const auto addFolder = [command](const char* name, std::filesystem::path* folder, const char* help) {
+        const auto set = [folder](const std::string& text) {
+            *folder = PathFromUtf8(text);
+        };
+        command->add_option_function<std::string>(name, set, help)->required()->type_name("DIR");
+    };
+    const auto addNumber = [command](const char* name, auto* number, auto least, auto most, const char* help) {
+        command->add_option(name, *number, help)->check(CLI::Range(least, most))->type_name("NUMBER");
+    };
     command->add_option("LANG", options->language, "Language: en-US, 1033 or 0x409")->required()->type_name("");
-    command
-        ->add_option(
-            "--phrase", options->takes,
-            "Recordings of the phrase, said once in each: a sub-folder for each voice, or files whose names begin with the "
-            "voice's name, up to the first - or _")
-        ->required()
-        ->type_name("DIR");
+    addFolder("--phrase", &request.takes,
+              "Recordings of the phrase, said once in each: a sub-folder for each voice, or files whose names begin with the "
+              "voice's name, up to the first - or _");
     command->add_option("--background", request.background, "Recordings of other speech and of sounds, the more the better")
         ->required()
         ->type_name("DIR");
-    command->add_option("--out", options->folder, "Folder for the language's files: the configuration's directory")
-        ->required()
-        ->type_name("DIR");
+    addFolder("--out", &request.folder, "Folder for the language's files: the configuration's directory");
     AddDetectorOptions(command, &options->detector);
-    command->add_option("--false-alarms-per-hour", request.falseAlarmsPerHour, "What the thresholds aim at; default 0.5")
-        ->check(CLI::Range(LeastAlarmsPerHour, MostAlarmsPerHour))
-        ->type_name("NUMBER");
+    addNumber("--false-alarms-per-hour", &request.training.falseAlarmsPerHour, 0.001, 50.0,
+              "What the thresholds aim at; default 0.5");
     command->add_option("--name", request.name, "In the files' names, kp_NAME.bin; default the language's id")
         ->check(CLI::Validator(CheckFileName, "", "name"))
         ->type_name("NAME");
@@ -127,12 +111,9 @@ void AddMakeLanguageCommand(CLI::App& app, Commands& commands)
         ->add_option("--quality-threshold", request.qualityThreshold,
                      "Least quality of an enrollment recording, in dB above the noise; default 10, or what the language has")
         ->type_name("DB");
-    command->add_option("--batches", request.batches, "Length of the learning, default 2500; fewer are faster and worse")
-        ->check(CLI::Range(1, MostBatches))
-        ->type_name("NUMBER");
-    command->add_option("--copies", request.copies, "Noisy copies of each take, default 10")
-        ->check(CLI::Range(1, MostCopies))
-        ->type_name("NUMBER");
+    addNumber("--batches", &request.training.batches, 1, 100'000,
+              "Length of the learning, default 2500; fewer are faster and worse");
+    addNumber("--copies", &request.training.copies, 1, 100, "Noisy copies of each take, default 10");
     command->add_flag("--replace", request.replace, "Put it in the place of the language with the same id, and of its files");
     command->add_flag("--no-estimate", request.noEstimate, "Do not estimate the misses, which takes a third of the time more");
     commands.AddPageOption(command);

@@ -1,13 +1,14 @@
 #include "console/languages/MissEstimate.h"
 
 #include "console/languages/AlarmRate.h"
+#include "console/languages/LanguageRecordings.h"
+#include "console/text/Wording.h"
 #include "engine/enrollment/TakeReview.h"
 #include "engine/training/LanguageTrainer.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
-#include <array>
-#include <cmath>
-#include <set>
 #include <stdexcept>
 
 namespace velox::console
@@ -16,20 +17,9 @@ namespace velox::console
 namespace
 {
 
+constexpr std::size_t LeastVoices = 6; // fewer are not enough to do without some
 constexpr std::size_t VoicesToOneHeldOut = 5;
 constexpr std::size_t SilenceAround = engine::SampleRate / 2; // around a take: it may be cut tightly
-
-std::set<std::string> HeldOutVoices(const std::vector<engine::PhraseTake>& takes)
-{
-    std::set<std::string> voices;
-    for (const engine::PhraseTake& take : takes)
-    {
-        voices.insert(take.voice);
-    }
-    std::size_t number = 0;
-    std::erase_if(voices, [&](const std::string&) { return number++ % VoicesToOneHeldOut != 0; });
-    return voices;
-}
 
 double HeldOutScore(const engine::PhraseModel& model, const engine::PhraseTake& take)
 {
@@ -49,13 +39,19 @@ int64_t HeldOutTakes::MissedAt(double alarmsPerHour) const
 
 std::optional<HeldOutTakes> ScoreHeldOut(engine::LanguageMaterial material, engine::LanguageOptions options)
 {
-    const std::set<std::string> heldOut = HeldOutVoices(material.takes);
     std::vector<engine::PhraseTake>& takes = material.takes;
+    std::set<std::string> heldOut = VoicesOf(takes);
+    if (heldOut.size() < LeastVoices)
+    {
+        return std::nullopt;
+    }
+    std::size_t number = 0;
+    std::erase_if(heldOut, [&](const std::string&) { return number++ % VoicesToOneHeldOut != 0; });
     const auto unheard = std::stable_partition(takes.begin(), takes.end(),
                                                [&](const engine::PhraseTake& take) { return !heldOut.contains(take.voice); });
     const std::vector<engine::PhraseTake> tested(std::make_move_iterator(unheard), std::make_move_iterator(takes.end()));
     takes.erase(unheard, takes.end());
-    std::size_t number = 0;
+    number = 0;
     std::erase_if(material.background, [&](const std::vector<float>&) { return number++ % 2 != 0; });
     options.batches = (options.batches + 3) / 4;
     options.copies = (options.copies + 1) / 2;
@@ -79,23 +75,44 @@ std::optional<HeldOutTakes> ScoreHeldOut(engine::LanguageMaterial material, engi
     }
 }
 
-Chart MissChart(const HeldOutTakes& takes, double alarmsPerHour)
+void AddMisses(const std::optional<HeldOutTakes>& takes, double alarmsPerHour, Report* report)
 {
-    constexpr std::array Rates{0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 1.0, 2.0, 5.0, 10.0};
-    Chart chart{"Misses", "False alarms per hour", "Misses in percent", {}, {}};
-    if (alarmsPerHour >= Rates.front() && alarmsPerHour <= Rates.back())
+    if (!takes)
+    {
+        report->remarks.push_back(
+            {Tone::Note, "NoEstimate",
+             fmt::format("the misses are not estimated: that takes {} voices and two minutes of background", LeastVoices),
+             "Give more recordings."});
+        return;
+    }
+    const auto all = std::ssize(takes->scores);
+    const int64_t missed = takes->MissedAt(alarmsPerHour);
+    const RateInterval share = ShareFromCount(missed, all);
+    report->facts.insert(report->facts.end(),
+                         {{"missed", missed, "misses",
+                           fmt::format("{} of {} of {} that were not learned from; that leaves {:.1f} % to {:.1f} % open (95 %)",
+                                       missed, Counted(takes->scores.size(), "take"), Counted(takes->voices, "voice"),
+                                       100.0 * share.least, 100.0 * share.most)},
+                          {"heldOutTakes", all},
+                          {"heldOutVoices", takes->voices},
+                          {"missShareLeast", share.least},
+                          {"missShareMost", share.most}});
+    report->remarks.push_back({Tone::Note, "Misses",
+                               "the misses are those of a second, shorter training without these voices, in quiet; the language "
+                               "has learned from all voices and should do no worse",
+                               ""});
+    Chart& chart = report->chart.emplace(Chart{"Misses", "False alarms per hour", "Misses in percent", {}});
+    for (const double rate : {0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 1.0, 2.0, 5.0, 10.0})
+    {
+        const int64_t below = takes->MissedAt(rate);
+        const RateInterval open = ShareFromCount(below, all);
+        chart.points.push_back(
+            {rate, 100.0 * static_cast<double>(below) / static_cast<double>(all), 100.0 * open.least, 100.0 * open.most});
+    }
+    if (alarmsPerHour >= chart.points.front().x && alarmsPerHour <= chart.points.back().x)
     {
         chart.marked = alarmsPerHour;
     }
-    for (const double rate : Rates)
-    {
-        const auto all = std::ssize(takes.scores);
-        const int64_t missed = takes.MissedAt(rate);
-        const RateInterval share = ShareFromCount(missed, all);
-        chart.points.push_back(
-            {rate, 100.0 * static_cast<double>(missed) / static_cast<double>(all), 100.0 * share.least, 100.0 * share.most});
-    }
-    return chart;
 }
 
 } // namespace velox::console

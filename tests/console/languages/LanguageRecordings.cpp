@@ -73,7 +73,7 @@ TEST_F(LanguageRecordings, EveryFileBelowTheFoldersIsReadInTheOrderOfNames)
     EXPECT_THAT(read.material.takes[2].name, HasSubstr("2.wav"));
     EXPECT_EQ(read.material.takes[0].samples, TinyLanguage::SayPhrase({}, 3));
     EXPECT_EQ(read.material.takes[2].voice, "b");
-    EXPECT_EQ(read.Voices(), 2U);
+    EXPECT_THAT(VoicesOf(read.material.takes), ElementsAre("a", "b"));
     EXPECT_THAT(read.material.background, SizeIs(1));
     EXPECT_DOUBLE_EQ(read.BackgroundHours(), 2.0 / 3600.0);
     EXPECT_TRUE(read.leftOut.empty());
@@ -130,7 +130,7 @@ TEST_F(LanguageRecordings, BackgroundMayBeRecordingsAndPatterns)
     }
     std::filesystem::create_directories(Path("takes"));
     const LanguageFiles files = FindLanguageFiles(Path("takes"), {Utf8(Path("one.wav")), Utf8(Path("two-?.wav"))});
-    EXPECT_THAT(files.background, ElementsAre(Path("one.wav"), Path("two-a.wav"), Path("two-b.wav")));
+    EXPECT_THAT(files.all, ElementsAre(Path("one.wav"), Path("two-a.wav"), Path("two-b.wav")));
     EXPECT_THAT(ReadLanguageRecordings(files, &progress).material.background, SizeIs(3));
 }
 

@@ -130,7 +130,7 @@ TEST_F(MakeLanguage, WritesModelsThresholdsAndTheConfigurationAndTheSameAgain)
 TEST_F(MakeLanguage, TheTargetSetsTheThresholds)
 {
     LanguageRequest request = folder.Request();
-    request.falseAlarmsPerHour = 5.0;
+    request.training.falseAlarmsPerHour = 5.0;
     request.name = "fast";
     request.configuration = PathFromUtf8(folder.Path("models/config.xml"));
     folder.Record("takes/quiet.wav", std::vector<float>(16'000, 0.0F));
@@ -210,7 +210,7 @@ TEST_F(MakeLanguage, AConfigurationThatCannotBeWrittenTakesTheModelsWithIt)
 TEST_F(MakeLanguage, InterruptedItLeavesNothing)
 {
     LanguageRequest request = folder.Request();
-    request.batches = 100'000;
+    request.training.batches = 100'000;
     std::jthread control([this] {
         std::this_thread::sleep_for(std::chrono::seconds(1));
         EXPECT_TRUE(folder.HoldsOnlyMaterial());
@@ -226,7 +226,7 @@ TEST_F(MakeLanguage, WhatCannotBeUsedIsUndone)
     ASSERT_EQ(Run(request).exitCode, ExitCode::Success);
     const auto first = Written();
     request.replace = true;
-    request.batches = 1;
+    request.training.batches = 1;
     std::size_t samples = 0;
     readBack = [&](const LanguageRequest& written, std::span<const float> take) {
         samples = take.size();

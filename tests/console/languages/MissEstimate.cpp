@@ -80,7 +80,9 @@ TEST(MissEstimate, FewerFalseAlarmsAreMoreMisses)
     EXPECT_EQ(takes.MissedAt(0.5), 2);
     EXPECT_EQ(takes.MissedAt(0.6), 1);
     EXPECT_EQ(takes.MissedAt(0.4), 3);
-    const Chart chart = MissChart(takes, 0.5);
+    Report report;
+    AddMisses(takes, 0.5, &report);
+    const Chart chart = report.chart.value();
     EXPECT_EQ(chart.marked, 0.5);
     ASSERT_EQ(chart.points.size(), 10U);
     EXPECT_EQ(chart.points.front().x, 0.01);
@@ -93,7 +95,8 @@ TEST(MissEstimate, FewerFalseAlarmsAreMoreMisses)
         EXPECT_DOUBLE_EQ(point.least, 100.0 * share.least);
         EXPECT_DOUBLE_EQ(point.most, 100.0 * share.most);
     }
-    EXPECT_FALSE(MissChart(takes, 50.0).marked.has_value());
+    AddMisses(takes, 50.0, &report);
+    EXPECT_FALSE(report.chart->marked.has_value());
 }
 
 } // namespace

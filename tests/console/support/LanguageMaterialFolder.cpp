@@ -57,8 +57,8 @@ velox::console::LanguageRequest LanguageMaterialFolder::Request() const
     request.background = {Path("other")};
     request.folder = PathFromUtf8(Path("models"));
     request.configuration = PathFromUtf8(Path("config.xml"));
-    request.batches = 2;
-    request.copies = 1;
+    request.training.batches = 2;
+    request.training.copies = 1;
     return request;
 }
 
