@@ -5,7 +5,7 @@
 #include "console/text/Utf8Path.h"
 #include "console/text/WriteWhole.h"
 
-#include <fmt/chrono.h>
+#include <fmt/format.h>
 
 #include <fstream>
 #include <optional>
@@ -130,7 +130,13 @@ std::shared_ptr<void> LockFile(const std::filesystem::path& file, std::chrono::m
         }
         StopIfInterrupted();
     }
-    fmt::print(lock->opened.get(), " since {:%F %R} UTC\n", fmt::gmtime(std::time(nullptr)));
+    using namespace std::chrono;
+    const auto now = system_clock::now();
+    const year_month_day date(floor<days>(now));
+    const hh_mm_ss time(now - floor<days>(now));
+    fmt::print(lock->opened.get(), " since {}-{:02}-{:02} {:02}:{:02} UTC\n", static_cast<int>(date.year()),
+               static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()), time.hours().count(),
+               time.minutes().count());
     std::fflush(lock->opened.get());
     return lock;
 }

@@ -41,8 +41,8 @@ struct PatternOrigin
     std::string equals;           ///< the languages whose patterns are the same, of which the first was taken; empty for one
 };
 
-/// Arms the adapter for the language whose pattern a given one is, byte for byte. With equal thresholds a user's pattern is that of
-/// several.
+/// Arms the adapter for the language whose pattern a given one is, byte for byte. With equal thresholds a user's pattern is that
+/// of several.
 ///
 /// @param languages  tried in their order; a single one is taken whatever the pattern is
 /// @param build      builds a language's pattern; throws CommandFailure

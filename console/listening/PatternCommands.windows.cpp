@@ -188,8 +188,7 @@ Report Listen(const ListenOptions& options, Context& context)
                            answer.Succeeded() ? ""
                                               : ExplainFailure("Parsing the result block", answer.result, answer.lines).what()};
     };
-    const ListeningSubject subject{options.pattern, setup.pattern.size(), origin.language,
-                                   Remarks(setup.fault, origin)};
+    const ListeningSubject subject{options.pattern, setup.pattern.size(), origin.language, Remarks(setup.fault, origin)};
     return ListeningReport(subject, HearRecordings(setup, parse, &context.progress));
 }
 
