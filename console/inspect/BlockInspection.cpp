@@ -114,16 +114,12 @@ FileKind RecogniseBlock(std::span<const uint8_t> bytes)
     constexpr uint32_t LongestResult = 4096;
     const uint32_t size = NumberAt(bytes, BlockHead::SizeOffset).value_or(0);
     const bool sizeOfAResult = size >= ResultLayout::Length && size <= LongestResult;
-    if (LooksLikePattern(bytes))
-    {
-        return FileKind::ArmingPattern;
-    }
-    if (bytes.size() > BlockHead::Length && (sizeOfAResult || bytes.size() == ResultLayout::Length))
-    {
-        return FileKind::DetectionResult;
-    }
     const bool sizeOfABlock = size >= PatternLayout::ModelOffset && size > bytes.size();
-    return sizeOfABlock && bytes.size() < PatternLayout::ThresholdOffset ? FileKind::BlockHead : FileKind::Unknown;
+    return LooksLikePattern(bytes) ? FileKind::ArmingPattern
+           : bytes.size() > BlockHead::Length && (sizeOfAResult || bytes.size() == ResultLayout::Length)
+               ? FileKind::DetectionResult
+           : sizeOfABlock && bytes.size() < PatternLayout::ThresholdOffset ? FileKind::BlockHead
+                                                                           : FileKind::Unknown;
 }
 
 void InspectBlock(std::span<const uint8_t> bytes, Inspection* inspection)

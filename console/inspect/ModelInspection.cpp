@@ -49,14 +49,11 @@ Status ReadFacts(FileKind kind, std::span<const uint8_t> bytes, Inspection* insp
     }
     const std::vector<float>& durations = phrase.states.meanDuration;
     const std::size_t peaks = population.peaks.size();
-    // Peaks of different phrases are of none.
-    const std::size_t states = peaks == 0 ? durations.size()
-                               : std::ranges::all_of(population.peaks,
-                                                     [&](const engine::Population::Peak& peak) {
-                                                         return peak.counts.size() == population.peaks.front().counts.size();
-                                                     })
-                                   ? population.peaks.front().counts.size()
-                                   : 0;
+    std::size_t states = peaks == 0 ? durations.size() : population.peaks.front().counts.size();
+    for (const engine::Population::Peak& peak : population.peaks)
+    {
+        states = peak.counts.size() == states ? states : 0; // peaks of different phrases are of none
+    }
     inspection->states = states;
     inspection->ofUser = phrase.speaker.has_value();
     inspection->facts = {{"states", states, "phrase of", Counted(states, "state")}};
