@@ -17,16 +17,14 @@ namespace
 constexpr std::size_t NameWidth = 15;
 constexpr std::string_view Indent = "    ";
 
-/// What a remark begins with that is no reason for a refusal.
-std::string_view Prefix(Tone tone)
+/// @param about  the tone of what the remark is about; one of the same tone needs no word of its own
+std::string RemarkText(const Remark& remark, Tone about, std::string_view indent, bool coloured)
 {
-    return tone == Tone::Warning ? "warning: " : tone == Tone::Note ? "note: " : "";
-}
-
-std::string RemarkText(const Remark& remark, std::string_view indent, bool coloured)
-{
-    std::string text =
-        fmt::format("{}{}{}\n", indent, Coloured(remark.tone, std::string(Prefix(remark.tone)), coloured), remark.text);
+    const char* word = remark.tone == about           ? ""
+                       : remark.tone == Tone::Warning ? "warning: "
+                       : remark.tone == Tone::Note    ? "note: "
+                                                      : "";
+    std::string text = fmt::format("{}{}{}\n", indent, Coloured(remark.tone, word, coloured), remark.text);
     if (!remark.fix.empty())
     {
         text += fmt::format("{}fix: {}\n", indent, remark.fix);
@@ -73,7 +71,7 @@ std::string TableText(const std::vector<Entry>& parts, bool coloured)
         text += Coloured(row.entry->tone, line, coloured) + "\n";
         for (const Remark& remark : row.entry->remarks)
         {
-            text += RemarkText(remark, "        ", coloured);
+            text += RemarkText(remark, row.entry->tone, "        ", coloured);
         }
     }
     return text;
@@ -85,7 +83,7 @@ std::string EntryText(const Entry& entry, bool coloured)
     text += "\n";
     for (const Remark& remark : entry.remarks)
     {
-        text += RemarkText(remark, Indent, coloured);
+        text += RemarkText(remark, entry.tone, Indent, coloured);
     }
     if (const std::string facts = FactLine(entry.facts); !facts.empty())
     {
@@ -115,7 +113,7 @@ std::string ReportText(const Report& report, bool coloured, bool everything)
     }
     for (const Remark& remark : report.remarks)
     {
-        text += RemarkText(remark, "", coloured);
+        text += RemarkText(remark, Tone::Neutral, "", coloured);
     }
     return text;
 }

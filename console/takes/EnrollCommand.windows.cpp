@@ -125,7 +125,7 @@ private:
     /// @param verdict  what became of the model; empty when none was to be made of these takes
     Report Conclude(const std::string& verdict) const
     {
-        Report report = VerificationReport(takes);
+        Report report = VerificationReport(verifier.language, takes);
         report.verdict = verdict.empty() ? report.verdict + " No model was made." : verdict;
         report.remarks = comparison.remarks;
         for (const Remark& remark : report.remarks)
@@ -143,10 +143,11 @@ private:
                                              Counted(used, "take"), Names(" Refused and left out: ", NumbersOf(takes, false)),
                                              Names(" Better to record again: ", comparison.again)));
         report.exitCode = ExitCode::Success;
-        report.facts = {{"model", options.model, "model", options.model},
-                        {"bytes", model.size(), "size", Counted(model.size(), "byte")},
-                        {"takes", used, "takes", std::to_string(used)},
-                        {"takesHeard", heard, "hears", heard ? fmt::format("{} of the {} takes", *heard, used) : ""}};
+        report.facts.insert(report.facts.end(),
+                            {{"model", options.model, "model", options.model},
+                             {"bytes", model.size(), "size", Counted(model.size(), "byte")},
+                             {"takes", used, "takes", std::to_string(used)},
+                             {"takesHeard", heard, "hears", heard ? fmt::format("{} of the {} takes", *heard, used) : ""}});
         return report;
     }
 

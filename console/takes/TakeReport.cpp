@@ -1,6 +1,7 @@
 #include "console/takes/TakeReport.h"
 
 #include "console/audio/SampleTime.h"
+#include "console/text/LanguageName.h"
 #include "console/text/StatusText.h"
 #include "console/text/Wording.h"
 #include "engine/sound/FeatureStream.h"
@@ -146,7 +147,7 @@ std::vector<Fact> FactsOf(const Take& take)
     facts.insert(
         facts.end(),
         {NumberFact("score", take.score, "{:.0f}", "how much the take sounds like the phrase; it must be above the threshold"),
-         {"threshold", take.threshold, "threshold", take.score && take.threshold ? fmt::format("{:g}", *take.threshold) : ""},
+         {"threshold", take.threshold},
          NumberFact("quality", take.quality, "{} dB above the noise", "how far the voice stands out of the noise"),
          NumberFact("level", level, "{:.0f} dB", "of the speech; a full-scale square wave has 0 dB"),
          NumberFact(
@@ -260,9 +261,16 @@ Remark UnreadableRemark(const std::string& file, const CommandFailure& failure)
     return {Tone::Bad, "Unreadable", std::string(why), failure.fix};
 }
 
-Report VerificationReport(std::span<const Take> takes)
+Report VerificationReport(uint16_t language, std::span<const Take> takes)
 {
     Report report;
+    report.facts = {{"language", language, "language", LanguageText(language)}};
+    if (const auto known = std::ranges::find_if(takes, [](const Take& take) { return take.threshold.has_value(); });
+        known != takes.end())
+    {
+        report.facts.push_back(
+            {"threshold", known->threshold, "threshold", fmt::format("{:g}", *known->threshold), "a score must lie above it"});
+    }
     std::vector<std::string> again;
     for (const Take& take : takes)
     {

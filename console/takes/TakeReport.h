@@ -54,7 +54,7 @@ Remark UnreadableRemark(const std::string& file, const CommandFailure& failure);
 /// A report of the takes; its verdict tells how many were accepted, and which are to be recorded again: "2 of 3 takes are
 /// accepted. Record again: b.wav." Its exit code is Success when all were accepted, BadInput when a file could not be read, else
 /// Refused.
-Report VerificationReport(std::span<const Take> takes);
+Report VerificationReport(uint16_t language, std::span<const Take> takes);
 
 /// The report of a command that failed after it had this to show.
 Report Failed(Report report, const CommandFailure& failure);

@@ -51,7 +51,7 @@ Report Verify(const TakeOptions& options, const Context& context)
     try
     {
         verifier.Verify(context.progress, &takes);
-        return VerificationReport(takes);
+        return VerificationReport(verifier.language, takes);
     }
     catch (const CommandFailure& failure)
     {
@@ -59,7 +59,7 @@ Report Verify(const TakeOptions& options, const Context& context)
         {
             throw;
         }
-        Report report = Failed(VerificationReport(takes), failure);
+        Report report = Failed(VerificationReport(verifier.language, takes), failure);
         report.verdict = "Stopped after " + Counted(takes.size(), "take") + ".";
         return report;
     }

@@ -29,6 +29,13 @@ TEST(ReportText, AnEntryTellsItsStatusItsReasonsAndItsFacts)
                               "    length 1.50 s, converted from 44.1 kHz\n");
 }
 
+TEST(ReportText, AWarningsRemarkDoesNotSayAgainThatItIsOne)
+{
+    Report report;
+    report.results = {{"odd", "warning", Tone::Warning, {}, {{Tone::Warning, "", "It is ignored.", ""}}}};
+    EXPECT_EQ(TextOf(report), "warning  odd\n    It is ignored.\n");
+}
+
 TEST(ReportText, PartsAreATableWhoseColumnsLineUp)
 {
     Report report;

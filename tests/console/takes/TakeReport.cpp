@@ -61,17 +61,19 @@ TEST(TakeReport, AnAcceptedTakeShowsScoreThresholdAndQuality)
 {
     const std::vector<Take> takes{TakeOf({true, Detected, 95.0, 10}, Found(131.5F))};
     EXPECT_EQ(
-        ReportText(VerificationReport(takes), false, false),
+        ReportText(VerificationReport(1033, takes), false, false),
         "accepted  a.wav\n"
-        "    phrase 0.50 s to 1.10 s, score 132, threshold 95, quality 31 dB above the noise, level -23 dB, speech 0.50 s to "
-        "1.25 s, length 2.00 s\n");
+        "    phrase 0.50 s to 1.10 s, score 132, quality 31 dB above the noise, level -23 dB, speech 0.50 s to 1.25 s, length "
+        "2.00 s\n"
+        "Language:      1033 (en-US)\n"
+        "Threshold:     95\n");
 }
 
 TEST(TakeReport, MachinesGetFlatFactsAndNullsForWhatIsNotKnown)
 {
     const std::vector<Take> takes{TakeOf({true, Detected, 95.0, 10}, Found(131.5F)),
                                   UnreadableTake("b.wav", {ExitCode::BadInput, "b.wav is empty.", "Record it again."})};
-    const Report report = VerificationReport(takes);
+    const Report report = VerificationReport(1033, takes);
     const Entry& found = report.results.at(0);
     EXPECT_EQ(ValueOf(found, "phraseBegin"), Value(0.5));
     EXPECT_EQ(ValueOf(found, "phraseEnd"), Value(1.1));
@@ -90,7 +92,7 @@ TEST(TakeReport, MachinesGetFlatFactsAndNullsForWhatIsNotKnown)
 TEST(TakeReport, ThePictureHasThePhraseWithItsScoreAndBothCurves)
 {
     const std::vector<Take> takes{TakeOf({true, Detected, 95.0, 10}, Found(131.5F))};
-    const Picture picture = VerificationReport(takes).results.at(0).picture;
+    const Picture picture = VerificationReport(1033, takes).results.at(0).picture;
     EXPECT_EQ(picture.seconds, 2.0);
     EXPECT_FALSE(picture.wave.empty());
     ASSERT_EQ(picture.marks.size(), 2U);
@@ -126,7 +128,7 @@ TEST(TakeReport, ClippingHasItsPlace)
     const Take take = TakeOf({false, {}, 95.0, 10}, review);
     EXPECT_EQ(take.remarks[0].text, "clipped: 412 samples are at full scale, the first at 0.60 s");
     const std::vector<Take> takes{take};
-    const Mark mark = VerificationReport(takes).results.at(0).picture.marks.back();
+    const Mark mark = VerificationReport(1033, takes).results.at(0).picture.marks.back();
     EXPECT_EQ(mark.kind, Mark::Kind::Clipped);
     EXPECT_DOUBLE_EQ(mark.begin, 0.6);
 }
@@ -184,7 +186,7 @@ TEST(TakeReport, AnUnreadableFileSaysWhyWithoutItsName)
 TEST(TakeReport, OneSentenceTellsOfAllTakes)
 {
     const auto verdict = [](const std::vector<Take>& takes) {
-        return VerificationReport(takes).verdict;
+        return VerificationReport(1033, takes).verdict;
     };
     EXPECT_EQ(verdict({Judged("a.wav", true)}), "The take is accepted.");
     EXPECT_EQ(verdict({Judged("a.wav", false)}), "The take is refused. Record again: a.wav.");
@@ -195,7 +197,7 @@ TEST(TakeReport, OneSentenceTellsOfAllTakes)
 TEST(TakeReport, AFileThatCannotBeReadCountsMoreThanATakeThatIsRefused)
 {
     const auto exitCode = [](const std::vector<Take>& takes) {
-        return VerificationReport(takes).exitCode;
+        return VerificationReport(1033, takes).exitCode;
     };
     EXPECT_EQ(exitCode({Judged("a.wav", true)}), ExitCode::Success);
     EXPECT_EQ(exitCode({Judged("a.wav", true), Judged("b.wav", false)}), ExitCode::Refused);
@@ -205,7 +207,7 @@ TEST(TakeReport, AFileThatCannotBeReadCountsMoreThanATakeThatIsRefused)
 TEST(TakeReport, AFailureLeavesWhatWasFound)
 {
     const std::vector<Take> takes{Judged("a.wav", true)};
-    const Report report = Failed(VerificationReport(takes), {ExitCode::LibraryFailure, "Training failed.", "Try again."});
+    const Report report = Failed(VerificationReport(1033, takes), {ExitCode::LibraryFailure, "Training failed.", "Try again."});
     EXPECT_EQ(report.exitCode, ExitCode::LibraryFailure);
     EXPECT_EQ(report.error->message, "Training failed.");
     EXPECT_EQ(report.results.size(), 1U);

@@ -57,7 +57,7 @@ TEST_F(VerifyCommand, AGoodTakeIsAcceptedWithItsPlaceScoreAndThreshold)
     const ProgramRun run = Run({Phrase("take 1.wav")});
     EXPECT_EQ(run.exitCode, 0) << run.errors;
     EXPECT_THAT(run.output, HasSubstr("take 1.wav\n"));
-    EXPECT_THAT(run.output, HasSubstr(", threshold 70,"));
+    EXPECT_THAT(run.output, HasSubstr("\nThreshold:     70\n"));
     EXPECT_THAT(run.output, EndsWith("The take is accepted.\n"));
     EXPECT_EQ(run.errors, "");
 }
