@@ -82,6 +82,28 @@ TEST_F(Detector, AFailureHasTheLinesOfItsOperationAlone)
     }
 }
 
+TEST_F(Detector, WhoseModelWasArmedIsTold)
+{
+    EXPECT_FALSE(detector.Arm(EmptyStream().get(), ToneProject::English).UsedUserModel());
+    project.Write("user.vwov", std::string("VWOV and whatever follows"));
+    EXPECT_TRUE(detector.Arm(OpenUserModel(project.File("user.vwov")).get(), ToneProject::English).UsedUserModel());
+}
+
+TEST_F(Detector, WhatIsRequiredAndFailedIsExplained)
+{
+    EXPECT_NO_THROW(detector.Arm(EmptyStream().get(), ToneProject::English).Require("Arming"));
+    try
+    {
+        detector.Arm(EmptyStream().get(), 1031).Require("Arming language 1031");
+        ADD_FAILURE() << "it went on";
+    }
+    catch (const CommandFailure& failure)
+    {
+        EXPECT_EQ(failure.exitCode, ExitCode::BadConfiguration);
+        EXPECT_THAT(failure.what(), HasSubstr("Arming language 1031 failed: the language is not in the configuration file"));
+    }
+}
+
 TEST_F(Detector, ABlockThatIsShorterThanItSaysIsNotHandedOn)
 {
     const std::vector<uint8_t> block = InspectionSamples::DetectionResult();
