@@ -1,7 +1,6 @@
 #include "console/hosting/CapabilitiesCommand.h"
 
 #include "console/hosting/Detector.h"
-#include "console/hosting/LogExplanation.h"
 #include "console/hosting/Outputs.h"
 #include "console/text/LanguageName.h"
 #include "console/text/Utf8Path.h"
@@ -25,10 +24,7 @@ Report ShowCapabilities(const DetectorOptions& options, const Context& context)
     RefuseToReplace(context, std::array{PathFromUtf8(options.configuration)}, {});
     Detector detector(options, context.log);
     const CapabilitiesAnswer answer = detector.GetCapabilities();
-    if (!answer.Succeeded())
-    {
-        throw ExplainFailure("Asking for the capabilities", answer.result, answer.lines);
-    }
+    answer.Require("Asking for the capabilities");
     if (answer.languages.empty())
     {
         throw CommandFailure(ExitCode::BadConfiguration, "The configuration file " + options.configuration + " has no language.",

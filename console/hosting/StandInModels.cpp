@@ -64,9 +64,4 @@ StandInModels ReadStandInModels(const ConfiguredLanguage& language)
             ReadModelFile<engine::Population>(language.znormPopulation)};
 }
 
-bool ReadWholePhraseModel(std::span<const uint8_t> bytes, engine::PhraseModel* model)
-{
-    return IsWholeModel(bytes) && engine::ReadPhraseModel(bytes.data(), model) == Status::Success;
-}
-
 } // namespace velox::console

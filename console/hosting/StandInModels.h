@@ -30,7 +30,4 @@ engine::Status ReadModel(std::span<const uint8_t> bytes, engine::PhraseModel* mo
 engine::Status ReadModel(std::span<const uint8_t> bytes, engine::AcousticModel* model);
 engine::Status ReadModel(std::span<const uint8_t> bytes, engine::Population* model);
 
-/// @return whether it could be read
-bool ReadWholePhraseModel(std::span<const uint8_t> bytes, engine::PhraseModel* model);
-
 } // namespace velox::console

@@ -1,7 +1,6 @@
 #include "console/languages/MakeLanguageCommand.h"
 
 #include "console/hosting/Detector.h"
-#include "console/hosting/LogExplanation.h"
 #include "console/hosting/NarrowPath.h"
 #include "console/hosting/UserModelStream.h"
 #include "console/languages/MakeLanguage.h"
@@ -46,17 +45,11 @@ void UseLanguage(const DetectorOptions& options, uint16_t language, std::span<co
 {
     Detector detector(options, log);
     const Answer verified = detector.Verify(language, take);
-    const bool faulty =
-        std::ranges::any_of(verified.lines, [](const LoggedLine& line) { return line.level == VeloxLogLevel::Error; });
-    if (!verified.Succeeded() && faulty)
+    if (std::ranges::find(verified.lines, VeloxLogLevel::Error, &LoggedLine::level) != verified.lines.end())
     {
-        throw ExplainFailure("Verifying a take", verified.result, verified.lines);
+        verified.Require("Verifying a take");
     }
-    const ArmingAnswer armed = detector.Arm(EmptyStream().get(), language);
-    if (!armed.Succeeded())
-    {
-        throw ExplainFailure("Arming language " + LanguageText(language), armed.result, armed.lines);
-    }
+    detector.Arm(EmptyStream().get(), language).Require("Arming language " + LanguageText(language));
 }
 
 Report Make(const MakeLanguageOptions& options, Context& context)

@@ -156,7 +156,7 @@ private:
     {
         const std::optional<double> threshold = ReadThreshold(verifier.configured.userDefinedThreshold);
         engine::PhraseModel made;
-        if (!threshold || !ReadWholePhraseModel(model, &made))
+        if (!threshold || ReadModel(model, &made) != engine::Status::Success)
         {
             return std::nullopt;
         }

@@ -81,10 +81,10 @@ TEST_F(StandInModels, APhraseModelMustBeAsLongAsItsHeaderSays)
 {
     Bytes bytes = engine::WritePhraseModel(TinyLanguage::Phrase());
     engine::PhraseModel model;
-    EXPECT_TRUE(console::ReadWholePhraseModel(bytes, &model));
+    EXPECT_EQ(console::ReadModel(bytes, &model), velox::engine::Status::Success);
     bytes.push_back(0);
-    EXPECT_FALSE(console::ReadWholePhraseModel(bytes, &model));
+    EXPECT_EQ(console::ReadModel(bytes, &model), velox::engine::Status::MalformedBlob);
     bytes.resize(bytes.size() - 2);
-    EXPECT_FALSE(console::ReadWholePhraseModel(bytes, &model));
-    EXPECT_FALSE(console::ReadWholePhraseModel({}, &model));
+    EXPECT_EQ(console::ReadModel(bytes, &model), velox::engine::Status::MalformedBlob);
+    EXPECT_EQ(console::ReadModel({}, &model), velox::engine::Status::MalformedBlob);
 }
