@@ -51,12 +51,13 @@ void CheckFile(const std::filesystem::path& file)
     }
 }
 
-bool IsMp3(const std::filesystem::path& file)
+/// A compressed format that is known by the file's first bytes, for which a decoder may be missing; null for others.
+const char* CompressedFormat(const std::filesystem::path& file)
 {
-    std::array<char, 3> head{};
+    std::array<char, 4> head{};
     std::ifstream(file, std::ios::binary).read(head.data(), head.size());
     const std::string_view begins(head.data(), head.size());
-    return begins == "ID3" || begins.starts_with("\xFF\xFB");
+    return begins == "OggS" ? "Ogg" : begins.starts_with("ID3") || begins.starts_with("\xFF\xFB") ? "MP3" : nullptr;
 }
 
 /// Bytes of samples that a WAV file's head promises beyond the file's end; 0 for other formats, and for a length that programs
@@ -157,9 +158,10 @@ struct AudioStream::State
     {
         CheckFile(file);
         sound = OpenSound(file, &info);
-        if (!sound && IsMp3(file))
+        if (const char* format = sound ? nullptr : CompressedFormat(file))
         {
-            FailSound(file, "is an MP3 file, which this program does not decode.", "Convert it to WAV with any sound editor.");
+            FailSound(file, fmt::format("is an {} file, which this program does not decode.", format),
+                      "Convert it to WAV with any sound editor.");
         }
         if (!sound)
         {

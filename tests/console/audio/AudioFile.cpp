@@ -128,6 +128,8 @@ TEST_F(AudioFile, NamesMayHoldBlanksAndAnyLetters)
 TEST_F(AudioFile, RefusesWhatIsNoAudioAndSaysWhatItIs)
 {
     EXPECT_THAT(Refusal("just some text, which is no sound at all"), HasSubstr("is not a sound file"));
+    EXPECT_THAT(Refusal("ID3 and what follows"), HasSubstr("is an MP3 file, which this program does not decode"));
+    EXPECT_THAT(Refusal("OggS and what follows"), HasSubstr("is an Ogg file, which this program does not decode"));
     EXPECT_THAT(Refusal(""), HasSubstr("is empty"));
     EXPECT_THAT(Refusal(SoundFile::FloatWav({})), HasSubstr("holds no sound"));
 }
