@@ -14,13 +14,6 @@ namespace velox::evaluation
 namespace
 {
 
-constexpr std::size_t EveryRecording = 8;
-
-bool IsCompared(const std::string& condition)
-{
-    return condition == "clean" || condition == "babble 10 dB" || condition == "pink 10 dB" || condition == "room";
-}
-
 class ComparisonWriter
 {
 public:
@@ -29,7 +22,7 @@ public:
     {
     }
 
-    /// @param group  condition and kind of voice, or "background"
+    /// @param group  condition, or "background"
     void Add(const std::string& group, const std::vector<float>& samples)
     {
         const std::string name = std::to_string(number++);
@@ -63,21 +56,20 @@ void WriteComparison(const Language& language, const Judged& judged, const std::
 {
     std::filesystem::create_directories(folder);
     ComparisonWriter writer(language.firmware, folder);
-    for (const Condition& condition : PlaceConditions(judged.talkers))
+    for (const Condition& condition : Conditions(judged.talkers))
     {
-        for (std::size_t i = 0; IsCompared(condition.name) && i < judged.takes.size(); ++i)
+        for (std::size_t i = 0; i < judged.takes.size(); ++i)
         {
             const Clip& take = judged.takes[i];
-            if (!take.entry.kind.ends_with("-foreign"))
+            if (take.entry.kind == "natural")
             {
-                const std::string voice = take.entry.kind == "espeak" ? "synthetic" : "natural";
-                writer.Add(condition.name + ", " + voice, condition.apply(take.samples, i));
+                writer.Add(condition.name, condition.apply(take.samples, i));
             }
         }
     }
-    for (std::size_t i = 0; i < judged.background.size(); i += EveryRecording)
+    for (const Clip& recording : PeopleOf(judged.background, true))
     {
-        writer.Add("background", judged.background[i].samples);
+        writer.Add("background", recording.samples);
     }
     std::ofstream(folder + "/seconds.txt") << writer.Seconds() << '\n';
 }

@@ -2,14 +2,17 @@
 
 #include "engine/base/AudioFormat.h"
 #include "engine/base/RandomStream.h"
-#include "engine/enrollment/Room.h"
 #include "engine/sound/FastConvolution.h"
+#include "evaluation/Format.h"
+#include "evaluation/ImageRoom.h"
 #include "evaluation/TimeStretch.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <tuple>
+#include <utility>
 
 namespace velox::evaluation
 {
@@ -18,7 +21,9 @@ namespace
 {
 
 constexpr std::size_t Silence = engine::SampleRate / 2;
-constexpr std::size_t Talkers = 6; // in a babble
+constexpr std::size_t LongBefore = 3 * engine::SampleRate;
+constexpr int QuietRoom = 45;             // dB below the clip
+constexpr std::size_t BabblingPeople = 6; // at once
 constexpr double ReverberationTime = 0.45;
 
 float Rms(std::span<const float> samples)
@@ -58,7 +63,7 @@ std::vector<float> Pink(std::size_t length, engine::RandomStream* random)
 std::vector<float> Babble(const std::vector<std::vector<float>>& talkers, std::size_t length, engine::RandomStream* random)
 {
     std::vector<float> noise(length, 0.0F);
-    for (std::size_t i = 0; i < Talkers; ++i)
+    for (std::size_t i = 0; i < BabblingPeople; ++i)
     {
         const auto& talker = talkers[static_cast<std::size_t>(random->Integer(0, static_cast<int64_t>(talkers.size()) - 1))];
         const auto start = static_cast<std::size_t>(random->Integer(0, static_cast<int64_t>(talker.size()) - 1));
@@ -71,14 +76,26 @@ std::vector<float> Babble(const std::vector<std::vector<float>>& talkers, std::s
     return noise;
 }
 
-/// Adds noise under a clip and the silence around it, so many dB below the clip itself.
-std::vector<float> AddNoise(std::span<const float> clip, std::vector<float> noise, double decibels)
+/// Silence before and behind a clip.
+std::vector<float> Padded(std::span<const float> clip, std::size_t before)
 {
-    std::vector<float> mixed = WithSilence(clip);
+    std::vector<float> padded(before, 0.0F);
+    padded.insert(padded.end(), clip.begin(), clip.end());
+    padded.resize(padded.size() + Silence, 0.0F);
+    return padded;
+}
+
+/// Adds noise from the sample `first` on, so many dB below the clip itself.
+/// @param padded  the clip with silence around it
+std::vector<float> AddNoise(std::span<const float> clip, std::vector<float> padded, const std::vector<float>& noise,
+                            double decibels, std::size_t first)
+{
     const float gain = Rms(clip) / Rms(noise) * static_cast<float>(std::pow(10.0, -decibels / 20.0));
-    std::transform(mixed.begin(), mixed.end(), noise.begin(), mixed.begin(),
-                   [gain](float a, float b) { return std::clamp(a + gain * b, -1.0F, 1.0F); });
-    return mixed;
+    for (std::size_t n = first; n < padded.size(); ++n)
+    {
+        padded[n] = std::clamp(padded[n] + gain * noise[n], -1.0F, 1.0F);
+    }
+    return padded;
 }
 
 /// Response of a band-pass (windowed sinc, Hamming).
@@ -116,74 +133,131 @@ float Peak(std::span<const float> clip)
     return peak;
 }
 
+using Talkers = std::vector<std::vector<float>>;
+using Noise = std::function<std::vector<float>(std::size_t length, engine::RandomStream* random)>;
+
+std::vector<std::pair<std::string, Noise>> Noises(const Talkers& talkers)
+{
+    return {{"babble",
+             [&talkers](std::size_t length, engine::RandomStream* random) {
+                 return Babble(talkers, length, random);
+             }},
+            {"pink", Pink},
+            {"white", White}};
+}
+
+/// @param before  silence before the clip, in samples
+/// @param first   sample with which the noise begins
+Condition NoiseCondition(const std::string& name, const Noise& noise, int decibels, std::size_t before, std::size_t first)
+{
+    return {name, [noise, decibels, before, first](std::span<const float> clip, uint64_t seed) {
+                engine::RandomStream random(seed);
+                const std::size_t length = before + clip.size() + Silence;
+                return AddNoise(clip, Padded(clip, before), noise(length, &random), decibels, first);
+            }};
+}
+
+void AddNoises(const Talkers& talkers, std::vector<Condition>* conditions)
+{
+    for (const auto& [kind, noise] : Noises(talkers))
+    {
+        for (const int decibels : {20, 10, 5})
+        {
+            const std::string name = kind + " " + std::to_string(decibels) + " dB";
+            conditions->push_back(NoiseCondition(name, noise, decibels, Silence, 0));
+            if (decibels == 10)
+            {
+                const Goal predefined = kind == "white" ? Goal() : Goal{8.0};
+                conditions->back().predefined = predefined;
+                conditions->back().user = {3.0};
+                conditions->push_back(NoiseCondition(name + " that begins with the take", noise, decibels, Silence, Silence));
+                conditions->push_back(NoiseCondition(name + " that was there before", noise, decibels, LongBefore, 0));
+            }
+        }
+    }
+}
+
+/// A microphone louder or lower; louder only as far as the format allows: a clipped recording would be another condition.
+std::vector<float> AtLevel(std::span<const float> clip, int decibels)
+{
+    return Scale(clip, std::min(static_cast<float>(std::pow(10.0, decibels / 20.0)), 0.99F / Peak(clip)));
+}
+
+void AddLevelsAndTempos(std::vector<Condition>* conditions)
+{
+    for (const int decibels : {-20, -10, 10})
+    {
+        conditions->push_back({"level " + std::to_string(decibels) + " dB",
+                               [decibels](std::span<const float> clip, uint64_t) { return WithSilence(AtLevel(clip, decibels)); },
+                               {},
+                               {1.0}});
+    }
+    for (const double tempo : {0.75, 0.8, 0.9, 1.1, 1.2, 1.3, 1.35})
+    {
+        const Goal predefined = tempo == 0.8 || tempo == 1.3 ? Goal{8.0} : Goal();
+        conditions->push_back({"tempo " + Short(tempo),
+                               [tempo](std::span<const float> clip, uint64_t) { return WithSilence(ChangeTempo(clip, tempo)); },
+                               predefined, predefined.IsSet() ? Goal{3.0} : Goal()});
+    }
+}
+
+void AddBands(std::vector<Condition>* conditions)
+{
+    for (const auto& [name, low, high] : {std::tuple{"telephone", 300.0, 3400.0}, std::tuple{"low-pass 4 kHz", 0.0, 4000.0}})
+    {
+        const std::vector<float> response = BandPass(low, high);
+        conditions->push_back({name,
+                               [response](std::span<const float> clip, uint64_t) {
+                                   return WithSilence(engine::FilterSignal(clip, response, response.size() / 2));
+                               },
+                               {5.0}});
+    }
+}
+
+/// A take after digital silence, after the hiss of a quiet room, after other speech.
+void AddBefore(const Talkers& talkers, std::vector<Condition>* conditions)
+{
+    conditions->push_back({"after zeros", [](std::span<const float> clip, uint64_t) {
+                               return Padded(clip, LongBefore);
+                           }});
+    conditions->push_back(NoiseCondition("after silence", White, QuietRoom, LongBefore, 0));
+    conditions->push_back({"after speech", [&talkers](std::span<const float> clip, uint64_t noise) {
+                               const std::vector<float>& talker = talkers[noise % talkers.size()];
+                               const std::size_t length = std::min(talker.size(), LongBefore);
+                               std::vector<float> samples = Scale(std::span(talker).first(length), Rms(clip) / Rms(talker));
+                               const std::vector<float> phrase = Padded(clip, Silence / 2);
+                               samples.insert(samples.end(), phrase.begin(), phrase.end());
+                               return samples;
+                           }});
+}
+
 } // namespace
 
 std::vector<float> WithSilence(std::span<const float> clip)
 {
-    std::vector<float> padded(Silence, 0.0F);
-    padded.insert(padded.end(), clip.begin(), clip.end());
-    padded.resize(padded.size() + Silence, 0.0F);
-    return padded;
+    return Padded(clip, Silence);
 }
 
-std::vector<Condition> PlaceConditions(const std::vector<std::vector<float>>& talkers)
+Condition CleanCondition()
 {
-    std::vector<Condition> conditions;
-    conditions.push_back({"clean", [](std::span<const float> clip, uint64_t) {
-                              return WithSilence(clip);
-                          }});
-    for (const int decibels : {20, 10, 5})
-    {
-        const auto suffix = " " + std::to_string(decibels) + " dB";
-        conditions.push_back({"babble" + suffix, [&talkers, decibels](std::span<const float> clip, uint64_t number) {
-                                  engine::RandomStream random(number);
-                                  return AddNoise(clip, Babble(talkers, clip.size() + 2 * Silence, &random), decibels);
-                              }});
-        conditions.push_back({"pink" + suffix, [decibels](std::span<const float> clip, uint64_t number) {
-                                  engine::RandomStream random(number);
-                                  return AddNoise(clip, Pink(clip.size() + 2 * Silence, &random), decibels);
-                              }});
-        conditions.push_back({"white" + suffix, [decibels](std::span<const float> clip, uint64_t number) {
-                                  engine::RandomStream random(number);
-                                  return AddNoise(clip, White(clip.size() + 2 * Silence, &random), decibels);
-                              }});
-    }
-    conditions.push_back({"room", [](std::span<const float> clip, uint64_t number) {
-                              const std::vector<float> response = engine::RoomResponse({ReverberationTime, 0.0, number});
+    return {"clean", [](std::span<const float> clip, uint64_t) { return WithSilence(clip); }, {3.0}, {1.0}};
+}
+
+std::vector<Condition> Conditions(const Talkers& talkers)
+{
+    std::vector<Condition> conditions = {CleanCondition()};
+    AddNoises(talkers, &conditions);
+    conditions.push_back({"room",
+                          [](std::span<const float> clip, uint64_t noise) {
+                              const std::vector<float> response = ImageRoomResponse(ReverberationTime, noise);
                               const std::vector<float> heard = engine::FilterSignal(WithSilence(clip), response);
                               return Scale(heard, 0.5F / Peak(heard));
-                          }});
-    return conditions;
-}
-
-std::vector<Condition> UserConditions(const std::vector<std::vector<float>>& talkers)
-{
-    std::vector<Condition> conditions;
-    conditions.push_back({"telephone", [](std::span<const float> clip, uint64_t) {
-                              const std::vector<float> response = BandPass(300.0, 3400.0);
-                              return WithSilence(engine::FilterSignal(clip, response, response.size() / 2));
-                          }});
-    for (const double tempo : {0.8, 1.3})
-    {
-        conditions.push_back({tempo < 1.0 ? "tempo 0.8" : "tempo 1.3", [tempo](std::span<const float> clip, uint64_t) {
-                                  return WithSilence(ChangeTempo(clip, tempo));
-                              }});
-    }
-    // Louder only as far as the format allows: a clipped recording would be another condition.
-    conditions.push_back({"level +20 dB", [](std::span<const float> clip, uint64_t) {
-                              return WithSilence(Scale(clip, std::min(10.0F, 0.99F / Peak(clip))));
-                          }});
-    conditions.push_back({"level -20 dB", [](std::span<const float> clip, uint64_t) {
-                              return WithSilence(Scale(clip, 0.1F));
-                          }});
-    conditions.push_back({"after speech", [&talkers](std::span<const float> clip, uint64_t number) {
-                              const std::vector<float>& talker = talkers[number % talkers.size()];
-                              const std::size_t length = std::min(talker.size(), 3 * engine::SampleRate);
-                              std::vector<float> samples = Scale(std::span(talker).first(length), Rms(clip) / Rms(talker));
-                              const std::vector<float> phrase = WithSilence(clip);
-                              samples.insert(samples.end(), phrase.begin() + Silence / 2, phrase.end());
-                              return samples;
-                          }});
+                          },
+                          {8.0},
+                          {3.0}});
+    AddLevelsAndTempos(&conditions);
+    AddBands(&conditions);
+    AddBefore(talkers, &conditions);
     return conditions;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "evaluation/Report.h"
+
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -13,18 +15,20 @@ namespace velox::evaluation
 struct Condition
 {
     std::string name;
-    /// @param clip    without silence around it
-    /// @param number  of the clip, so that each has noise of its own
-    std::function<std::vector<float>(std::span<const float> clip, uint64_t number)> apply;
+    /// @param clip   without silence around it
+    /// @param noise  seed of all that is drawn, so that each clip of each listener has noise of its own
+    std::function<std::vector<float>(std::span<const float> clip, uint64_t noise)> apply;
+    Goal predefined = {}; ///< of the misses of the natural voices that speak the phrase's language, in percent
+    Goal user = {};       ///< of a natural user's misses
 };
 
-/// Clean; babble, pink and white noise at 20, 10 and 5 dB; a room with a reverberation time of 0.45 s.
-/// @param talkers  what babble is made of; must outlive the conditions
-std::vector<Condition> PlaceConditions(const std::vector<std::vector<float>>& talkers);
+/// The clip between silence, to which the others are compared.
+Condition CleanCondition();
 
-/// Telephone band, other tempos, other levels, other speech before the phrase.
-/// @param talkers  whose speech comes before; must outlive the conditions
-std::vector<Condition> UserConditions(const std::vector<std::vector<float>>& talkers);
+/// Clean; noise at 20, 10 and 5 dB, half a second of it before the clip; at 10 dB also noise that begins with the clip, and noise
+/// that was there three seconds before; a room; levels; tempos; bands; what comes before the clip.
+/// @param talkers  what babble and speech before the clip are made of; must outlive the conditions
+std::vector<Condition> Conditions(const std::vector<std::vector<float>>& talkers);
 
 /// Half a second of silence before and behind.
 std::vector<float> WithSilence(std::span<const float> clip);

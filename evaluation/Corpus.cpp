@@ -3,7 +3,9 @@
 #include "engine/base/AudioFormat.h"
 #include "evaluation/AudioFile.h"
 
+#include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 
@@ -22,7 +24,7 @@ std::vector<Entry> ReadManifest(const std::string& folder)
     {
         std::istringstream fields(line);
         Entry entry;
-        for (std::string* field : {&entry.split, &entry.phrase, &entry.set, &entry.kind, &entry.voice, &entry.path})
+        for (std::string* field : {&entry.split, &entry.phrase, &entry.set, &entry.kind, &entry.voice, &entry.sex, &entry.path})
         {
             std::getline(fields, *field, '\t');
         }
@@ -43,6 +45,14 @@ std::vector<Clip> ReadClips(const std::vector<Entry>& manifest, const std::strin
         }
     }
     return clips;
+}
+
+std::vector<Clip> PeopleOf(const std::vector<Clip>& clips, bool human)
+{
+    std::vector<Clip> chosen;
+    std::copy_if(clips.begin(), clips.end(), std::back_inserter(chosen),
+                 [human](const Clip& clip) { return (clip.entry.kind == "human") == human; });
+    return chosen;
 }
 
 double HoursOf(const std::vector<Clip>& clips)

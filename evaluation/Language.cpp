@@ -9,8 +9,8 @@ namespace velox::evaluation
 namespace
 {
 
-/// Natural voices are few beside the synthesiser's many siblings.
-constexpr float NaturalWeight = 4.0F;
+/// Natural voices are fewer than the formant synthesiser's many siblings.
+constexpr float NaturalWeight = 2.0F;
 
 void Check(engine::Status status)
 {
@@ -27,7 +27,7 @@ Language Train(const std::vector<Clip>& takes, const std::vector<Clip>& backgrou
     engine::LanguageMaterial material;
     for (const Clip& take : takes)
     {
-        const float weight = take.entry.kind.starts_with("espeak") ? 1.0F : NaturalWeight;
+        const float weight = take.entry.kind.starts_with("formant") ? 1.0F : NaturalWeight;
         material.takes.push_back({take.samples, take.entry.path, take.entry.voice, weight});
     }
     for (const Clip& recording : background)

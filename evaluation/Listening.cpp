@@ -1,5 +1,7 @@
 #include "evaluation/Listening.h"
 
+#include "engine/base/RandomStream.h"
+
 #include <algorithm>
 #include <array>
 #include <functional>
@@ -39,13 +41,14 @@ std::vector<engine::Detection> Listen(const engine::PhraseModel& model, std::spa
 }
 
 std::vector<Outcome> ListenToClips(const engine::PhraseModel& model, const std::vector<Clip>& clips, const Condition& condition,
-                                   engine::WorkerPool* pool)
+                                   uint64_t listener, engine::WorkerPool* pool)
 {
     std::vector<Outcome> outcomes(clips.size());
     pool->Run(static_cast<int>(clips.size()), [&](int part) {
         const auto number = static_cast<std::size_t>(part);
         outcomes[number].clip = &clips[number];
-        for (const engine::Detection& found : Listen(model, condition.apply(clips[number].samples, number)))
+        for (const engine::Detection& found :
+             Listen(model, condition.apply(clips[number].samples, engine::RandomStream(listener * 1000003U + number).Bits())))
         {
             if (found.score > outcomes[number].best.score)
             {

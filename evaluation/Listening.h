@@ -22,8 +22,9 @@ struct Outcome
     engine::Detection best; ///< score 0 when nothing was detected
 };
 
+/// @param listener  run and user, so that each has noise of its own
 std::vector<Outcome> ListenToClips(const engine::PhraseModel& model, const std::vector<Clip>& clips, const Condition& condition,
-                                   engine::WorkerPool* pool);
+                                   uint64_t listener, engine::WorkerPool* pool);
 
 /// Scores of all detections in background, highest first. The recordings follow one another, as a stream.
 std::vector<float> ListenToBackground(const engine::PhraseModel& model, const std::vector<Clip>& background,

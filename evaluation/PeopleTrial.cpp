@@ -56,8 +56,8 @@ void TryPerson(const std::vector<Clip>& takes, const std::vector<Clip>& others, 
     const auto threshold = static_cast<float>(language.blobs.userDefinedThreshold);
     Share missed = Judge(person, model, own, threshold, report);
     missed.counted = missed.all - missed.counted;
-    report->Add("people, " + person + ": own takes missed", missed, 0.0);
-    report->Add("people, " + person + ": takes of others accepted", Judge(person, model, others, threshold, report), 0.0);
+    report->Add("people, " + person + ": own takes missed", missed, {0.0});
+    report->Add("people, " + person + ": takes of others accepted", Judge(person, model, others, threshold, report), {0.0});
 
     engine::WorkerPool pool(options.threads);
     Share alarms;
@@ -65,7 +65,7 @@ void TryPerson(const std::vector<Clip>& takes, const std::vector<Clip>& others, 
     {
         alarms.Add(score >= threshold);
     }
-    report->Add("people, " + person + ": alarms in the background", alarms.counted, 0.0, "");
+    report->Add("people, " + person + ": alarms in the background", alarms.counted, {0.0}, "");
 }
 
 } // namespace

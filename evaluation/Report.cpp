@@ -3,34 +3,57 @@
 #include "evaluation/Format.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace velox::evaluation
 {
 
-Report::Row& Report::RowOf(const std::string& what)
+namespace
 {
-    const auto found = std::find_if(rows.begin(), rows.end(), [&](const Row& row) { return row.what == what; });
-    if (found != rows.end())
+
+std::string Text(const Goal& goal)
+{
+    if (!goal.IsSet())
     {
-        return *found;
+        return "";
     }
-    return rows.emplace_back(Row{what, "", -1.0, {}, {}});
+    return std::isfinite(goal.least) ? Short(goal.least) + " to " + Short(goal.most) : Short(goal.most);
 }
 
-void Report::Add(const std::string& what, double figure, double limit, const std::string& unit)
+} // namespace
+
+void Report::Add(const std::string& what, const std::string& unit, const Goal& goal, Run run)
 {
-    Row& row = RowOf(what);
-    row.unit = unit;
-    row.limit = limit;
-    row.figures.push_back(figure);
+    auto found = std::find_if(rows.begin(), rows.end(), [&](const Row& row) { return row.what == what; });
+    if (found == rows.end())
+    {
+        found = rows.insert(rows.end(), Row{what, unit, goal, {}});
+    }
+    found->runs.push_back(std::move(run));
 }
 
-void Report::Add(const std::string& what, const Share& share, double limit)
+void Report::Add(const std::string& what, double figure, const Goal& goal, const std::string& unit)
 {
-    Add(what, share.Percent(), limit);
-    Row& row = RowOf(what);
-    row.share.counted += share.counted;
-    row.share.all += share.all;
+    Add(what, unit, goal, Run{figure, "", std::nullopt});
+}
+
+void Report::Add(const std::string& what, const Share& share, const Goal& goal)
+{
+    const std::string cases = std::to_string(share.counted) + " of " + std::to_string(share.all);
+    Add(what, "%", goal, Run{share.Percent(), cases, ShareInterval(share.counted, share.all)});
+}
+
+void Report::AddRate(const std::string& what, int events, double hours, const Goal& goal)
+{
+    if (hours <= 0.0)
+    {
+        Add(what, "/h", goal, Run{std::numeric_limits<double>::infinity(), "nothing was heard", std::nullopt});
+        return;
+    }
+    const Interval mean = EventInterval(events);
+    Add(what, "/h", goal,
+        Run{events / hours, std::to_string(events) + " in " + Short(hours) + " h",
+            Interval{mean.least / hours, mean.most / hours}});
 }
 
 void Report::Note(const std::string& line)
@@ -45,29 +68,32 @@ std::optional<double> Report::Worst(const std::string& what) const
     {
         return std::nullopt;
     }
-    return *std::max_element(found->figures.begin(), found->figures.end());
+    double worst = found->runs.front().figure;
+    for (const Run& run : found->runs)
+    {
+        worst = std::max(worst, run.figure);
+    }
+    return worst;
 }
 
 std::string Report::Table() const
 {
-    std::string table = "| figure | runs | worst | goal | reached | cases |\n|---|---|---|---|---|---|\n";
+    std::string table = "| figure | runs | largest | 95 % | cases | goal | reached |\n|---|---|---|---|---|---|---|\n";
     for (const Row& row : rows)
     {
-        std::string runs;
-        for (const double figure : row.figures)
+        std::string figures;
+        bool reached = true;
+        for (const Run& run : row.runs)
         {
-            runs += (runs.empty() ? "" : ", ") + Short(figure);
+            figures += (figures.empty() ? "" : ", ") + Short(run.figure);
+            reached = reached && row.goal.Reached(run.figure);
         }
-        const double worst = *std::max_element(row.figures.begin(), row.figures.end());
-        const bool goal = row.limit >= 0.0;
-        const std::string reached = worst <= row.limit ? "yes" : "no";
-        table += "| " + row.what + " | " + runs + " | " + Short(worst) + " " + row.unit + " | " +
-                 (goal ? Short(row.limit) + " | " + reached : " | ") + " | ";
-        if (row.share.all > 0)
-        {
-            table += std::to_string(row.share.counted) + " of " + std::to_string(row.share.all);
-        }
-        table += " |\n";
+        const Run& largest =
+            *std::max_element(row.runs.begin(), row.runs.end(), [](const Run& a, const Run& b) { return a.figure < b.figure; });
+        const std::string interval =
+            largest.interval ? Short(largest.interval->least) + " to " + Short(largest.interval->most) : "";
+        table += "| " + row.what + " | " + figures + " | " + Short(largest.figure) + " " + row.unit + " | " + interval + " | " +
+                 largest.cases + " | " + Text(row.goal) + " | " + (row.goal.IsSet() ? (reached ? "yes" : "no") : "") + " |\n";
     }
     return table;
 }

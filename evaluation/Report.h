@@ -1,5 +1,8 @@
 #pragma once
 
+#include "evaluation/Interval.h"
+
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,9 +21,31 @@ struct Share
         counted += counts ? 1 : 0;
         ++all;
     }
+    void Join(const Share& share)
+    {
+        counted += share.counted;
+        all += share.all;
+    }
+    /// Of misses and errors: where nothing was tried nothing was reached, which counts as 100.
     double Percent() const
     {
-        return all == 0 ? 0.0 : 100.0 * counted / all;
+        return all == 0 ? 100.0 : 100.0 * counted / all;
+    }
+};
+
+/// What a figure shall be; without numbers, nothing.
+struct Goal
+{
+    double most = std::numeric_limits<double>::infinity();
+    double least = -std::numeric_limits<double>::infinity();
+
+    bool IsSet() const
+    {
+        return most < std::numeric_limits<double>::infinity();
+    }
+    bool Reached(double figure) const
+    {
+        return figure >= least && figure <= most;
     }
 };
 
@@ -28,10 +53,11 @@ struct Share
 class Report
 {
 public:
-    /// @param what   the figure's name; the same in every run
-    /// @param limit  the goal: at most this; negative where none is set
-    void Add(const std::string& what, double figure, double limit, const std::string& unit = "%");
-    void Add(const std::string& what, const Share& share, double limit);
+    /// @param what  the figure's name; the same in every run
+    void Add(const std::string& what, double figure, const Goal& goal, const std::string& unit = "%");
+    void Add(const std::string& what, const Share& share, const Goal& goal);
+    /// Events an hour.
+    void AddRate(const std::string& what, int events, double hours, const Goal& goal);
 
     /// A case that is worth looking at.
     void Note(const std::string& line);
@@ -42,23 +68,28 @@ public:
         return notes;
     }
 
-    /// The worst of a figure's runs; nothing when there is no such figure.
+    /// The worst of a figure's runs, its largest; nothing when there is no such figure.
     std::optional<double> Worst(const std::string& what) const;
 
-    /// A table in Markdown: each figure's runs, the worst of them, the goal, and whether it is reached.
+    /// A table in Markdown: each figure's runs, the largest of them with its interval, the goal, and whether all runs reach it.
     std::string Table() const;
 
 private:
+    struct Run
+    {
+        double figure = 0.0;
+        std::string cases; ///< that it was counted from; empty for others
+        std::optional<Interval> interval;
+    };
     struct Row
     {
         std::string what;
         std::string unit;
-        double limit = -1.0;
-        std::vector<double> figures;
-        Share share; ///< of all runs together, where the figure is one
+        Goal goal;
+        std::vector<Run> runs;
     };
 
-    Row& RowOf(const std::string& what);
+    void Add(const std::string& what, const std::string& unit, const Goal& goal, Run run);
 
     std::string notes;
     std::vector<Row> rows; ///< in the order of their first figures

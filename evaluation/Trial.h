@@ -14,6 +14,7 @@ namespace velox::evaluation
 struct Judged
 {
     std::string phrase;
+    uint64_t seed = 1; ///< of the run: other noise in every one
     std::vector<Clip> takes;
     std::vector<Clip> near;
     std::vector<Clip> otherTakes; ///< of the other phrases

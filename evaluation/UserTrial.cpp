@@ -2,9 +2,13 @@
 #include "evaluation/Listening.h"
 #include "evaluation/Trial.h"
 
-#include <chrono>
+#include <algorithm>
+#include <ctime>
 #include <iostream>
+#include <iterator>
 #include <map>
+#include <stdexcept>
+#include <string_view>
 
 namespace velox::evaluation
 {
@@ -13,158 +17,215 @@ namespace
 {
 
 constexpr std::size_t LeastTakes = 8;
-constexpr std::size_t MostUsers = 4;
+constexpr std::size_t MostNatural = 6;
+constexpr std::size_t MostFormant = 2;
 
-/// Takes by voice, of the voices that have enough of them; the phrase as the voice's own language reads it comes first.
-std::map<std::string, std::vector<Clip>> Users(const std::vector<Clip>& takes)
+struct User
 {
-    std::map<std::string, std::vector<Clip>> voices;
-    for (const Clip& take : takes)
+    std::string voice;
+    std::string sex;
+    std::string group; ///< natural or formant
+    std::vector<Clip> takes;
+};
+
+/// Voices that have enough takes, natural ones first; those that speak the phrase's own language come before the others. A
+/// formant voice is a user in the phrase's own language only.
+std::vector<User> ChooseUsers(const std::vector<Clip>& takes)
+{
+    std::vector<User> users;
+    for (const auto& [kind, most] : {std::pair{"natural", MostNatural}, std::pair{"natural-accent", MostNatural},
+                                     std::pair{"formant", MostNatural + MostFormant}})
     {
-        if (take.entry.kind != "espeak-foreign")
+        std::map<std::string, std::vector<Clip>> voices;
+        for (const Clip& take : takes)
         {
-            voices[take.entry.voice].push_back(take);
+            if (take.entry.kind == kind)
+            {
+                voices[take.entry.voice].push_back(take);
+            }
+        }
+        for (auto& [voice, own] : voices)
+        {
+            if (own.size() >= LeastTakes && users.size() < most)
+            {
+                const std::string group = std::string_view(kind).starts_with("natural") ? "natural" : "formant";
+                users.push_back({voice, own.front().entry.sex, group, std::move(own)});
+            }
         }
     }
-    std::erase_if(voices, [](const auto& voice) { return voice.second.size() < LeastTakes; });
-    while (voices.size() > MostUsers)
-    {
-        voices.erase(voices.begin()); // in alphabetical order: the synthesiser's voices first
-    }
-    return voices;
+    return users;
 }
 
-double UserGoal(const std::string& condition)
-{
-    static const std::map<std::string, double> goals = {
-        {"clean", 1.0}, {"babble 10 dB", 3.0}, {"pink 10 dB", 3.0}, {"white 10 dB", 3.0}, {"room", 3.0}};
-    const auto found = goals.find(condition);
-    return found == goals.end() ? -1.0 : found->second;
-}
-
-std::vector<Clip> ClipsOfOthers(const std::vector<Clip>& clips, const std::string& voice, bool own)
+template <class Predicate>
+std::vector<Clip> Chosen(const std::vector<Clip>& clips, const Predicate& predicate)
 {
     std::vector<Clip> chosen;
-    for (const Clip& clip : clips)
-    {
-        if ((clip.entry.voice == voice) == own)
-        {
-            chosen.push_back(clip);
-        }
-    }
+    std::copy_if(clips.begin(), clips.end(), std::back_inserter(chosen), predicate);
     return chosen;
 }
 
-/// A quarter of the recordings: every user listens to them anew.
-std::vector<Clip> EveryFourth(const std::vector<Clip>& clips)
+/// Of all users of a group.
+struct Figures
 {
-    std::vector<Clip> chosen;
-    for (std::size_t i = 0; i < clips.size(); i += 4)
-    {
-        chosen.push_back(clips[i]);
-    }
-    return chosen;
-}
-
-struct UserFigures
-{
-    std::map<std::string, Share> missed; ///< by condition
+    std::vector<std::pair<Condition, Share>> missed;
+    Share refused; ///< users who could not be enrolled
     Share others;
+    Share sameSex; ///< of the others, natural ones alone
     Share nearOwn;
     Share nearOthers;
     int alarms = 0;
     double hours = 0.0;
-    double enrollmentSeconds = 0.0;
-    std::size_t modelBytes = 0;
+    double seconds = 0.0; ///< the longest enrollment
+    std::size_t bytes = 0;
 };
 
-void CountAccepted(const engine::PhraseModel& model, const std::vector<Clip>& clips, float threshold, engine::WorkerPool* pool,
-                   const Condition& clean, Share* share)
+class UserTrial
 {
-    for (const Outcome& outcome : ListenToClips(model, clips, clean, pool))
+public:
+    UserTrial(const Language& learned, const Judged& material, engine::WorkerPool* workers)
+        : language(learned), judged(material), pool(workers), conditions(Conditions(material.talkers)),
+          threshold(static_cast<float>(learned.blobs.userDefinedThreshold))
     {
-        share->Add(outcome.best.score >= threshold);
-    }
-}
-
-void TryUser(const Language& language, const Judged& judged, const std::string& voice, const std::vector<Clip>& takes,
-             engine::WorkerPool* pool, UserFigures* figures)
-{
-    const auto start = std::chrono::steady_clock::now();
-    engine::Enrollment enrollment(language.acoustic, language.population);
-    for (std::size_t i = 0; i < EnrollmentTakes; ++i)
-    {
-        const engine::Status status = enrollment.AddTake(WithSilence(takes[i].samples));
-        if (status != engine::Status::Success)
-        {
-            std::cerr << takes[i].entry.path << ": refused with status " << static_cast<uint32_t>(status) << '\n';
-        }
-    }
-    engine::PhraseModel model;
-    if (enrollment.Finish(&model) != engine::Status::Success)
-    {
-        std::cerr << voice << " cannot be enrolled\n";
-        figures->missed["clean"].Add(true);
-        return;
-    }
-    figures->enrollmentSeconds =
-        std::max(figures->enrollmentSeconds, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-    const std::vector<uint8_t> bytes = engine::WritePhraseModel(model);
-    figures->modelBytes = std::max(figures->modelBytes, bytes.size());
-    if (engine::ReadPhraseModel(bytes.data(), &model) != engine::Status::Success)
-    {
-        throw std::runtime_error("a user's model cannot be read back");
     }
 
-    const auto threshold = static_cast<float>(language.blobs.userDefinedThreshold);
-    const std::vector<Clip> own(takes.begin() + EnrollmentTakes, takes.end());
-    std::vector<Condition> conditions = PlaceConditions(judged.talkers);
-    const Condition clean = conditions.front();
-    for (Condition& condition : UserConditions(judged.talkers))
+    Figures NoFigures() const
     {
-        conditions.push_back(std::move(condition));
-    }
-    for (const Condition& condition : conditions)
-    {
-        for (const Outcome& outcome : ListenToClips(model, own, condition, pool))
+        Figures figures;
+        for (const Condition& condition : conditions)
         {
-            figures->missed[condition.name].Add(outcome.best.score < threshold);
+            figures.missed.emplace_back(condition, Share());
+        }
+        return figures;
+    }
+
+    /// @param number  of the user, so that each has noise of its own
+    void Try(const User& user, std::size_t number, Figures* figures)
+    {
+        listener = judged.seed * 1000 + number;
+        const std::vector<Clip> own(user.takes.begin() + EnrollmentTakes, user.takes.end());
+        engine::PhraseModel model;
+        const bool enrolled = Enroll(user, &model, figures);
+        figures->refused.Add(!enrolled);
+        for (auto& [condition, missed] : figures->missed)
+        {
+            if (!enrolled) // nobody who cannot be enrolled is heard
+            {
+                missed.counted += static_cast<int>(own.size());
+                missed.all += static_cast<int>(own.size());
+                continue;
+            }
+            for (const Outcome& outcome : ListenToClips(model, own, condition, listener, pool))
+            {
+                missed.Add(outcome.best.score < threshold);
+            }
+        }
+        if (enrolled)
+        {
+            TryOthers(user, model, figures);
         }
     }
-    CountAccepted(model, ClipsOfOthers(judged.takes, voice, false), threshold, pool, clean, &figures->others);
-    CountAccepted(model, ClipsOfOthers(judged.near, voice, true), threshold, pool, clean, &figures->nearOwn);
-    CountAccepted(model, ClipsOfOthers(judged.near, voice, false), threshold, pool, clean, &figures->nearOthers);
-    const std::vector<Clip> background = EveryFourth(judged.background);
-    for (const float score : ListenToBackground(model, background, pool))
+
+private:
+    bool Enroll(const User& user, engine::PhraseModel* model, Figures* figures) const
     {
-        figures->alarms += score >= threshold ? 1 : 0;
+        const std::clock_t start = std::clock();
+        engine::Enrollment enrollment(language.acoustic, language.population);
+        for (std::size_t i = 0; i < EnrollmentTakes; ++i)
+        {
+            const engine::Status status = enrollment.AddTake(WithSilence(user.takes[i].samples));
+            if (status != engine::Status::Success)
+            {
+                std::cerr << user.takes[i].entry.path << ": refused with status " << static_cast<uint32_t>(status) << '\n';
+            }
+        }
+        if (enrollment.Finish(model) != engine::Status::Success)
+        {
+            std::cerr << user.voice << " cannot be enrolled\n";
+            return false;
+        }
+        figures->seconds = std::max(figures->seconds, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
+        const std::vector<uint8_t> bytes = engine::WritePhraseModel(*model);
+        figures->bytes = std::max(figures->bytes, bytes.size());
+        if (engine::ReadPhraseModel(bytes.data(), model) != engine::Status::Success)
+        {
+            throw std::runtime_error("a user's model cannot be read back");
+        }
+        return true;
     }
-    figures->hours += HoursOf(background);
+
+    Share Accepted(const engine::PhraseModel& model, const std::vector<Clip>& clips) const
+    {
+        Share accepted;
+        for (const Outcome& outcome : ListenToClips(model, clips, CleanCondition(), listener, pool))
+        {
+            accepted.Add(outcome.best.score >= threshold);
+        }
+        return accepted;
+    }
+
+    void TryOthers(const User& user, const engine::PhraseModel& model, Figures* figures) const
+    {
+        const auto isOwn = [&user](const Clip& clip) {
+            return clip.entry.voice == user.voice;
+        };
+        const auto isOther = [&user](const Clip& clip) {
+            return clip.entry.voice != user.voice;
+        };
+        const std::vector<Clip> others = Chosen(judged.takes, isOther);
+        figures->others.Join(Accepted(model, others));
+        figures->sameSex.Join(Accepted(model, Chosen(others, [&user](const Clip& clip) {
+                                           return clip.entry.sex == user.sex && clip.entry.kind.starts_with("natural");
+                                       })));
+        figures->nearOwn.Join(Accepted(model, Chosen(judged.near, isOwn)));
+        figures->nearOthers.Join(Accepted(model, Chosen(judged.near, isOther)));
+        const std::vector<float> scores = ListenToBackground(model, judged.background, pool);
+        figures->alarms +=
+            static_cast<int>(std::count_if(scores.begin(), scores.end(), [this](float score) { return score >= threshold; }));
+        figures->hours += HoursOf(judged.background);
+    }
+
+    const Language& language;
+    const Judged& judged;
+    engine::WorkerPool* pool;
+    std::vector<Condition> conditions;
+    float threshold;
+    uint64_t listener = 0;
+};
+
+void Write(const std::string& prefix, bool natural, const Figures& figures, Report* report)
+{
+    const auto goal = [natural](double most) {
+        return natural ? Goal{most} : Goal();
+    };
+    report->Add(prefix + ", cannot be enrolled", figures.refused, goal(0.0));
+    for (const auto& [condition, missed] : figures.missed)
+    {
+        report->Add(prefix + ", missed, " + condition.name, missed, natural ? condition.user : Goal());
+    }
+    report->Add(prefix + ", other natural voices of the same sex accepted", figures.sameSex, goal(5.0));
+    report->Add(prefix + ", other voices accepted", figures.others, {});
+    report->Add(prefix + ", near phrases of others accepted", figures.nearOthers, goal(1.0));
+    report->Add(prefix + ", near phrases of the user accepted", figures.nearOwn, goal(15.0));
+    report->AddRate(prefix + ", alarms per hour, people and synthesised", figures.alarms, figures.hours, {});
+    report->Add(prefix + ", processor seconds of an enrollment", figures.seconds, goal(1.0), "s");
+    report->Add(prefix + ", bytes of a model", static_cast<double>(figures.bytes), goal(160.0 * 1024.0), "");
 }
 
 } // namespace
 
 void TryUsers(const Language& language, const Judged& judged, engine::WorkerPool* pool, Report* report)
 {
-    UserFigures figures;
-    for (const auto& [voice, takes] : Users(judged.takes))
+    UserTrial trial(language, judged, pool);
+    std::map<std::string, Figures> groups = {{"natural", trial.NoFigures()}, {"formant", trial.NoFigures()}};
+    const std::vector<User> users = ChooseUsers(judged.takes);
+    for (std::size_t number = 0; number < users.size(); ++number)
     {
-        TryUser(language, judged, voice, takes, pool, &figures);
+        trial.Try(users[number], number + 1, &groups[users[number].group]);
     }
-    const std::string prefix = judged.phrase + ": user";
-    for (const auto& [condition, missed] : figures.missed)
+    for (const auto& [group, figures] : groups)
     {
-        const bool changed = condition.starts_with("telephone") || condition.starts_with("tempo") ||
-                             condition.starts_with("level") || condition.starts_with("after");
-        report->Add(prefix + ", missed, " + condition, missed, changed ? 5.0 : UserGoal(condition));
+        Write(judged.phrase + ": user, " + group, group == "natural", figures, report);
     }
-    report->Add(prefix + ", other speakers accepted", figures.others, 5.0);
-    report->Add(prefix + ", near phrases of others accepted", figures.nearOthers, 1.0);
-    report->Add(prefix + ", near phrases of the user accepted", figures.nearOwn, 15.0);
-    report->Add(prefix + ", alarms in all users' background", figures.alarms, 0.0, "");
-    report->Add(prefix + ", hours of background, all users", figures.hours, -1.0, "h");
-    report->Add(prefix + ", seconds of an enrollment", figures.enrollmentSeconds, 3.0, "s");
-    report->Add(prefix + ", bytes of a model", static_cast<double>(figures.modelBytes), 160.0 * 1024.0, "");
 }
 
 } // namespace velox::evaluation

@@ -6,10 +6,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 using namespace velox::evaluation;
 using testing::Each;
 using testing::ElementsAre;
+using testing::Pair;
 
 namespace
 {
@@ -27,6 +29,11 @@ double Decibels(std::span<const float> samples)
     return 10.0 * std::log10(sum / static_cast<double>(samples.size()) + 1e-12);
 }
 
+std::vector<float> Part(const std::vector<float>& samples, std::size_t first, std::size_t length)
+{
+    return {samples.begin() + static_cast<std::ptrdiff_t>(first), samples.begin() + static_cast<std::ptrdiff_t>(first + length)};
+}
+
 class Condition : public testing::Test
 {
 protected:
@@ -42,14 +49,11 @@ protected:
 
     std::vector<float> Apply(const std::string& name, uint64_t number = 1) const
     {
-        for (const auto& conditions : {PlaceConditions(talkers), UserConditions(talkers)})
+        for (const auto& condition : Conditions(talkers))
         {
-            for (const auto& condition : conditions)
+            if (condition.name == name)
             {
-                if (condition.name == name)
-                {
-                    return condition.apply(clip, number);
-                }
+                return condition.apply(clip, number);
             }
         }
         ADD_FAILURE() << "there is no " << name;
@@ -62,11 +66,37 @@ protected:
 
 TEST_F(Condition, AllHaveTheirNames)
 {
-    EXPECT_THAT(Names(PlaceConditions(talkers)),
-                ElementsAre("clean", "babble 20 dB", "pink 20 dB", "white 20 dB", "babble 10 dB", "pink 10 dB", "white 10 dB",
-                            "babble 5 dB", "pink 5 dB", "white 5 dB", "room"));
-    EXPECT_THAT(Names(UserConditions(talkers)),
-                ElementsAre("telephone", "tempo 0.8", "tempo 1.3", "level +20 dB", "level -20 dB", "after speech"));
+    EXPECT_THAT(Names(Conditions(talkers)),
+                ElementsAre("clean", "babble 20 dB", "babble 10 dB", "babble 10 dB that begins with the take",
+                            "babble 10 dB that was there before", "babble 5 dB", "pink 20 dB", "pink 10 dB",
+                            "pink 10 dB that begins with the take", "pink 10 dB that was there before", "pink 5 dB",
+                            "white 20 dB", "white 10 dB", "white 10 dB that begins with the take",
+                            "white 10 dB that was there before", "white 5 dB", "room", "level -20 dB", "level -10 dB",
+                            "level 10 dB", "tempo 0.75", "tempo 0.8", "tempo 0.9", "tempo 1.1", "tempo 1.2", "tempo 1.3",
+                            "tempo 1.35", "telephone", "low-pass 4 kHz", "after zeros", "after silence", "after speech"));
+}
+
+TEST_F(Condition, GoalsAreThoseOfTheTable)
+{
+    std::map<std::string, double> predefined;
+    std::map<std::string, double> user;
+    for (const auto& condition : Conditions(talkers))
+    {
+        if (condition.predefined.IsSet())
+        {
+            predefined[condition.name] = condition.predefined.most;
+        }
+        if (condition.user.IsSet())
+        {
+            user[condition.name] = condition.user.most;
+        }
+    }
+    EXPECT_THAT(predefined,
+                ElementsAre(Pair("babble 10 dB", 8.0), Pair("clean", 3.0), Pair("low-pass 4 kHz", 5.0), Pair("pink 10 dB", 8.0),
+                            Pair("room", 8.0), Pair("telephone", 5.0), Pair("tempo 0.8", 8.0), Pair("tempo 1.3", 8.0)));
+    EXPECT_THAT(user, ElementsAre(Pair("babble 10 dB", 3.0), Pair("clean", 1.0), Pair("level -10 dB", 1.0),
+                                  Pair("level -20 dB", 1.0), Pair("level 10 dB", 1.0), Pair("pink 10 dB", 3.0), Pair("room", 3.0),
+                                  Pair("tempo 0.8", 3.0), Pair("tempo 1.3", 3.0), Pair("white 10 dB", 3.0)));
 }
 
 TEST_F(Condition, CleanIsTheClipBetweenSilences)
@@ -149,14 +179,53 @@ TEST_F(Condition, ATelephoneCarriesTheMiddleAlone)
     }
 }
 
+TEST_F(Condition, ALowPassCutsAboveFourKilohertz)
+{
+    clip = Signals::Sine(3000.0, 0.1, Second);
+    EXPECT_NEAR(Decibels(Part(Apply("low-pass 4 kHz"), Silence + 2000, 12'000)), Decibels(clip), 0.5);
+    clip = Signals::Sine(5000.0, 0.1, Second);
+    EXPECT_LT(Decibels(Part(Apply("low-pass 4 kHz"), Silence + 2000, 12'000)), Decibels(clip) - 25.0);
+}
+
 TEST_F(Condition, LevelsChangeWithoutClipping)
 {
     const auto middle = [](const std::vector<float>& samples) {
         return std::vector<float>(samples.begin() + Silence, samples.begin() + Silence + Second);
     };
     EXPECT_NEAR(Decibels(middle(Apply("level -20 dB"))), Decibels(clip) - 20.0, 0.1);
-    const std::vector<float> loud = middle(Apply("level +20 dB"));
+    EXPECT_NEAR(Decibels(middle(Apply("level -10 dB"))), Decibels(clip) - 10.0, 0.1);
+    EXPECT_NEAR(Decibels(middle(Apply("level 10 dB"))), Decibels(clip) + 10.0, 0.1);
+    clip = Signals::Sine(1000.0, 0.5, Second);
+    const std::vector<float> loud = middle(Apply("level 10 dB"));
     EXPECT_NEAR(*std::max_element(loud.begin(), loud.end()), 0.99F, 1e-3F);
+}
+
+TEST_F(Condition, TempoChangesTheLengthAlone)
+{
+    EXPECT_NEAR(static_cast<double>(Apply("tempo 0.75").size() - 2 * Silence), Second / 0.75, 500.0);
+    EXPECT_NEAR(static_cast<double>(Apply("tempo 1.35").size() - 2 * Silence), Second / 1.35, 500.0);
+}
+
+TEST_F(Condition, NoiseBeginsWithTheTakeOrWasThereBefore)
+{
+    for (const std::string kind : {"babble", "pink", "white"})
+    {
+        SCOPED_TRACE(kind);
+        const std::vector<float> sudden = Apply(kind + " 10 dB that begins with the take");
+        EXPECT_THAT(std::vector<float>(sudden.begin(), sudden.begin() + Silence), Each(0.0F));
+        EXPECT_NEAR(Decibels(std::span(sudden).last(Silence)), Decibels(clip) - 10.0, 2.0);
+        const std::vector<float> before = Apply(kind + " 10 dB that was there before");
+        ASSERT_EQ(before.size(), 3 * Second + clip.size() + Silence);
+        EXPECT_NEAR(Decibels(std::span(before).first(3 * Second)), Decibels(clip) - 10.0, 2.0);
+    }
+}
+
+TEST_F(Condition, BeforeATakeThereAreZerosOrTheHissOfAQuietRoom)
+{
+    const std::vector<float> zeros = Apply("after zeros");
+    EXPECT_THAT(std::vector<float>(zeros.begin(), zeros.begin() + 3 * Second), Each(0.0F));
+    EXPECT_TRUE(std::equal(clip.begin(), clip.end(), zeros.begin() + 3 * Second));
+    EXPECT_NEAR(Decibels(Part(Apply("after silence"), 0, 3 * Second)), Decibels(clip) - 45.0, 1.0);
 }
 
 TEST_F(Condition, OtherSpeechComesBeforeThePhraseAsLoudAsIt)

@@ -19,8 +19,8 @@ protected:
     Corpus()
     {
         std::string manifest;
-        for (const std::string line : {"dev\ta\ttake\tespeak\tespeak-m1\t", "dev\ta\tnear-half\tflite\tflite-slt\t",
-                                       "test\ta\ttake\tespeak\tespeak-f1\t", "dev\t-\tbackground\thuman\thuman-ro\t"})
+        for (const std::string line : {"dev\ta\ttake\tformant\tespeak-m1\tm\t", "dev\ta\tnear-half\tnatural\tflite-slt\tf\t",
+                                       "test\ta\ttake\tformant\tespeak-f1\tf\t", "dev\t-\tbackground\thuman\thuman-ro\t-\t"})
         {
             const std::string file = folder.Path() + "/" + std::to_string(files++) + ".wav";
             WriteAudioFile(file, std::vector<float>(static_cast<std::size_t>(1600 * files), 0.25F));
@@ -43,8 +43,9 @@ TEST_F(Corpus, AManifestHasALineForEachRecording)
     EXPECT_EQ(entries[1].split, "dev");
     EXPECT_EQ(entries[1].phrase, "a");
     EXPECT_EQ(entries[1].set, "near-half");
-    EXPECT_EQ(entries[1].kind, "flite");
+    EXPECT_EQ(entries[1].kind, "natural");
     EXPECT_EQ(entries[1].voice, "flite-slt");
+    EXPECT_EQ(entries[1].sex, "f");
     EXPECT_EQ(entries[1].path, folder.Path() + "/1.wav");
     EXPECT_THROW(ReadManifest(folder.Path() + "/none"), std::runtime_error);
 }
@@ -70,6 +71,13 @@ TEST_F(Corpus, ClipsAreThoseOfTheSplitThePhraseAndTheSet)
         }
         EXPECT_EQ(voices, own.voices) << own.split << " " << own.phrase << " " << own.set;
     }
+}
+
+TEST_F(Corpus, PeopleAreToldFromSynthesisers)
+{
+    const std::vector<Clip> clips = ReadClips(ReadManifest(folder.Path()), "dev", "-", "");
+    EXPECT_EQ(PeopleOf(clips, true).size(), 1U);
+    EXPECT_TRUE(PeopleOf(clips, false).empty());
 }
 
 TEST_F(Corpus, HoursAreThoseOfAllClips)

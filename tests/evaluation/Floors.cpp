@@ -12,7 +12,7 @@ using testing::IsEmpty;
 namespace
 {
 
-constexpr const char* Clean = "a: predefined, missed, clean";
+constexpr const char* Clean = "a: predefined, missed, clean, natural";
 
 /// The names of all floors: without figures each is broken.
 std::vector<std::string> Names()
@@ -32,7 +32,7 @@ Report With(const std::string& name, double figure)
     Report report;
     for (const std::string& other : Names())
     {
-        report.Add(other, other == name ? figure : 0.0, -1.0);
+        report.Add(other, other == name ? figure : 0.0, {});
     }
     return report;
 }
@@ -64,6 +64,6 @@ TEST(Floors, HoldForAnEngineThatErrsNowhereAndBreakOneByOne)
 
 TEST(Floors, TheFloorItselfIsNotBroken)
 {
-    EXPECT_THAT(BrokenFloors(With(Clean, 9.4)), IsEmpty());
-    EXPECT_THAT(BrokenFloors(With(Clean, 9.41)), ElementsAre(std::string(Clean) + ": 9.41 is worse than 9.4"));
+    EXPECT_THAT(BrokenFloors(With(Clean, 25.0)), IsEmpty());
+    EXPECT_THAT(BrokenFloors(With(Clean, 25.1)), ElementsAre(std::string(Clean) + ": 25.1 is worse than 25"));
 }

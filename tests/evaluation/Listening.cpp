@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <mutex>
+#include <set>
 
 using namespace velox;
 using namespace velox::evaluation;
@@ -43,12 +45,30 @@ TEST(Listening, EachClipHasItsBestDetectionOrNone)
 {
     const std::vector<Clip> clips{Saying({0, 1, 2, 3}), Saying({3, 2, 1, 0})};
     engine::WorkerPool pool(2);
-    const std::vector<Outcome> outcomes = ListenToClips(Model(), clips, AsItIs, &pool);
+    const std::vector<Outcome> outcomes = ListenToClips(Model(), clips, AsItIs, 1, &pool);
     ASSERT_EQ(outcomes.size(), 2U);
     EXPECT_EQ(outcomes[0].clip, &clips[0]);
     EXPECT_EQ(outcomes[0].best.score, Listen(Model(), clips[0].samples).at(0).score);
     EXPECT_EQ(outcomes[1].clip, &clips[1]);
     EXPECT_EQ(outcomes[1].best.score, 0.0F);
+}
+
+TEST(Listening, EachClipAndEachListenerHasNoiseOfItsOwn)
+{
+    const std::vector<Clip> clips(2, Saying({0}));
+    std::set<uint64_t> seeds;
+    std::mutex mutex;
+    const Condition noted{"noted", [&](std::span<const float> clip, uint64_t noise) {
+                              const std::lock_guard lock(mutex);
+                              seeds.insert(noise);
+                              return std::vector<float>(clip.begin(), clip.end());
+                          }};
+    engine::WorkerPool pool(2);
+    ListenToClips(Model(), clips, noted, 1, &pool);
+    ListenToClips(Model(), clips, noted, 2, &pool);
+    EXPECT_EQ(seeds.size(), 4U);
+    ListenToClips(Model(), clips, noted, 2, &pool);
+    EXPECT_EQ(seeds.size(), 4U) << "the same every time";
 }
 
 TEST(Listening, BackgroundGivesTheSameScoresWhateverTheThreads)

@@ -12,7 +12,7 @@ namespace
 
 Clip Saying(const std::vector<std::size_t>& tones, const std::string& path)
 {
-    return {{"dev", "a", "take", "espeak", "m1", path}, TinyLanguage::Say(tones, 4'000, 4'000)};
+    return {{"dev", "a", "take", "formant", "m1", "m", path}, TinyLanguage::Say(tones, 4'000, 4'000)};
 }
 
 } // namespace
