@@ -14,9 +14,9 @@ struct Floor
     double most;
 };
 
-// The worst of seeds 1 to 3 and two cases more, since that is how far seeds differ; one more of the alarms (one in the quick corpus's
-// 0.11 h of people is 8.7 per hour). The quick corpus has two natural voices and 16 takes of them at most: most floors are of
-// the natural voices with an accent.
+// The worst of seeds 1 to 3 and two cases more, since that is how far seeds differ; one more of the alarms (one in the quick
+// corpus's 0.11 h of people is 8.7 per hour). The quick corpus has two natural voices and 16 takes of them at most: most floors
+// are of the natural voices with an accent.
 constexpr Floor Floors[] = {
     {"a: predefined, alarms per hour, people", 17.5},
     {"a: predefined, missed, clean, natural", 25.0},
