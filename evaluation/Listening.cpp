@@ -40,6 +40,16 @@ std::vector<engine::Detection> Listen(const engine::PhraseModel& model, std::spa
     return found;
 }
 
+engine::Detection BestIn(const engine::PhraseModel& model, std::span<const float> recording)
+{
+    engine::Detection best;
+    for (const engine::Detection& found : Listen(model, recording))
+    {
+        best = found.score > best.score ? found : best;
+    }
+    return best;
+}
+
 std::vector<Outcome> ListenToClips(const engine::PhraseModel& model, const std::vector<Clip>& clips, const Condition& condition,
                                    uint64_t listener, engine::WorkerPool* pool)
 {
@@ -47,14 +57,8 @@ std::vector<Outcome> ListenToClips(const engine::PhraseModel& model, const std::
     pool->Run(static_cast<int>(clips.size()), [&](int part) {
         const auto number = static_cast<std::size_t>(part);
         outcomes[number].clip = &clips[number];
-        for (const engine::Detection& found :
-             Listen(model, condition.apply(clips[number].samples, engine::RandomStream(listener * 1000003U + number).Bits())))
-        {
-            if (found.score > outcomes[number].best.score)
-            {
-                outcomes[number].best = found;
-            }
-        }
+        const uint64_t noise = engine::RandomStream(listener * 1000003U + number).Bits();
+        outcomes[number].best = BestIn(model, condition.apply(clips[number].samples, noise));
     });
     return outcomes;
 }

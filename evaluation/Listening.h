@@ -15,11 +15,14 @@ namespace velox::evaluation
 /// Every peak that a detector reports in a recording, silence behind it included so that the last one is confirmed.
 std::vector<engine::Detection> Listen(const engine::PhraseModel& model, std::span<const float> recording);
 
+/// The detection with the highest score in a recording; score 0 when nothing was detected.
+engine::Detection BestIn(const engine::PhraseModel& model, std::span<const float> recording);
+
 /// A clip and the best detection in it.
 struct Outcome
 {
     const Clip* clip = nullptr;
-    engine::Detection best; ///< score 0 when nothing was detected
+    engine::Detection best; ///< as BestIn
 };
 
 /// @param listener  run and user, so that each has noise of its own

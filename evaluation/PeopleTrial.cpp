@@ -22,7 +22,7 @@ engine::PhraseModel Enroll(const Language& language, const std::vector<Clip>& ta
     engine::PhraseModel model;
     if (enrollment.Finish(&model) != engine::Status::Success)
     {
-        throw std::runtime_error(takes.front().entry.voice + " cannot be enrolled");
+        throw std::invalid_argument(takes.front().entry.voice + " cannot be enrolled");
     }
     return model;
 }
@@ -33,11 +33,7 @@ Share Judge(const std::string& person, const engine::PhraseModel& model, const s
     Share accepted;
     for (const Clip& take : takes)
     {
-        float best = 0.0F;
-        for (const engine::Detection& found : Listen(model, WithSilence(take.samples)))
-        {
-            best = std::max(best, found.score);
-        }
+        const float best = BestIn(model, WithSilence(take.samples)).score;
         accepted.Add(best >= threshold);
         report->Note("enrolled " + person + ", heard " + take.entry.path + ": " + Short(static_cast<double>(best)) +
                      (best >= threshold ? ", accepted" : ", refused"));
@@ -99,6 +95,8 @@ void TryPeople(const std::vector<Clip>& people, const std::vector<Clip>& trainin
         catch (const std::invalid_argument& refused)
         {
             report->Note(person + " cannot be enrolled: " + refused.what());
+            const auto missed = static_cast<int>(takes.size() - EnrollmentTakes);
+            report->Add("people, " + person + ": own takes missed", Share{missed, missed}, {0.0});
         }
     }
 }

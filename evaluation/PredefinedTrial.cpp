@@ -26,12 +26,15 @@ struct Misses
     std::map<std::string, Share> atRate = {{Natural, {}}};
 };
 
-std::vector<float> ScoresOf(const std::vector<Outcome>& outcomes)
+std::vector<float> NaturalScores(const std::vector<Outcome>& outcomes)
 {
     std::vector<float> scores;
     for (const Outcome& outcome : outcomes)
     {
-        scores.push_back(outcome.best.score);
+        if (outcome.clip->entry.kind == Natural)
+        {
+            scores.push_back(outcome.best.score);
+        }
     }
     return scores;
 }
@@ -59,7 +62,7 @@ public:
             {
                 own.Join(misses.own.at(Natural));
                 atRate.Join(misses.atRate.at(Natural));
-                curves->push_back(MakeCurve(condition.name, ScoresOf(outcomes), people, hours));
+                curves->push_back(MakeCurve(condition.name, NaturalScores(outcomes), people, hours));
             }
         }
         report->Add(prefix + ", missed more than at 0.5 alarms/h, conditions with a goal, natural",
@@ -133,21 +136,16 @@ private:
 
     void TryNear()
     {
-        std::map<std::string, Share> kinds = {{Natural, {}}};
-        std::map<std::string, Share> sets;
+        std::map<std::string, Share> groups = {{Natural, {}}}; // by kind of voice, and by what is said
         for (const Outcome& outcome : ListenToClips(model, judged.near, CleanCondition(), judged.seed, pool))
         {
-            const bool accepted = outcome.best.score >= threshold;
-            kinds[outcome.clip->entry.kind].Add(accepted);
-            sets[outcome.clip->entry.set].Add(accepted);
+            const Entry& entry = outcome.clip->entry;
+            groups[entry.kind].Add(outcome.best.score >= threshold);
+            groups[entry.set].Add(outcome.best.score >= threshold);
         }
-        for (const auto& [kind, accepted] : kinds)
+        for (const auto& [group, accepted] : groups)
         {
-            report->Add(prefix + ", near phrases accepted, " + kind, accepted, kind == Natural ? Goal{15.0} : Goal());
-        }
-        for (const auto& [set, accepted] : sets)
-        {
-            report->Add(prefix + ", accepted, " + set, accepted, {});
+            report->Add(prefix + ", near phrases accepted, " + group, accepted, group == Natural ? Goal{15.0} : Goal());
         }
     }
 

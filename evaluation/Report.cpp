@@ -22,6 +22,11 @@ std::string Text(const Goal& goal)
 
 } // namespace
 
+const Report::Run& Report::Largest(const std::vector<Run>& runs)
+{
+    return *std::max_element(runs.begin(), runs.end(), [](const Run& a, const Run& b) { return a.figure < b.figure; });
+}
+
 void Report::Add(const std::string& what, const std::string& unit, const Goal& goal, Run run)
 {
     auto found = std::find_if(rows.begin(), rows.end(), [&](const Row& row) { return row.what == what; });
@@ -68,12 +73,7 @@ std::optional<double> Report::Worst(const std::string& what) const
     {
         return std::nullopt;
     }
-    double worst = found->runs.front().figure;
-    for (const Run& run : found->runs)
-    {
-        worst = std::max(worst, run.figure);
-    }
-    return worst;
+    return Largest(found->runs).figure;
 }
 
 std::string Report::Table() const
@@ -88,8 +88,7 @@ std::string Report::Table() const
             figures += (figures.empty() ? "" : ", ") + Short(run.figure);
             reached = reached && row.goal.Reached(run.figure);
         }
-        const Run& largest =
-            *std::max_element(row.runs.begin(), row.runs.end(), [](const Run& a, const Run& b) { return a.figure < b.figure; });
+        const Run& largest = Largest(row.runs);
         const std::string interval =
             largest.interval ? Short(largest.interval->least) + " to " + Short(largest.interval->most) : "";
         table += "| " + row.what + " | " + figures + " | " + Short(largest.figure) + " " + row.unit + " | " + interval + " | " +

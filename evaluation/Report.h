@@ -89,6 +89,7 @@ private:
         std::vector<Run> runs;
     };
 
+    static const Run& Largest(const std::vector<Run>& runs);
     void Add(const std::string& what, const std::string& unit, const Goal& goal, Run run);
 
     std::string notes;

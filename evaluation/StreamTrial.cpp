@@ -15,19 +15,6 @@ constexpr std::size_t Offsets = 16;
 constexpr double MostPlaceError = 100.0; // milliseconds
 constexpr float SpeechLevel = 0.03F;     // of a clip's peak: where it starts and ends
 
-std::optional<engine::Detection> Best(const engine::PhraseModel& model, std::span<const float> samples)
-{
-    std::optional<engine::Detection> best;
-    for (const engine::Detection& found : Listen(model, samples))
-    {
-        if (!best || found.score > best->score)
-        {
-            best = found;
-        }
-    }
-    return best;
-}
-
 /// How far a clip's score goes up and down as the frames' borders move over it.
 float ScoreSpread(const engine::PhraseModel& model, const Clip& clip)
 {
@@ -38,9 +25,9 @@ float ScoreSpread(const engine::PhraseModel& model, const Clip& clip)
         std::vector<float> samples(i * engine::FrameSize / Offsets, 0.0F);
         const std::vector<float> padded = WithSilence(clip.samples);
         samples.insert(samples.end(), padded.begin(), padded.end());
-        const auto best = Best(model, samples);
-        least = std::min(least, best ? best->score : 0.0F);
-        most = std::max(most, best ? best->score : 0.0F);
+        const float score = BestIn(model, samples).score;
+        least = std::min(least, score);
+        most = std::max(most, score);
     }
     return most - least;
 }
@@ -86,10 +73,10 @@ void TryStream(const Language& language, const Judged& judged, Report* report)
             spreads.push_back(ScoreSpread(language.firmware, judged.takes[i]));
         }
         const std::vector<float> padded = WithSilence(judged.takes[i].samples);
-        const auto best = Best(language.firmware, padded);
-        if (best && best->score >= threshold)
+        const engine::Detection best = BestIn(language.firmware, padded);
+        if (best.score >= threshold)
         {
-            const auto [start, end] = PlaceErrors(*best, padded);
+            const auto [start, end] = PlaceErrors(best, padded);
             startErrors.push_back(start);
             endErrors.push_back(end);
             misplaced.Add(std::max(std::abs(start), std::abs(end)) > MostPlaceError);

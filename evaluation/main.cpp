@@ -89,14 +89,11 @@ evaluation::Judged ReadJudged(const Material& material, const std::string& split
 
 std::string Heading(const Material& material, const std::string& split)
 {
-    std::string hours;
-    for (const auto& [what, clips] : {std::pair{"training", &material.training}, std::pair{split.c_str(), &material.background}})
-    {
-        hours += std::string(what) + ": " + evaluation::Short(evaluation::HoursOf(evaluation::PeopleOf(*clips, true))) +
-                 " h of people, " + evaluation::Short(evaluation::HoursOf(evaluation::PeopleOf(*clips, false))) +
-                 " h synthesised. ";
-    }
-    return "Background: " + hours + "\n\n";
+    const auto hours = [](const std::vector<evaluation::Clip>& clips) {
+        return evaluation::Short(evaluation::HoursOf(evaluation::PeopleOf(clips, true))) + " h of people, " +
+               evaluation::Short(evaluation::HoursOf(evaluation::PeopleOf(clips, false))) + " h synthesised.";
+    };
+    return "Background: training: " + hours(material.training) + " " + split + ": " + hours(material.background) + "\n\n";
 }
 
 void Try(const Order& order, const Material& material, const std::string& phrase, uint64_t seed, engine::WorkerPool* pool,

@@ -41,6 +41,13 @@ TEST(Listening, APhraseAtTheVeryEndIsFound)
     EXPECT_TRUE(Listen(Model(), {}).empty());
 }
 
+TEST(Listening, TheBestDetectionIsTheOneWithTheHighestScore)
+{
+    const std::vector<float> recording = Saying({0, 1, 2, 3}).samples;
+    EXPECT_EQ(BestIn(Model(), recording).score, Listen(Model(), recording).at(0).score);
+    EXPECT_EQ(BestIn(Model(), std::vector<float>(16'000)).score, 0.0F);
+}
+
 TEST(Listening, EachClipHasItsBestDetectionOrNone)
 {
     const std::vector<Clip> clips{Saying({0, 1, 2, 3}), Saying({3, 2, 1, 0})};

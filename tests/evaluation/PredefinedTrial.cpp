@@ -48,8 +48,8 @@ TEST(PredefinedTrial, MissesAlarmsAndNearPhrasesAreCountedAndNoted)
     EXPECT_EQ(report.Worst("a: predefined, missed, clean, natural"), 0.0);
     EXPECT_EQ(report.Worst("a: predefined, missed, clean, natural-accent"), 100.0);
     EXPECT_EQ(report.Worst("a: predefined, near phrases accepted, natural"), 50.0);
-    EXPECT_EQ(report.Worst("a: predefined, accepted, near-same"), 100.0);
-    EXPECT_EQ(report.Worst("a: predefined, accepted, near-swapped"), 0.0);
+    EXPECT_EQ(report.Worst("a: predefined, near phrases accepted, near-same"), 100.0);
+    EXPECT_EQ(report.Worst("a: predefined, near phrases accepted, near-swapped"), 0.0);
     EXPECT_THAT(report.Notes(), HasSubstr("missed, clean: silent.wav"));
     ASSERT_EQ(curves.size(), 8U) << "one for each condition with a goal";
     EXPECT_EQ(curves[0].name, "clean");
