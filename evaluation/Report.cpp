@@ -45,7 +45,8 @@ void Report::Add(const std::string& what, double figure, const Goal& goal, const
 void Report::Add(const std::string& what, const Share& share, const Goal& goal)
 {
     const std::string cases = std::to_string(share.counted) + " of " + std::to_string(share.all);
-    Add(what, "%", goal, Run{share.Percent(), cases, ShareInterval(share.counted, share.all)});
+    const engine::CountInterval part = engine::ShareFromCount(share.counted, share.all);
+    Add(what, "%", goal, Run{share.Percent(), cases, engine::CountInterval{100.0 * part.least, 100.0 * part.most}});
 }
 
 void Report::AddRate(const std::string& what, int events, double hours, const Goal& goal)
@@ -55,10 +56,8 @@ void Report::AddRate(const std::string& what, int events, double hours, const Go
         Add(what, "/h", goal, Run{std::numeric_limits<double>::infinity(), "nothing was heard", std::nullopt});
         return;
     }
-    const Interval mean = EventInterval(events);
     Add(what, "/h", goal,
-        Run{events / hours, std::to_string(events) + " in " + Short(hours) + " h",
-            Interval{mean.least / hours, mean.most / hours}});
+        Run{events / hours, std::to_string(events) + " in " + Short(hours) + " h", engine::RateFromCount(events, hours)});
 }
 
 void Report::Note(const std::string& line)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "evaluation/Interval.h"
+#include "engine/base/CountInterval.h"
 
 #include <limits>
 #include <optional>
@@ -79,7 +79,7 @@ private:
     {
         double figure = 0.0;
         std::string cases; ///< that it was counted from; empty for others
-        std::optional<Interval> interval;
+        std::optional<engine::CountInterval> interval;
     };
     struct Row
     {

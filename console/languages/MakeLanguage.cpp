@@ -1,7 +1,6 @@
 #include "console/languages/MakeLanguage.h"
 
 #include "console/hosting/Outputs.h"
-#include "console/languages/AlarmRate.h"
 #include "console/languages/ConfigurationEdit.h"
 #include "console/languages/FileExchange.h"
 #include "console/languages/LanguageRecordings.h"
@@ -11,6 +10,7 @@
 #include "console/text/LanguageName.h"
 #include "console/text/Utf8Path.h"
 #include "console/text/Wording.h"
+#include "engine/base/CountInterval.h"
 #include "engine/training/LanguageTrainer.h"
 
 #include <fmt/format.h>
@@ -167,7 +167,7 @@ void AddThresholds(const engine::LanguageModels& models, double alarmsPerHour, R
 {
     const double hours = models.backgroundHours;
     const double expected = alarmsPerHour * hours;
-    const RateInterval rate = RateFromCount(std::lround(expected), hours);
+    const engine::CountInterval rate = engine::RateFromCount(std::lround(expected), hours);
     report->facts.insert(report->facts.end(),
                          {{"preDefinedThreshold", models.preDefinedThreshold, "thresholds",
                            fmt::format("{:g} for everybody, {:g} for a user's own model", models.preDefinedThreshold,
@@ -182,7 +182,7 @@ void AddThresholds(const engine::LanguageModels& models, double alarmsPerHour, R
     const std::string text = fmt::format(
         "one expects {:.1f} false alarms in {:.2f} h of background, and more for sound unlike it; to know the rate to "
         "within twice, {:.0f} h are needed",
-        expected, hours, static_cast<double>(CountForTwice) / alarmsPerHour);
+        expected, hours, static_cast<double>(engine::CountForTwice) / alarmsPerHour);
     report->remarks.push_back({Tone::Note, "Background", text, ""});
 }
 

@@ -1,8 +1,8 @@
 #include "console/languages/MissEstimate.h"
 
-#include "console/languages/AlarmRate.h"
 #include "console/languages/LanguageRecordings.h"
 #include "console/text/Wording.h"
+#include "engine/base/CountInterval.h"
 #include "engine/enrollment/TakeReview.h"
 #include "engine/training/LanguageTrainer.h"
 
@@ -87,7 +87,7 @@ void AddMisses(const std::optional<HeldOutTakes>& takes, double alarmsPerHour, R
     }
     const auto all = std::ssize(takes->scores);
     const int64_t missed = takes->MissedAt(alarmsPerHour);
-    const RateInterval share = ShareFromCount(missed, all);
+    const engine::CountInterval share = engine::ShareFromCount(missed, all);
     report->facts.insert(report->facts.end(),
                          {{"missed", missed, "misses",
                            fmt::format("{} of {} of {} that were not learned from; that leaves {:.1f} % to {:.1f} % open (95 %)",
@@ -105,7 +105,7 @@ void AddMisses(const std::optional<HeldOutTakes>& takes, double alarmsPerHour, R
     for (const double rate : {0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 1.0, 2.0, 5.0, 10.0})
     {
         const int64_t below = takes->MissedAt(rate);
-        const RateInterval open = ShareFromCount(below, all);
+        const engine::CountInterval open = engine::ShareFromCount(below, all);
         chart.points.push_back(
             {rate, 100.0 * static_cast<double>(below) / static_cast<double>(all), 100.0 * open.least, 100.0 * open.most});
     }

@@ -1,6 +1,6 @@
 #include "console/languages/MissEstimate.h"
 
-#include "console/languages/AlarmRate.h"
+#include "engine/base/CountInterval.h"
 #include "tests/engine/support/TinyLanguage.h"
 
 #include <gtest/gtest.h>
@@ -91,7 +91,7 @@ TEST(MissEstimate, FewerFalseAlarmsAreMoreMisses)
     EXPECT_EQ(chart.points.back().y, 25.0);
     for (const Chart::Point& point : chart.points)
     {
-        const RateInterval share = ShareFromCount(takes.MissedAt(point.x), 4);
+        const velox::engine::CountInterval share = velox::engine::ShareFromCount(takes.MissedAt(point.x), 4);
         EXPECT_DOUBLE_EQ(point.least, 100.0 * share.least);
         EXPECT_DOUBLE_EQ(point.most, 100.0 * share.most);
     }

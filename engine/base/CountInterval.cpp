@@ -1,8 +1,8 @@
-#include "console/languages/AlarmRate.h"
+#include "engine/base/CountInterval.h"
 
 #include <cmath>
 
-namespace velox::console
+namespace velox::engine
 {
 
 namespace
@@ -20,11 +20,11 @@ double LogFactorial(int64_t number)
 /// The interval of a count, between 0 and `most`.
 /// @param logExactly  logarithm of the probability of a number of events at a place
 template <typename LogExactly>
-RateInterval IntervalOf(int64_t count, double most, const LogExactly& logExactly)
+CountInterval IntervalOf(int64_t count, double most, const LogExactly& logExactly)
 {
     // The chance of so many events or fewer falls from place to place.
     const auto placeWhere = [&](int64_t events, double chance) {
-        RateInterval place{0.0, most};
+        CountInterval place{0.0, most};
         for (int i = 0; i < Halvings; ++i)
         {
             const double middle = (place.least + place.most) / 2.0;
@@ -42,21 +42,22 @@ RateInterval IntervalOf(int64_t count, double most, const LogExactly& logExactly
 
 } // namespace
 
-RateInterval RateFromCount(int64_t count, double hours)
+CountInterval RateFromCount(int64_t count, double hours)
 {
-    const RateInterval interval = IntervalOf(count, 10.0 + 3.0 * static_cast<double>(count), [](int64_t events, double expected) {
-        return static_cast<double>(events) * std::log(expected) - expected - LogFactorial(events);
-    });
+    const CountInterval interval =
+        IntervalOf(count, 10.0 + 3.0 * static_cast<double>(count), [](int64_t events, double expected) {
+            return static_cast<double>(events) * std::log(expected) - expected - LogFactorial(events);
+        });
     return {interval.least / hours, interval.most / hours};
 }
 
-RateInterval ShareFromCount(int64_t count, int64_t of)
+CountInterval ShareFromCount(int64_t count, int64_t of)
 {
-    const RateInterval interval = IntervalOf(count, 1.0, [of](int64_t events, double share) {
+    const CountInterval interval = IntervalOf(count, 1.0, [of](int64_t events, double share) {
         return LogFactorial(of) - LogFactorial(events) - LogFactorial(of - events) +
                static_cast<double>(events) * std::log(share) + static_cast<double>(of - events) * std::log1p(-share);
     });
     return {interval.least, count == of ? 1.0 : interval.most};
 }
 
-} // namespace velox::console
+} // namespace velox::engine
