@@ -71,8 +71,7 @@ public:
             samples = MakeCopy(plan, recording, background);
         }
         const std::vector<MelFrame> features = AnalyseRecording(statistics, samples, plan.warp);
-        const auto weight = static_cast<float>(features.size());
-        return {ToMatrix(features), std::vector<int>(features.size(), backgroundLabel), weight, false};
+        return {ToMatrix(features), std::vector<int>(features.size(), backgroundLabel), 1.0F, false};
     }
 
 private:

@@ -1,5 +1,6 @@
 #include "engine/training/TrainingMaterial.h"
 
+#include "engine/training/CropSampler.h"
 #include "engine/training/FeatureMeasurement.h"
 #include "engine/training/TakeAlignment.h"
 #include "tests/engine/support/TinyLanguage.h"
@@ -72,6 +73,30 @@ TEST(TrainingMaterial, LabelsNameThePhraseInTakesAndNothingInBackground)
             EXPECT_GE(std::count(sequence.labels.begin(), sequence.labels.end(), state), 1) << state;
         }
     }
+}
+
+TEST(TrainingMaterial, BackgroundIsDrawnByItsLengthHoweverItIsCutIntoRecordings)
+{
+    Language language;
+    language.options.backgroundCopies = 0;
+    auto& background = language.material.background;
+    const std::vector<float> whole = background.front(); // ten seconds
+    background = {whole};
+    for (std::size_t second = 0; second < 10; ++second)
+    {
+        const auto begin = whole.begin() + static_cast<std::ptrdiff_t>(second * SampleRate);
+        background.emplace_back(begin, begin + SampleRate);
+    }
+    const TrainingMaterial made = language.Make();
+    const CropSampler sampler(made.sequences, static_cast<int>(language.alignment.states));
+    RandomStream random(1);
+    int fromShort = 0;
+    constexpr int Draws = 2000;
+    for (int i = 0; i < Draws; ++i)
+    {
+        fromShort += sampler.Draw(false, 120, &random).sequence->Sequence().Frames() < 200 ? 1 : 0;
+    }
+    EXPECT_NEAR(static_cast<double>(fromShort) / Draws, 0.5, 0.05);
 }
 
 TEST(TrainingMaterial, ATakeThatIsTooShortGivesNothing)
