@@ -3,6 +3,7 @@
 #include "engine/base/AudioFormat.h"
 #include "engine/enrollment/SpeedChange.h"
 #include "engine/sound/FastConvolution.h"
+#include "engine/sound/SpeechLevel.h"
 
 #include <Eigen/Core>
 
@@ -156,13 +157,13 @@ void AddNoise(const NoisePlan& plan, std::span<const Samples> background, Sample
 {
     const Samples noise = plan.babble.empty() ? ColouredNoise(plan.colour, plan.seed, samples->size())
                                               : Babble(plan.babble, background, samples->size());
-    const double wanted = RootMeanSquare(*samples) / Amplitude(plan.signalToNoise);
+    const double wanted = SpeechLevel(*samples) / Amplitude(plan.signalToNoise);
     AsArray(samples) += GainTo(wanted, RootMeanSquare(noise)) * AsArray(noise);
 }
 
 void SetLevel(double level, Samples* samples)
 {
-    const float gain = GainTo(Amplitude(level), RootMeanSquare(*samples));
+    const float gain = GainTo(Amplitude(level), SpeechLevel(*samples));
     AsArray(samples) = (gain * AsArray(samples)).max(-1.0F).min(1.0F);
 }
 

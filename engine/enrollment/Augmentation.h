@@ -28,7 +28,7 @@ struct Band
 
 struct NoisePlan
 {
-    double signalToNoise = 10.0;         ///< dB, root mean squares over the whole copy
+    double signalToNoise = 10.0;         ///< dB, of the speech (SpeechLevel) over the noise
     std::vector<BackgroundPiece> babble; ///< equally loud; empty for coloured noise
     double colour = 0.0;                 ///< pole of the coloured noise, 0 for white
     uint64_t seed = 0;                   ///< of the coloured noise
@@ -45,7 +45,7 @@ struct AugmentationPlan
     std::optional<Band> band;
     std::optional<Room> room;
     std::optional<NoisePlan> noise;
-    double level = -26.0; ///< root mean square of the copy, dB relative to full scale
+    double level = -26.0; ///< of the copy's speech (SpeechLevel), noise included, dB relative to full scale
 };
 
 struct Range

@@ -95,6 +95,32 @@ TEST(Augmentation, NoiseOfEitherKindHasTheRatioOfThePlan)
     }
 }
 
+TEST(Augmentation, SilenceAroundTheSpeechMakesTheNoiseNoWeaker)
+{
+    // A tenth of the recording is sound: over the whole of it the noise would be 10 dB weaker.
+    std::vector<float> recording(160000, 0.0F);
+    const std::vector<float> sine = Signals::Sine(300.0, 0.1, 16000);
+    std::copy(sine.begin(), sine.end(), recording.begin() + 72000);
+    AugmentationPlan plan;
+    plan.noise = NoisePlan{10.0, {}, 0.0, 4};
+    plan.level = -30.0;
+    const std::vector<float> copy = MakeCopy(plan, recording, {});
+    const double quiet = Signals::RootMeanSquare(std::span(copy).first(64000));
+    const double speech = Signals::RootMeanSquare(std::span(copy).subspan(72000, 16000));
+    EXPECT_NEAR(Signals::Decibels(std::sqrt(speech * speech - quiet * quiet) / quiet), 10.0, 0.3);
+}
+
+TEST(Augmentation, TheLevelIsThatOfTheSpeech)
+{
+    std::vector<float> recording(160000, 0.0F);
+    const std::vector<float> sine = Signals::Sine(300.0, 0.1, 16000);
+    std::copy(sine.begin(), sine.end(), recording.begin() + 72000);
+    AugmentationPlan plan;
+    plan.level = -30.0;
+    const std::vector<float> copy = MakeCopy(plan, recording, {});
+    EXPECT_NEAR(Signals::Decibels(Signals::RootMeanSquare(std::span(copy).subspan(72000, 16000))), -30.0, 0.1);
+}
+
 TEST(Augmentation, PiecesOfBabbleAreEquallyLoudAndBeginAnew)
 {
     // Background 1 is fifty times as quiet as background 0 and lasts 3000 samples.
