@@ -172,11 +172,11 @@ void SetLevel(double level, Samples* samples)
 AugmentationPlan DrawPlan(const AugmentationRanges& ranges, std::span<const std::vector<float>> background, RandomStream* random)
 {
     AugmentationPlan plan;
-    if (Chance(ranges.speedChance, random))
+    if (Chance(ranges.tempoChance, random))
     {
-        plan.speed = Draw(ranges.speed, random);
+        plan.speed = Draw(ranges.tempo, random);
     }
-    plan.warp = Draw(ranges.warp, random);
+    plan.warp = plan.speed / Draw(ranges.formant, random);
     if (Chance(ranges.tiltChance, random))
     {
         plan.tilt = Draw(ranges.tilt, random);

@@ -39,8 +39,8 @@ struct NoisePlan
 /// 2015; rooms: Ko et al. 2017; warp: Jaitly and Hinton, "Vocal tract length perturbation improves speech recognition", 2013).
 struct AugmentationPlan
 {
-    double speed = 1.0; ///< above 1 is faster; pitch goes with it
-    double warp = 1.0;  ///< for the MelFilterbank that the copy is analysed with
+    double speed = 1.0; ///< above 1 is faster; pitch and formants go with it
+    double warp = 1.0;  ///< for the MelFilterbank that the copy is analysed with: the formants come out at speed / warp
     double tilt = 0.0;  ///< a in 1 + a / z
     std::optional<Band> band;
     std::optional<Room> room;
@@ -57,9 +57,9 @@ struct Range
 /// What plans are drawn from. Chances are shares of the copies; the rest is without.
 struct AugmentationRanges
 {
-    double speedChance = 0.7;
-    Range speed{0.82, 1.22};
-    Range warp{0.82, 1.18};
+    double tempoChance = 0.7;
+    Range tempo{0.77, 1.33};   ///< the copy's speed
+    Range formant{0.85, 1.18}; ///< factor of the formants' frequencies, whatever the tempo
     double tiltChance = 0.75;
     Range tilt{-0.5, 0.5};
     double bandChance = 0.12;
@@ -82,7 +82,7 @@ struct AugmentationRanges
 inline constexpr AugmentationRanges TrainingRanges{};
 /// For the takes of one user: the voice stays as it is, but may come through a telephone.
 inline constexpr AugmentationRanges EnrollmentRanges{
-    .speedChance = 0.0, .warp = {1.0, 1.0}, .bandChance = 0.25, .signalToNoise = {5.0, 25.0}};
+    .tempoChance = 0.0, .formant = {1.0, 1.0}, .bandChance = 0.25, .signalToNoise = {5.0, 25.0}};
 
 /// @param background  recordings to make babble of; where there are none, noise is coloured noise
 AugmentationPlan DrawPlan(const AugmentationRanges& ranges, std::span<const std::vector<float>> background, RandomStream* random);

@@ -24,6 +24,19 @@ double ToFrequency(double mel)
     return 700.0 * std::expm1(mel / 1127.0);
 }
 
+/// Multiplies frequencies by the warp up to a bend, and from there on brings them back to the band's upper end.
+double WarpFrequency(double frequency, double warp)
+{
+    constexpr double BendShare = 0.8; // of the band's upper end: the higher of the bend's two frequencies
+    const double bend = BendShare * HighestFrequency / std::max(1.0, warp);
+    if (frequency <= bend)
+    {
+        return warp * frequency;
+    }
+    const double slope = (HighestFrequency - warp * bend) / (HighestFrequency - bend);
+    return HighestFrequency - slope * (HighestFrequency - frequency);
+}
+
 } // namespace
 
 MelFilterbank::MelFilterbank(double warp)
@@ -31,7 +44,7 @@ MelFilterbank::MelFilterbank(double warp)
     const double lowest = ToMel(LowestFrequency);
     const double step = (ToMel(HighestFrequency) - lowest) / (MelChannels + 1);
     const auto edge = [&](std::size_t i) {
-        return warp * ToFrequency(lowest + step * static_cast<double>(i));
+        return WarpFrequency(ToFrequency(lowest + step * static_cast<double>(i)), warp);
     };
     constexpr double BinWidth = static_cast<double>(SampleRate) / FftSize;
     constexpr std::size_t Bins = FftSize / 2 + 1;

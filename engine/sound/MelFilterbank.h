@@ -16,7 +16,9 @@ using MelFrame = std::array<float, MelChannels>;
 class MelFilterbank
 {
 public:
-    /// @param warp  factor of the channels' frequencies, 1 for none: a longer or shorter vocal tract in training
+    /// @param warp  factor of the channels' frequencies, 1 for none: a longer or shorter vocal tract in training. Towards 7200 Hz
+    ///              it goes back to none, so that no channel leaves the band (piecewise linear: Lee and Rose, "A frequency
+    ///              warping approach to speaker normalization", 1998)
     explicit MelFilterbank(double warp = 1.0);
 
     /// @param power  FftSize / 2 + 1 squared magnitudes

@@ -34,13 +34,43 @@ TEST(MelFilterbank, CentresLieEvenlyOnTheMelScale)
     EXPECT_NEAR(filterbank.CentreFrequency(39), 6766.239, 0.001);
 }
 
-TEST(MelFilterbank, TheWarpMultipliesEveryCentre)
+TEST(MelFilterbank, TheWarpMultipliesTheCentresUpToItsBend)
 {
+    // The bend lies at 5760 Hz, and where the warp is above 1, at 5760 Hz after it.
     const MelFilterbank plain;
-    const MelFilterbank warped(1.1);
-    for (std::size_t channel = 0; channel < MelChannels; ++channel)
+    for (const double warp : {0.7, 0.9, 1.1, 1.5})
     {
-        EXPECT_NEAR(warped.CentreFrequency(channel), 1.1 * plain.CentreFrequency(channel), 1e-6) << channel;
+        SCOPED_TRACE(warp);
+        const MelFilterbank warped(warp);
+        for (std::size_t channel = 0; channel < MelChannels; ++channel)
+        {
+            const double frequency = plain.CentreFrequency(channel);
+            if (std::max(frequency, warp * frequency) < 5760.0)
+            {
+                EXPECT_NEAR(warped.CentreFrequency(channel), warp * frequency, 1e-6) << channel;
+            }
+        }
+    }
+}
+
+TEST(MelFilterbank, NoWarpedChannelLeavesTheBand)
+{
+    const double lastCentre = MelFilterbank().CentreFrequency(MelChannels - 1);
+    for (const double warp : {0.65, 0.8, 1.2, 1.55})
+    {
+        SCOPED_TRACE(warp);
+        const MelFilterbank warped(warp);
+        for (std::size_t channel = 1; channel < MelChannels; ++channel)
+        {
+            EXPECT_GT(warped.CentreFrequency(channel), warped.CentreFrequency(channel - 1)) << channel;
+        }
+        // Beyond the bend the distance to 7200 Hz is scaled.
+        const double bend = 5760.0 / std::max(1.0, warp);
+        const double slope = (7200.0 - warp * bend) / (7200.0 - bend);
+        EXPECT_NEAR(warped.CentreFrequency(MelChannels - 1), 7200.0 - slope * (7200.0 - lastCentre), 1e-6);
+        std::array<float, Bins> power{};
+        std::fill(power.begin() + 231, power.end(), 1.0F); // from 7218.75 Hz on
+        EXPECT_THAT(Apply(warped, power), Each(FloatEq(LogFloor)));
     }
 }
 
@@ -74,14 +104,6 @@ TEST(MelFilterbank, NothingBelow80HzOrFrom7200HzOnIsHeard)
 TEST(MelFilterbank, SilenceGivesTheFloor)
 {
     EXPECT_THAT(Apply(MelFilterbank(), {}), Each(FloatEq(LogFloor)));
-}
-
-TEST(MelFilterbank, AWarpPastTheHighestBinStaysWithinTheSpectrum)
-{
-    std::array<float, Bins> power{};
-    power.fill(1.0F);
-    // The last channel's triangle goes from 7246 over 7714 to 8208 Hz: 15.4 bins' worth, 1.2 of them above the last bin, 8000 Hz.
-    EXPECT_NEAR(std::exp(Apply(MelFilterbank(1.14), power)[39]), 14.2, 0.05);
 }
 
 } // namespace
