@@ -49,7 +49,7 @@ engine::PhraseModel FullSizeModel()
     rows.pop_back();
 
     engine::PhraseModel model;
-    model.statistics.startMean.fill(-10.0F);
+    model.statistics.startShape.fill(0.0F);
     model.statistics.mean.fill(0.0F);
     model.statistics.deviation.fill(1.0F);
     model.network = network.Fold(rows);

@@ -30,7 +30,7 @@ enum class BlobKind : uint32_t
 struct BlobHeader
 {
     static constexpr std::size_t Size = 16;
-    static constexpr uint32_t Version = 1;
+    static constexpr uint32_t Version = 2;
     static constexpr uint32_t LargestBlob = 64U << 20U;
 };
 

@@ -98,7 +98,7 @@ std::optional<SpeakerModel> ReadSpeaker(std::size_t states, BlobReader* reader)
 std::vector<uint8_t> WritePhraseModel(const PhraseModel& model)
 {
     BlobWriter writer(BlobKind::Firmware);
-    writer.F32s(model.statistics.startMean);
+    writer.F32s(model.statistics.startShape);
     writer.F32s(model.statistics.mean);
     writer.F32s(model.statistics.deviation);
     writer.U32(static_cast<uint32_t>(model.states.States()));
@@ -127,7 +127,7 @@ Status ReadPhraseModel(const uint8_t* blob, PhraseModel* model)
     }
 
     PhraseModel read;
-    reader.F32s(read.statistics.startMean);
+    reader.F32s(read.statistics.startShape);
     reader.F32s(read.statistics.mean);
     reader.F32s(read.statistics.deviation);
     const uint32_t states = reader.Count(StateModel::MostStates);

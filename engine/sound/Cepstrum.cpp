@@ -1,8 +1,12 @@
 #include "engine/sound/Cepstrum.h"
 
+#include "engine/sound/ChannelNormalizer.h"
+
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
+#include <vector>
 
 namespace velox::engine
 {
@@ -68,6 +72,27 @@ void AddDeltas(Eigen::Ref<Eigen::MatrixXf> frames)
     frames.bottomRows(size) *= DeltaDeltaScale;
 }
 
+/// What lies 50 dB below the loudest frame's level or deeper comes to lie there: digital silence within an utterance is no sound
+/// of its own.
+std::vector<MelFrame> WithoutDepths(std::span<const MelFrame> logMel)
+{
+    constexpr float Deepest = 11.5F;
+    float loudest = std::numeric_limits<float>::lowest();
+    for (const MelFrame& frame : logMel)
+    {
+        loudest = std::max(loudest, MeanLevel(frame));
+    }
+    std::vector<MelFrame> frames(logMel.begin(), logMel.end());
+    for (MelFrame& frame : frames)
+    {
+        for (float& value : frame)
+        {
+            value = std::max(value, loudest - Deepest);
+        }
+    }
+    return frames;
+}
+
 } // namespace
 
 Eigen::MatrixXf Cepstra(std::span<const MelFrame> logMel)
@@ -108,7 +133,7 @@ Eigen::MatrixXf WithDeltas(const Eigen::MatrixXf& cepstra)
 
 Eigen::MatrixXf UtteranceCepstra(std::span<const MelFrame> logMel)
 {
-    Eigen::MatrixXf cepstra = Cepstra(logMel);
+    Eigen::MatrixXf cepstra = Cepstra(WithoutDepths(logMel));
     RemoveMean(&cepstra);
     return WithDeltas(cepstra);
 }

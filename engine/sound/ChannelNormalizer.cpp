@@ -17,9 +17,13 @@ float NoiseFloor::Update(float level)
     constexpr float RiseShare = 0.002F; // of the gap, per frame, at most
     constexpr float MostRise = 0.01F;
 
-    if (!started)
+    if (level < LeastLevel)
     {
-        started = true;
+        return 0.0F;
+    }
+    if (settled < SettlingFrames)
+    {
+        ++settled;
         floor = level;
         return 0.0F;
     }
@@ -28,23 +32,60 @@ float NoiseFloor::Update(float level)
     return level - floor;
 }
 
-ChannelNormalizer::ChannelNormalizer(const FeatureStatistics& trained) : statistics(trained), runningMean(trained.startMean)
+ChannelNormalizer::ChannelNormalizer(const FeatureStatistics& trained) : statistics(trained)
 {
+    recentLevels.fill(LeastMean);
+}
+
+void ChannelNormalizer::FollowPeaks(float level)
+{
+    constexpr float SlowFall = 0.003F; // per frame
+    constexpr float FastFall = 0.3F;   // of the gap, per frame
+
+    recentLevels[frames % recentLevels.size()] = level;
+    ++frames;
+    const float lasting = *std::min_element(recentLevels.begin(), recentLevels.end());
+    slowPeak = std::max(lasting, slowPeak - SlowFall);
+    fastPeak = std::max(level, fastPeak + FastFall * (level - fastPeak));
+    if (guessShare < 1.0F && lasting > learnedLevel / (1.0F - guessShare) + NewSpeechRise)
+    {
+        Forget();
+    }
+}
+
+void ChannelNormalizer::Forget()
+{
+    guessShare = 1.0F;
+    learned.fill(0.0F);
+    learnedLevel = 0.0F;
+    weight = StartWeight;
+}
+
+void ChannelNormalizer::Learn(const MelFrame& logMel, float level)
+{
+    weight = std::min(weight + 1.0F, MostWeight);
+    guessShare -= guessShare / weight;
+    learnedLevel += (level - learnedLevel) / weight;
+    for (std::size_t i = 0; i < MelChannels; ++i)
+    {
+        learned[i] += (logMel[i] - learned[i]) / weight;
+    }
 }
 
 void ChannelNormalizer::Apply(const MelFrame& logMel, float aboveFloor, MelFrame* feature)
 {
-    if (aboveFloor > NoiseFloor::SpeechMargin)
+    const float level = MeanLevel(logMel);
+    FollowPeaks(level);
+    if (NoiseFloor::IsSpeech(aboveFloor) && level > slowPeak - SpeechRange)
     {
-        weight = std::min(weight + 1.0F, MostWeight);
-        for (std::size_t i = 0; i < MelChannels; ++i)
-        {
-            runningMean[i] += (logMel[i] - runningMean[i]) / weight;
-        }
+        Learn(logMel, level);
     }
+    const float guess = std::max({LeastMean, level - aboveFloor + LeastRise, std::max(slowPeak, fastPeak) - PeakAboveMean});
     for (std::size_t i = 0; i < MelChannels; ++i)
     {
-        (*feature)[i] = (logMel[i] - runningMean[i] - statistics.mean[i]) / statistics.deviation[i];
+        const float mean = guessShare * (statistics.startShape[i] + guess) + learned[i];
+        const float value = std::max(logMel[i] - mean, -Depth);
+        (*feature)[i] = (value - statistics.mean[i]) / statistics.deviation[i];
     }
 }
 

@@ -26,6 +26,8 @@ constexpr std::size_t LeastPause = 50;
 constexpr double SimilarLength = 0.7;
 /// Share of a take's frames that lie on the floor or below.
 constexpr double FloorShare = 0.1;
+/// The floor lies no deeper than this below the loudness: 50 dB. Digital silence would be deeper than any room.
+constexpr float DeepestFloor = 11.5F;
 /// Speech begins at this share of the way from the floor to the loudness, and is under way at that one.
 constexpr float SpeechShare = 0.25F;
 constexpr float UnderWayShare = 0.5F;
@@ -63,8 +65,8 @@ TakeLevels MeasureLevels(std::span<const MelFrame> logMel)
     std::vector<float> sorted = levels.frames;
     std::sort(sorted.begin(), sorted.end(), std::greater<>());
     const auto floorRank = static_cast<std::size_t>(FloorShare * static_cast<double>(sorted.size() - 1));
-    levels.floor = sorted[sorted.size() - 1 - floorRank];
     levels.loudness = sorted[LoudFrames - 1];
+    levels.floor = std::max(sorted[sorted.size() - 1 - floorRank], levels.loudness - DeepestFloor);
     return levels;
 }
 

@@ -11,8 +11,8 @@ namespace
 
 constexpr double LowestFrequency = 80.0;
 constexpr double HighestFrequency = 7200.0;
-/// Added to an energy before its logarithm; samples lie in [-1, 1].
-constexpr float EnergyFloor = 1e-6F;
+/// Added to an energy before its logarithm: less than what the rounding to 16 bits leaves; samples lie in [-1, 1].
+constexpr float EnergyFloor = 1e-9F;
 
 double ToMel(double frequency)
 {

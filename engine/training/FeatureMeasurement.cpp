@@ -31,6 +31,16 @@ MelFrame LouderHalfMean(std::vector<MelFrame> frames)
     return mean;
 }
 
+MelFrame WithoutLevel(MelFrame frame)
+{
+    const float level = MeanLevel(frame);
+    for (float& value : frame)
+    {
+        value -= level;
+    }
+    return frame;
+}
+
 /// Running mean and deviation of every channel.
 struct ChannelMoments
 {
@@ -64,7 +74,7 @@ FeatureStatistics MeasureStatistics(const std::vector<std::vector<float>>& backg
         logMel.insert(logMel.end(), frames.begin(), frames.end());
     }
     FeatureStatistics statistics;
-    statistics.startMean = LouderHalfMean(std::move(logMel));
+    statistics.startShape = WithoutLevel(LouderHalfMean(std::move(logMel)));
     statistics.deviation.fill(1.0F);
 
     ChannelMoments moments;

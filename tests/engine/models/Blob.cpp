@@ -45,7 +45,7 @@ TEST(Blob, HeaderAndFieldsStandAsDocumented)
     const std::vector<uint8_t> blob = writer.Finish();
     const std::vector<uint8_t> contents{1, 2, 3, 4, 0, 0, 0x80, 0x3F};
     const uint32_t crc = Crc32(contents);
-    std::vector<uint8_t> expected{'V', 'W', 'Z', 'N', 1, 0, 0, 0, 24, 0, 0, 0};
+    std::vector<uint8_t> expected{'V', 'W', 'Z', 'N', 2, 0, 0, 0, 24, 0, 0, 0};
     for (unsigned int shift = 0; shift < 32; shift += 8)
     {
         expected.push_back(static_cast<uint8_t>(crc >> shift));

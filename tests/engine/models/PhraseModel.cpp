@@ -26,7 +26,7 @@ TEST(PhraseModel, ComesBackAsItWasWritten)
     const std::vector<uint8_t> blob = WritePhraseModel(written);
     Model read;
     ASSERT_EQ(ReadPhraseModel(blob.data(), &read), Status::Success);
-    EXPECT_EQ(read.statistics.startMean, written.statistics.startMean);
+    EXPECT_EQ(read.statistics.startShape, written.statistics.startShape);
     EXPECT_EQ(read.statistics.deviation, written.statistics.deviation);
     EXPECT_EQ(read.states.meanDuration, written.states.meanDuration);
     EXPECT_EQ(read.states.logPrior, written.states.logPrior);

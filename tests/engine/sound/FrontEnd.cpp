@@ -15,7 +15,7 @@ using testing::FloatEq;
 using testing::FloatNear;
 using testing::Pointwise;
 
-const float LogFloor = std::log(1e-6F);
+const float LogFloor = std::log(1e-9F);
 
 std::size_t Loudest(const MelFrame& frame)
 {

@@ -15,7 +15,7 @@ using testing::FloatEq;
 using testing::FloatNear;
 
 constexpr std::size_t Bins = PowerSpectrum::Bins;
-const float LogFloor = std::log(1e-6F);
+const float LogFloor = std::log(1e-9F);
 
 MelFrame Apply(const MelFilterbank& filterbank, const std::array<float, Bins>& power)
 {

@@ -24,7 +24,7 @@ constexpr std::size_t HalfSecond = SampleRate / 2;
 constexpr std::size_t QuarterSecond = SampleRate / 4;
 constexpr std::size_t RampSamples = 320;
 /// Normalised level of a channel that separates tone from noise.
-constexpr float Middle = 6.0F;
+constexpr float Middle = 4.5F;
 constexpr float Variance = 50.0F;
 
 Network ToneNetwork()
@@ -53,7 +53,7 @@ PhraseModel Phrase()
     PhraseModel model;
     for (std::size_t i = 0; i < MelChannels; ++i)
     {
-        model.statistics.startMean[i] = -10.0F + static_cast<float>(i) / 6.0F; // about the noise's level
+        model.statistics.startShape[i] = (static_cast<float>(i) - 19.5F) / 6.0F; // about the noise's shape
     }
     model.statistics.mean.fill(0.0F);
     model.statistics.deviation.fill(1.0F);
