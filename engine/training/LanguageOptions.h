@@ -14,7 +14,7 @@ struct LanguageOptions
     int copies = 10;          ///< noisy copies of each take
     int backgroundCopies = 2; ///< noisy copies of the background
     int batches = 4000;       ///< steps of the network's training
-    int batchSize = 24;       ///< crops in a step; a multiple of 4
+    int batchSize = 24;       ///< crops in a step; a multiple of 4: two slices of takes and others
     uint64_t seed = 1;
     int threads = 1; ///< the result does not depend on it
     TrainingProgress progress = [](double) {

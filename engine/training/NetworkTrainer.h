@@ -13,12 +13,12 @@ namespace velox::engine
 
 struct NetworkTrainerOptions
 {
-    int states = 0;         ///< of the phrase
-    int batches = 2500;     ///< steps of the training
-    int batchSize = 24;     ///< crops in a step
-    int slices = 4;         ///< of a batch, that can be computed at the same time; the result depends on it
-    int cropFrames = 120;   ///< that a crop's outputs speak of
-    int outputStep = 3;     ///< frames between outputs; divides the dilations
+    int states = 0;       ///< of the phrase
+    int batches = 2500;   ///< steps of the training
+    int batchSize = 24;   ///< crops in a step
+    int slices = 2;       ///< of a batch, that can be computed at the same time; the result depends on it: each has its own means
+    int cropFrames = 120; ///< that a crop's outputs speak of
+    int outputStep = 3;   ///< frames between outputs; divides the dilations
     double peakRate = 4e-3; ///< of learning
     double labelSmoothing = 0.02;
     double dropout = 0.1;

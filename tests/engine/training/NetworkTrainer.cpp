@@ -161,6 +161,12 @@ TEST_F(NetworkTrainer, LetsAnExceptionOfTheCallbackThrough)
                  std::runtime_error);
 }
 
+TEST_F(NetworkTrainer, AtLeastTwelveCropsAreNormalisedTogether)
+{
+    const NetworkTrainerOptions usual;
+    EXPECT_GE(usual.batchSize / usual.slices, 12);
+}
+
 TEST_F(NetworkTrainer, NothingToDrawFromIsRefused)
 {
     EXPECT_THROW(TrainNetwork({}, options, GoOn), std::invalid_argument);
