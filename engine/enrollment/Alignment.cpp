@@ -196,16 +196,17 @@ void AddToStates(std::span<const int> labels, const Eigen::MatrixXf& frames, con
     }
 }
 
-std::vector<int> CarryLabels(std::span<const int> labels, double speed, std::size_t frames)
+std::vector<int> CarryLabels(std::span<const int> labels, double speed, std::size_t frames, std::size_t offset)
 {
     // Middle of the window of the front end's first frame, in frames from the first sample.
     constexpr double FirstMiddle =
         static_cast<double>(FrontEnd::FirstFrame) - static_cast<double>(WindowSize) / 2.0 / static_cast<double>(FrameSize);
+    const double firstMiddle = FirstMiddle + static_cast<double>(offset) / static_cast<double>(FrameSize);
     const auto last = static_cast<double>(labels.size() - 1);
     std::vector<int> carried(frames);
     for (std::size_t i = 0; i < frames; ++i)
     {
-        const double position = speed * (static_cast<double>(i) + FirstMiddle) - FirstMiddle;
+        const double position = speed * (static_cast<double>(i) + firstMiddle) - FirstMiddle;
         carried[i] = labels[static_cast<std::size_t>(std::lround(std::clamp(position, 0.0, last)))];
     }
     return carried;

@@ -61,6 +61,7 @@ void AddToStates(std::span<const int> labels, const Eigen::MatrixXf& frames, con
 ///
 /// @param labels  of the take's frames as the front end gives them, at least one
 /// @param frames  of the copy
-std::vector<int> CarryLabels(std::span<const int> labels, double speed, std::size_t frames);
+/// @param offset  samples that the copy lacks at its start
+std::vector<int> CarryLabels(std::span<const int> labels, double speed, std::size_t frames, std::size_t offset = 0);
 
 } // namespace velox::engine

@@ -55,17 +55,41 @@ float GainTo(double wanted, double present)
     return present > 0.0 ? static_cast<float>(wanted / present) : 1.0F;
 }
 
+/// Every sample of the background begins a piece with the same chance: were recordings drawn, babble would be of short ones.
+BackgroundPiece DrawPiece(std::span<const Samples> background, RandomStream* random)
+{
+    std::size_t all = 0;
+    for (const Samples& recording : background)
+    {
+        all += recording.size();
+    }
+    BackgroundPiece piece{0, static_cast<std::size_t>(random->Integer(0, std::max<int64_t>(static_cast<int64_t>(all), 1) - 1))};
+    while (piece.recording + 1 < background.size() && piece.start >= background[piece.recording].size())
+    {
+        piece.start -= background[piece.recording].size();
+        ++piece.recording;
+    }
+    return piece;
+}
+
 std::vector<BackgroundPiece> DrawBabble(const AugmentationRanges& ranges, std::span<const Samples> background,
                                         RandomStream* random)
 {
     std::vector<BackgroundPiece> pieces(static_cast<std::size_t>(random->Integer(ranges.fewestPieces, ranges.mostPieces)));
-    for (BackgroundPiece& piece : pieces)
-    {
-        piece.recording = static_cast<std::size_t>(random->Integer(0, static_cast<int64_t>(background.size()) - 1));
-        const auto length = static_cast<int64_t>(background[piece.recording].size());
-        piece.start = static_cast<std::size_t>(random->Integer(0, std::max<int64_t>(length, 1) - 1));
-    }
+    std::generate(pieces.begin(), pieces.end(), [&] { return DrawPiece(background, random); });
     return pieces;
+}
+
+Lead DrawLead(const AugmentationRanges& ranges, std::span<const Samples> background, RandomStream* random)
+{
+    Lead lead;
+    lead.frames = static_cast<std::size_t>(random->Integer(ranges.fewestLeadFrames, ranges.mostLeadFrames));
+    if (Chance(ranges.leadSpeechChance, random) && !background.empty())
+    {
+        lead.speech = DrawPiece(background, random);
+        lead.level = Draw(ranges.leadLevel, random);
+    }
+    return lead;
 }
 
 NoisePlan DrawNoise(const AugmentationRanges& ranges, std::span<const Samples> background, RandomStream* random)
@@ -115,17 +139,23 @@ Samples BandResponse(const Band& band)
     return response;
 }
 
-/// A stretch of a recording that begins anew when its end comes.
-Samples Cut(std::span<const float> recording, std::size_t start, std::size_t count)
+/// A stretch of the background.
+Samples Cut(const BackgroundPiece& piece, std::span<const Samples> background, std::size_t count)
 {
-    Samples stretch(count, 0.0F);
-    for (std::size_t done = 0; done < count && !recording.empty();)
+    Samples stretch;
+    stretch.reserve(count);
+    std::size_t start = piece.start;
+    std::size_t empty = 0; // recordings in a row
+    for (std::size_t number = piece.recording; stretch.size() < count && empty < background.size(); ++number)
     {
-        const std::span<const float> part = recording.subspan(start, std::min(count - done, recording.size() - start));
-        std::copy(part.begin(), part.end(), stretch.begin() + static_cast<std::ptrdiff_t>(done));
-        done += part.size();
+        const Samples& recording = background[number % background.size()];
+        const std::size_t end = std::min(recording.size(), start + (count - stretch.size()));
+        empty = recording.empty() ? empty + 1 : 0;
+        stretch.insert(stretch.end(), recording.begin() + static_cast<std::ptrdiff_t>(std::min(start, end)),
+                       recording.begin() + static_cast<std::ptrdiff_t>(end));
         start = 0;
     }
+    stretch.resize(count, 0.0F);
     return stretch;
 }
 
@@ -134,10 +164,23 @@ Samples Babble(std::span<const BackgroundPiece> pieces, std::span<const Samples>
     Samples sum(count, 0.0F);
     for (const BackgroundPiece& piece : pieces)
     {
-        const Samples stretch = Cut(background[piece.recording], piece.start, count);
+        const Samples stretch = Cut(piece, background, count);
         AsArray(&sum) += GainTo(1.0, RootMeanSquare(stretch)) * AsArray(stretch);
     }
     return sum;
+}
+
+/// The recording with what was heard before it.
+Samples WithLead(const Lead& lead, std::span<const float> recording, std::span<const Samples> background)
+{
+    Samples all(lead.frames * FrameSize, 0.0F);
+    if (lead.speech.has_value())
+    {
+        all = Cut(*lead.speech, background, all.size());
+        AsArray(&all) *= GainTo(SpeechLevel(recording) * Amplitude(lead.level), SpeechLevel(all));
+    }
+    all.insert(all.end(), recording.begin(), recording.end());
+    return all;
 }
 
 Samples ColouredNoise(double colour, uint64_t seed, std::size_t count)
@@ -153,17 +196,18 @@ Samples ColouredNoise(double colour, uint64_t seed, std::size_t count)
     return noise;
 }
 
-void AddNoise(const NoisePlan& plan, std::span<const Samples> background, Samples* samples)
+/// @param speechStart  first sample of what the noise is set against
+void AddNoise(const NoisePlan& plan, std::span<const Samples> background, std::size_t speechStart, Samples* samples)
 {
     const Samples noise = plan.babble.empty() ? ColouredNoise(plan.colour, plan.seed, samples->size())
                                               : Babble(plan.babble, background, samples->size());
-    const double wanted = SpeechLevel(*samples) / Amplitude(plan.signalToNoise);
+    const double wanted = SpeechLevel(std::span(*samples).subspan(speechStart)) / Amplitude(plan.signalToNoise);
     AsArray(samples) += GainTo(wanted, RootMeanSquare(noise)) * AsArray(noise);
 }
 
-void SetLevel(double level, Samples* samples)
+void SetLevel(double level, std::size_t speechStart, Samples* samples)
 {
-    const float gain = GainTo(Amplitude(level), SpeechLevel(*samples));
+    const float gain = GainTo(Amplitude(level), SpeechLevel(std::span(*samples).subspan(speechStart)));
     AsArray(samples) = (gain * AsArray(samples)).max(-1.0F).min(1.0F);
 }
 
@@ -172,6 +216,10 @@ void SetLevel(double level, Samples* samples)
 AugmentationPlan DrawPlan(const AugmentationRanges& ranges, std::span<const std::vector<float>> background, RandomStream* random)
 {
     AugmentationPlan plan;
+    if (Chance(ranges.leadChance, random))
+    {
+        plan.lead = DrawLead(ranges, background, random);
+    }
     if (Chance(ranges.tempoChance, random))
     {
         plan.speed = Draw(ranges.tempo, random);
@@ -201,14 +249,26 @@ AugmentationPlan DrawPlan(const AugmentationRanges& ranges, std::span<const std:
     {
         plan.noise = DrawNoise(ranges, background, random);
     }
+    plan.offset = static_cast<std::size_t>(random->Integer(0, static_cast<int64_t>(FrameSize) - 1));
     plan.level = Draw(ranges.level, random);
     return plan;
+}
+
+std::size_t LeadSamples(const AugmentationPlan& plan)
+{
+    return plan.lead.has_value() ? plan.lead->frames * FrameSize : 0;
 }
 
 std::vector<float> MakeCopy(const AugmentationPlan& plan, std::span<const float> recording,
                             std::span<const std::vector<float>> background)
 {
-    Samples copy = plan.speed == 1.0 ? Samples(recording.begin(), recording.end()) : ChangeSpeed(recording, plan.speed);
+    Samples copy =
+        plan.lead.has_value() ? WithLead(*plan.lead, recording, background) : Samples(recording.begin(), recording.end());
+    if (plan.speed != 1.0)
+    {
+        copy = ChangeSpeed(copy, plan.speed);
+    }
+    const auto speechStart = std::min(copy.size(), static_cast<std::size_t>(static_cast<double>(LeadSamples(plan)) / plan.speed));
     Tilt(plan.tilt, &copy);
     if (plan.band.has_value())
     {
@@ -221,9 +281,10 @@ std::vector<float> MakeCopy(const AugmentationPlan& plan, std::span<const float>
     }
     if (plan.noise.has_value())
     {
-        AddNoise(*plan.noise, background, &copy);
+        AddNoise(*plan.noise, background, speechStart, &copy);
     }
-    SetLevel(plan.level, &copy);
+    SetLevel(plan.level, speechStart, &copy);
+    copy.erase(copy.begin(), copy.begin() + static_cast<std::ptrdiff_t>(std::min(plan.offset, copy.size())));
     return copy;
 }
 

@@ -16,7 +16,7 @@ namespace velox::engine
 struct BackgroundPiece
 {
     std::size_t recording = 0;
-    std::size_t start = 0; ///< sample; the piece goes on at the recording's beginning when its end comes
+    std::size_t start = 0; ///< sample; the piece goes on in the next recording when this one's end comes, as people talk on
 };
 
 /// What a telephone or a small loudspeaker lets through.
@@ -34,18 +34,28 @@ struct NoisePlan
     uint64_t seed = 0;                   ///< of the coloured noise
 };
 
+/// What was heard before the recording: a stream that speech, or digital silence, has moved already.
+struct Lead
+{
+    std::size_t frames = 0;
+    std::optional<BackgroundPiece> speech; ///< without: digital silence
+    double level = 0.0;                    ///< of this speech over that of the recording, dB
+};
+
 /// What is done to a recording, in this order, to make a copy of it that sounds as if another voice had said it in another place
 /// (multi-condition training: Lippmann, Martin and Paul 1987; speed: Ko et al., "Audio augmentation for speech recognition",
 /// 2015; rooms: Ko et al. 2017; warp: Jaitly and Hinton, "Vocal tract length perturbation improves speech recognition", 2013).
 struct AugmentationPlan
 {
+    std::optional<Lead> lead;
     double speed = 1.0; ///< above 1 is faster; pitch and formants go with it
     double warp = 1.0;  ///< for the MelFilterbank that the copy is analysed with: the formants come out at speed / warp
     double tilt = 0.0;  ///< a in 1 + a / z
     std::optional<Band> band;
     std::optional<Room> room;
     std::optional<NoisePlan> noise;
-    double level = -26.0; ///< of the copy's speech (SpeechLevel), noise included, dB relative to full scale
+    std::size_t offset = 0; ///< samples left out at the start, fewer than a frame: where the frames lie is chance
+    double level = -26.0;   ///< of the copy's speech (SpeechLevel), noise included, dB relative to full scale
 };
 
 struct Range
@@ -57,6 +67,11 @@ struct Range
 /// What plans are drawn from. Chances are shares of the copies; the rest is without.
 struct AugmentationRanges
 {
+    double leadChance = 0.4;
+    int64_t fewestLeadFrames = 30;
+    int64_t mostLeadFrames = 150;
+    double leadSpeechChance = 0.6; ///< of the copies with a lead
+    Range leadLevel{-10.0, 10.0};
     double tempoChance = 0.7;
     Range tempo{0.77, 1.33};   ///< the copy's speed
     Range formant{0.85, 1.18}; ///< factor of the formants' frequencies, whatever the tempo
@@ -82,13 +97,16 @@ struct AugmentationRanges
 inline constexpr AugmentationRanges TrainingRanges{};
 /// For the takes of one user: the voice stays as it is, but may come through a telephone.
 inline constexpr AugmentationRanges EnrollmentRanges{
-    .tempoChance = 0.0, .formant = {1.0, 1.0}, .bandChance = 0.25, .signalToNoise = {5.0, 25.0}};
+    .leadChance = 0.0, .tempoChance = 0.0, .formant = {1.0, 1.0}, .bandChance = 0.25, .signalToNoise = {5.0, 25.0}};
 
 /// @param background  recordings to make babble of; where there are none, noise is coloured noise
 AugmentationPlan DrawPlan(const AugmentationRanges& ranges, std::span<const std::vector<float>> background, RandomStream* random);
 
-/// Makes the copy; all of the plan but the warp. Speech stays in its place, save for the speed: sample i of the copy is the
-/// recording at i * speed.
+/// Samples of the lead before the recording, at the recording's speed; whole frames.
+std::size_t LeadSamples(const AugmentationPlan& plan);
+
+/// Makes the copy; all of the plan but the warp. Sample i of the copy is the recording, with its lead before it, at
+/// (i + offset) * speed.
 ///
 /// @param recording   samples in [-1, 1]
 /// @param background  what the plan was drawn with

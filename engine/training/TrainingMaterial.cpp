@@ -43,18 +43,13 @@ public:
                                            std::span<NoisyCopy> copies) const
     {
         const std::vector<int> labels = TakeLabels(take, phraseLabels, backgroundLabel);
-        std::vector<TrainingSequence> made;
-        const auto add = [&](std::span<const float> samples, double speed, double warp) {
-            const std::vector<MelFrame> features = AnalyseRecording(statistics, samples, warp);
-            made.push_back({ToMatrix(features), CarryLabels(labels, speed, features.size()), take.weight, true});
-        };
-        add(take.samples, 1.0, 1.0);
+        std::vector<TrainingSequence> made{Sequence(take.samples, AugmentationPlan{}, labels, take.weight)};
         for (std::size_t i = 0; i < copies.size(); ++i)
         {
             RandomStream random(options.seed * 1000003U + number * copies.size() + i);
             copies[i].plan = DrawPlan(TrainingRanges, background, &random);
             copies[i].samples = MakeCopy(copies[i].plan, take.samples, background);
-            add(copies[i].samples, copies[i].plan.speed, copies[i].plan.warp);
+            made.push_back(Sequence(copies[i].samples, copies[i].plan, labels, take.weight));
         }
         return made;
     }
@@ -75,6 +70,17 @@ public:
     }
 
 private:
+    /// @param samples  the take or a copy of it
+    /// @param labels   of the take's frames
+    TrainingSequence Sequence(std::span<const float> samples, const AugmentationPlan& plan, const std::vector<int>& labels,
+                              float weight) const
+    {
+        std::vector<int> withLead(LeadSamples(plan) / FrameSize, backgroundLabel);
+        withLead.insert(withLead.end(), labels.begin(), labels.end());
+        const std::vector<MelFrame> features = AnalyseRecording(statistics, samples, plan.warp);
+        return {ToMatrix(features), CarryLabels(withLead, plan.speed, features.size(), plan.offset), weight, true};
+    }
+
     const FeatureStatistics& statistics;
     const std::vector<std::vector<float>>& background;
     const LanguageOptions& options;

@@ -216,6 +216,13 @@ TEST(Alignment, LabelsOfASlowerCopyChangeLater)
     EXPECT_THAT(CarryLabels(LabelsOf({3, 3}), 0.5, 10), ElementsAre(0, 0, 0, 0, 0, 0, 0, 1, 1, 1));
 }
 
+TEST(Alignment, LabelsOfACopyThatLacksItsStartChangeEarlier)
+{
+    EXPECT_THAT(CarryLabels(LabelsOf({4, 4}), 1.0, 8, 160), ElementsAre(0, 0, 0, 1, 1, 1, 1, 1));
+    EXPECT_THAT(CarryLabels(LabelsOf({4, 4}), 1.0, 8, 79), ElementsAre(0, 0, 0, 0, 1, 1, 1, 1));
+    EXPECT_THAT(CarryLabels(LabelsOf({4, 4}), 1.0, 8, 81), ElementsAre(0, 0, 0, 1, 1, 1, 1, 1));
+}
+
 TEST(Alignment, LabelsPastTheEndOfTheTakeAreItsLast)
 {
     EXPECT_THAT(CarryLabels(LabelsOf({1, 1}), 1.0, 4), ElementsAre(0, 1, 1, 1));

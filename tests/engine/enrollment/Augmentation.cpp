@@ -1,5 +1,6 @@
 #include "engine/enrollment/Augmentation.h"
 
+#include "engine/base/AudioFormat.h"
 #include "tests/engine/support/Signals.h"
 
 #include <gmock/gmock.h>
@@ -64,8 +65,11 @@ TEST(Augmentation, TheCopyHasTheLevelOfThePlan)
     {
         const AugmentationPlan plan = DrawPlan(TrainingRanges, background, &random);
         const std::vector<float> copy = MakeCopy(plan, Signals::Sine(440.0, 0.03, 24000), background);
-        EXPECT_NEAR(Signals::Decibels(Signals::RootMeanSquare(copy)), plan.level, 0.05) << i;
-        EXPECT_EQ(copy.size(), static_cast<std::size_t>(24000 / plan.speed)) << i;
+        const auto lead = static_cast<double>(LeadSamples(plan));
+        const auto size = static_cast<std::size_t>((24000.0 + lead) / plan.speed) - plan.offset;
+        ASSERT_EQ(copy.size(), size) << i;
+        const auto start = static_cast<std::size_t>(lead / plan.speed);
+        EXPECT_NEAR(Signals::Decibels(Signals::RootMeanSquare(std::span(copy).subspan(start))), plan.level, 0.1) << i;
     }
 }
 
@@ -121,32 +125,13 @@ TEST(Augmentation, TheLevelIsThatOfTheSpeech)
     EXPECT_NEAR(Signals::Decibels(Signals::RootMeanSquare(std::span(copy).subspan(72000, 16000))), -30.0, 0.1);
 }
 
-TEST(Augmentation, PiecesOfBabbleAreEquallyLoudAndBeginAnew)
+TEST(Augmentation, PiecesOfBabbleAreEquallyLoud)
 {
-    // Background 1 is fifty times as quiet as background 0 and lasts 3000 samples.
+    // Background 1 is fifty times as quiet as background 0.
     const Recordings background = Background();
-    const std::vector<float> recording = Signals::Sine(300.0, 0.1, 8000);
+    const std::vector<float> recording = Signals::Sine(300.0, 0.1, 3000);
     AugmentationPlan plan;
-    plan.noise = NoisePlan{0.0, {{1, 1000}}, 0.0, 0};
-    const std::vector<float> noise = Added(MakeCopy(plan, recording, background), recording);
-    const auto product = [&](std::size_t recordingNumber, std::size_t at, std::size_t start, std::size_t count) {
-        double sum = 0.0;
-        double first = 0.0;
-        double second = 0.0;
-        for (std::size_t i = 0; i < count; ++i)
-        {
-            const auto a = static_cast<double>(noise[at + i]);
-            const auto b = static_cast<double>(background[recordingNumber][start + i]);
-            sum += a * b;
-            first += a * a;
-            second += b * b;
-        }
-        return sum / std::sqrt(first * second);
-    };
-    EXPECT_GT(product(1, 0, 1000, 2000), 0.99);
-    EXPECT_GT(product(1, 2000, 0, 3000), 0.99);
-
-    plan.noise->babble = {{0, 0}, {1, 0}};
+    plan.noise = NoisePlan{0.0, {{0, 0}, {1, 0}}, 0.0, 0};
     const std::vector<float> both = Added(MakeCopy(plan, recording, background), recording);
     double loud = 0.0;
     double quiet = 0.0;
@@ -156,6 +141,80 @@ TEST(Augmentation, PiecesOfBabbleAreEquallyLoudAndBeginAnew)
         quiet += static_cast<double>(both[i]) * static_cast<double>(background[1][i]) / 0.01;
     }
     EXPECT_NEAR(loud / quiet, 1.0, 0.15);
+}
+
+TEST(Augmentation, APieceOfBabbleGoesOnInTheNextRecording)
+{
+    const Recordings background = {Signals::Noise(0.1, 3000, 21), {}, Signals::Noise(0.1, 9000, 22)};
+    const std::vector<float> recording = Signals::Sine(300.0, 0.1, 12000);
+    AugmentationPlan plan;
+    plan.noise = NoisePlan{0.0, {{0, 1000}}, 0.0, 0};
+    const std::vector<float> noise = Added(MakeCopy(plan, recording, background), recording);
+    const auto likeness = [&](std::size_t number, std::size_t at, std::size_t start, std::size_t count) {
+        double product = 0.0;
+        double first = 0.0;
+        double second = 0.0;
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            const auto a = static_cast<double>(noise[at + i]);
+            const auto b = static_cast<double>(background[number][start + i]);
+            product += a * b;
+            first += a * a;
+            second += b * b;
+        }
+        return product / std::sqrt(first * second);
+    };
+    EXPECT_GT(likeness(0, 0, 1000, 2000), 0.99);
+    EXPECT_GT(likeness(2, 2000, 0, 9000), 0.99);
+    EXPECT_GT(likeness(0, 11000, 0, 1000), 0.99);
+}
+
+TEST(Augmentation, BabbleIsDrawnByTheLengthOfTheRecordings)
+{
+    // Ten words of a second each beside one recording of ten seconds.
+    Recordings background(10, std::vector<float>(16000, 0.1F));
+    background.emplace_back(160000, 0.1F);
+    RandomStream random(1);
+    double pieces = 0.0;
+    double running = 0.0;
+    for (int i = 0; i < 1000; ++i)
+    {
+        const AugmentationPlan plan = DrawPlan(TrainingRanges, background, &random);
+        for (const BackgroundPiece& piece : plan.noise.value_or(NoisePlan{}).babble)
+        {
+            ++pieces;
+            running += piece.recording == 10 ? 1.0 : 0.0;
+        }
+    }
+    EXPECT_NEAR(running / pieces, 0.5, 0.03);
+}
+
+TEST(Augmentation, WhatWasHeardBeforeStandsBeforeTheRecording)
+{
+    const Recordings background = {Signals::Noise(0.3, 20000, 21)};
+    const std::vector<float> recording = Signals::Sine(300.0, 0.1, 8000);
+    AugmentationPlan plan;
+    plan.lead = Lead{50, {{0, 100}}, 6.0};
+    plan.level = -30.0;
+    const std::vector<float> copy = MakeCopy(plan, recording, background);
+    ASSERT_EQ(copy.size(), 16000U);
+    EXPECT_NEAR(Signals::Decibels(Signals::RootMeanSquare(std::span(copy).first(8000))), -24.0, 0.1);
+    EXPECT_NEAR(Signals::Decibels(Signals::RootMeanSquare(std::span(copy).last(8000))), -30.0, 0.1);
+
+    plan.lead->speech.reset();
+    const std::vector<float> afterSilence = MakeCopy(plan, recording, background);
+    EXPECT_THAT(std::span(afterSilence).first(8000), Each(0.0F));
+}
+
+TEST(Augmentation, TheOffsetIsLeftOutAtTheStart)
+{
+    AugmentationPlan plan;
+    plan.level = Signals::Decibels(0.1 / std::numbers::sqrt2);
+    const std::vector<float> recording = Signals::Sine(500.0, 0.1, 1600);
+    plan.offset = 37;
+    EXPECT_THAT(MakeCopy(plan, recording, {}),
+                Pointwise(FloatNear(1e-5F), std::vector<float>(recording.begin() + 37, recording.end())));
+    EXPECT_THAT(MakeCopy(plan, std::span(recording).first(20), {}), IsEmpty());
 }
 
 TEST(Augmentation, ColouredNoiseLeansTowardsLowFrequencies)
@@ -266,6 +325,9 @@ TEST(Augmentation, PlansAreDrawnFromTheRangesInTheirShares)
     constexpr int Plans = 4000;
     const Recordings background = Background();
     RandomStream random(1);
+    double lead = 0.0;
+    double leadSpeech = 0.0;
+    double offset = 0.0;
     double speed = 0.0;
     double tilt = 0.0;
     double band = 0.0;
@@ -276,6 +338,10 @@ TEST(Augmentation, PlansAreDrawnFromTheRangesInTheirShares)
     for (int i = 0; i < Plans; ++i)
     {
         const AugmentationPlan plan = DrawPlan(TrainingRanges, background, &random);
+        lead += plan.lead.has_value() ? 1.0 : 0.0;
+        leadSpeech += plan.lead.has_value() && plan.lead->speech.has_value() ? 1.0 : 0.0;
+        offset += static_cast<double>(plan.offset) / 159.0;
+        ASSERT_LT(plan.offset, FrameSize);
         speed += plan.speed != 1.0 ? 1.0 : 0.0;
         tilt += plan.tilt != 0.0 ? 1.0 : 0.0;
         band += plan.band.has_value() ? 1.0 : 0.0;
@@ -311,6 +377,9 @@ TEST(Augmentation, PlansAreDrawnFromTheRangesInTheirShares)
         }
     }
     constexpr double Tolerance = 0.025; // three deviations of a share of one half
+    EXPECT_NEAR(lead / Plans, 0.4, Tolerance);
+    EXPECT_NEAR(leadSpeech / Plans, 0.24, Tolerance);
+    EXPECT_NEAR(offset / Plans, 0.5, Tolerance);
     EXPECT_NEAR(speed / Plans, 0.7, Tolerance);
     EXPECT_NEAR(tilt / Plans, 0.75, Tolerance);
     EXPECT_NEAR(band / Plans, 0.12, Tolerance);
@@ -326,6 +395,7 @@ TEST(Augmentation, CopiesForAUserKeepTheVoice)
     for (int i = 0; i < 200; ++i)
     {
         const AugmentationPlan plan = DrawPlan(EnrollmentRanges, {}, &random);
+        ASSERT_FALSE(plan.lead.has_value());
         ASSERT_EQ(plan.speed, 1.0);
         ASSERT_EQ(plan.warp, 1.0);
         ASSERT_TRUE(!plan.noise.has_value() || (plan.noise->signalToNoise >= 5.0 && plan.noise->signalToNoise <= 25.0));

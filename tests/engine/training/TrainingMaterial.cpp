@@ -99,6 +99,25 @@ TEST(TrainingMaterial, BackgroundIsDrawnByItsLengthHoweverItIsCutIntoRecordings)
     EXPECT_NEAR(static_cast<double>(fromShort) / Draws, 0.5, 0.05);
 }
 
+TEST(TrainingMaterial, ThePhraseOfACopyLiesBehindWhatWasHeardBefore)
+{
+    Language language;
+    language.options.copies = 20;
+    const TrainingMaterial made = language.Make();
+    const auto background = static_cast<int>(language.alignment.states);
+    int leads = 0;
+    for (std::size_t i = 0; i < 20; ++i)
+    {
+        const AugmentationPlan& plan = made.copies[i].plan;
+        const std::vector<int>& labels = made.sequences[i + 1].labels;
+        const auto begin = std::find_if(labels.begin(), labels.end(), [=](int label) { return label != background; });
+        const double takeBegin = static_cast<double>(language.takes[0].begin + LeadSamples(plan) / FrameSize);
+        EXPECT_NEAR(static_cast<double>(begin - labels.begin()), takeBegin / plan.speed, 2.0) << i;
+        leads += plan.lead.has_value() ? 1 : 0;
+    }
+    EXPECT_GT(leads, 0);
+}
+
 TEST(TrainingMaterial, ATakeThatIsTooShortGivesNothing)
 {
     Language language;
