@@ -44,6 +44,7 @@ void ChannelNormalizer::FollowPeaks(float level)
 
     recentLevels[frames % recentLevels.size()] = level;
     ++frames;
+    doubted = level < NoiseFloor::LeastLevel ? DoubtedFrames : std::max(0, doubted - 1);
     const float lasting = *std::min_element(recentLevels.begin(), recentLevels.end());
     slowPeak = std::max(lasting, slowPeak - SlowFall);
     fastPeak = std::max(level, fastPeak + FastFall * (level - fastPeak));
@@ -51,6 +52,12 @@ void ChannelNormalizer::FollowPeaks(float level)
     {
         Forget();
     }
+}
+
+float ChannelNormalizer::GuessLevel(float floor) const
+{
+    const float fromFloor = doubted > 0 ? LeastMean : floor + LeastRise;
+    return std::max({LeastMean, fromFloor, std::max(slowPeak, fastPeak) - PeakAboveMean});
 }
 
 void ChannelNormalizer::Forget()
@@ -80,7 +87,7 @@ void ChannelNormalizer::Apply(const MelFrame& logMel, float aboveFloor, MelFrame
     {
         Learn(logMel, level);
     }
-    const float guess = std::max({LeastMean, level - aboveFloor + LeastRise, std::max(slowPeak, fastPeak) - PeakAboveMean});
+    const float guess = GuessLevel(level - aboveFloor);
     for (std::size_t i = 0; i < MelChannels; ++i)
     {
         const float mean = guessShare * (statistics.startShape[i] + guess) + learned[i];

@@ -57,6 +57,8 @@ public:
     static constexpr float LeastMean = -12.0F;
     /// How far above the noise floor the mean is guessed at least: 13 dB.
     static constexpr float LeastRise = 3.0F;
+    /// Frames after digital silence in which the floor is not believed: what is heard may be speech.
+    static constexpr int DoubtedFrames = 20;
     /// How far the mean level of speech lies below its peaks: between 1.8 and 2.9 with every kind of voice.
     static constexpr float PeakAboveMean = 2.0F;
     /// How far below the peaks a frame still moves the mean: 22 dB.
@@ -76,12 +78,14 @@ private:
     static constexpr float MostWeight = 300.0F;
 
     void FollowPeaks(float level);
+    float GuessLevel(float floor) const;
     void Learn(const MelFrame& logMel, float level);
     void Forget();
 
     FeatureStatistics statistics;
     std::array<float, 4> recentLevels; ///< of the last frames: a click does not fill them
     std::size_t frames = 0;
+    int doubted = 0;            ///< frames to come in which the floor is not believed
     float slowPeak = LeastMean; ///< of what lasts; falls by 1.3 dB a second
     float fastPeak = LeastMean; ///< of single frames; falls within some frames
 

@@ -57,6 +57,19 @@ TEST(ChannelNormalizer, TheFirstSpeechLiesAtOnceAsFarAboveTheGuessAsPeaksDo)
     EXPECT_THAT(Apply(&normalizer, -3.0F, 10.0F), Each(FloatNear(ChannelNormalizer::PeakAboveMean * 50.0F / 51.0F, 1e-4F)));
 }
 
+TEST(ChannelNormalizer, SpeechThatFollowsDigitalSilenceIsNotTakenForAFloor)
+{
+    ChannelNormalizer normalizer(Statistics(0.0F, 0.0F, 1.0F));
+    for (int i = 0; i < 50; ++i)
+    {
+        Apply(&normalizer, -20.7F, 0.0F);
+    }
+    for (int i = 0; i < 19; ++i)
+    {
+        EXPECT_THAT(Apply(&normalizer, -3.0F, 0.0F), Each(FloatNear(ChannelNormalizer::PeakAboveMean, 1e-4F))) << i;
+    }
+}
+
 TEST(ChannelNormalizer, AClickIsForgottenWithinSomeFrames)
 {
     ChannelNormalizer normalizer(Statistics(0.0F, 0.0F, 1.0F));
