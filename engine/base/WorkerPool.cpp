@@ -1,5 +1,7 @@
 #include "engine/base/WorkerPool.h"
 
+#include <utility>
+
 namespace velox::engine
 {
 
@@ -31,6 +33,7 @@ void WorkerPool::Run(int parts, const Work& work)
         current = &work;
         partCount = parts;
         nextPart = 0;
+        failure = nullptr;
         working = static_cast<int>(threads.size());
         ++round;
     }
@@ -38,6 +41,10 @@ void WorkerPool::Run(int parts, const Work& work)
     DoParts();
     std::unique_lock lock(mutex);
     finished.wait(lock, [this] { return working == 0; });
+    if (failure != nullptr)
+    {
+        std::rethrow_exception(std::exchange(failure, nullptr));
+    }
 }
 
 void WorkerPool::WaitForWork()
@@ -66,7 +73,24 @@ void WorkerPool::DoParts()
 {
     for (int part = nextPart++; part < partCount; part = nextPart++)
     {
-        (*current)(part);
+        try
+        {
+            (*current)(part);
+        }
+        catch (...)
+        {
+            KeepFailure();
+        }
+    }
+}
+
+void WorkerPool::KeepFailure()
+{
+    nextPart = partCount;
+    const std::lock_guard lock(mutex);
+    if (failure == nullptr)
+    {
+        failure = std::current_exception();
     }
 }
 

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <mutex>
 #include <thread>
@@ -23,14 +24,14 @@ public:
     WorkerPool(const WorkerPool&) = delete;
     WorkerPool& operator=(const WorkerPool&) = delete;
 
-    /// Does all parts, in no certain order, and returns when they are done.
-    ///
-    /// @param work  must not throw
+    /// Does all parts, in no certain order, and returns when they are done. When one throws, the parts that were not begun are
+    /// left out, and the first exception comes to the caller once no thread is at work any more.
     void Run(int parts, const Work& work);
 
 private:
     void WaitForWork();
     void DoParts();
+    void KeepFailure();
 
     std::mutex mutex;
     std::condition_variable started;
@@ -41,6 +42,7 @@ private:
     const Work* current = nullptr;
     int partCount = 0;
     std::atomic<int> nextPart = 0;
+    std::exception_ptr failure; ///< the round's first
     std::vector<std::thread> threads;
 };
 

@@ -2,6 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include <new>
+
+#include <atomic>
+
 #include <set>
 
 namespace
@@ -52,6 +56,38 @@ TEST(WorkerPool, OneThreadIsTheCallers)
     std::set<std::thread::id> ids;
     pool.Run(3, [&](int) { ids.insert(std::this_thread::get_id()); });
     EXPECT_THAT(ids, testing::ElementsAre(std::this_thread::get_id()));
+}
+
+TEST(WorkerPool, AnExceptionOfAnyThreadReachesTheCaller)
+{
+    for (const int threads : {1, 2, 4})
+    {
+        SCOPED_TRACE(threads);
+        Pool pool(threads);
+        EXPECT_THROW(pool.Run(100,
+                              [](int part) {
+                                  if (part >= 50)
+                                  {
+                                      throw std::bad_alloc();
+                                  }
+                              }),
+                     std::bad_alloc);
+        std::atomic<int> done = 0;
+        pool.Run(100, [&](int) { ++done; });
+        EXPECT_EQ(done, 100) << "the pool works on";
+    }
+}
+
+TEST(WorkerPool, PartsAreLeftOutOnceOneHasFailed)
+{
+    Pool pool(1);
+    int calls = 0;
+    const auto fail = [&](int) {
+        ++calls;
+        throw std::bad_alloc();
+    };
+    EXPECT_THROW(pool.Run(100, fail), std::bad_alloc);
+    EXPECT_EQ(calls, 1);
 }
 
 TEST(WorkerPool, NoPartsAreDoneAtOnce)
