@@ -3,6 +3,7 @@
 #include "engine/models/MixtureBlob.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace velox::engine
 {
@@ -11,6 +12,8 @@ namespace
 {
 
 constexpr uint32_t MostFrames = 2000;
+/// Of a score or a feature; none that was measured comes near.
+constexpr float MostMeasured = 1e4F;
 
 } // namespace
 
@@ -103,7 +106,10 @@ Status ReadPopulation(const uint8_t* blob, Population* population)
         for (MelFrame& feature : peak.features)
         {
             reader.Quantised(feature);
+            valid =
+                valid && std::all_of(feature.begin(), feature.end(), [](float value) { return std::abs(value) <= MostMeasured; });
         }
+        valid = valid && std::abs(peak.score) <= MostMeasured;
         read.peaks.push_back(std::move(peak));
     }
     if (!valid || reader.Finish() != Status::Success)

@@ -58,7 +58,7 @@ Moments MomentsOf(const Eigen::MatrixXf& frames)
 {
     Moments moments;
     moments.mean = frames.rowwise().mean();
-    moments.variance = (frames.colwise() - moments.mean).array().square().rowwise().mean().max(1e-12F);
+    moments.variance = (frames.colwise() - moments.mean).array().square().rowwise().mean().max(GaussianMixture::LeastVariance);
     return moments;
 }
 
@@ -251,7 +251,7 @@ void MixtureStatistics::Scale(float factor)
 GaussianMixture TrainMixture(const Eigen::MatrixXf& frames, const MixtureTraining& training)
 {
     const Moments moments = MomentsOf(frames);
-    const Eigen::VectorXf leastVariance = training.varianceFloor * moments.variance;
+    const Eigen::VectorXf leastVariance = (training.varianceFloor * moments.variance).cwiseMax(GaussianMixture::LeastVariance);
     GaussianMixture mixture = ClusteredStart(frames, moments, training);
     for (int round = 0; round < training.rounds; ++round)
     {

@@ -12,6 +12,9 @@ namespace velox::engine
 class GaussianMixture
 {
 public:
+    /// Least variance of a dimension: what is divided by it stays finite.
+    static constexpr float LeastVariance = 1e-6F;
+
     /// @param weights    one for each component; positive, together 1
     /// @param means      dimensions x components
     /// @param variances  dimensions x components; positive

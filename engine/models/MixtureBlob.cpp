@@ -10,10 +10,22 @@ namespace
 
 constexpr uint32_t MostMixtureComponents = 256;
 
+// With these every density of a finite frame is finite.
+constexpr float LeastMixtureWeight = 1e-12F;
+constexpr float MostMixtureWeight = 1.001F;
+constexpr float MostMean = 1e5F;
+constexpr float MostVariance = 1e8F;
+
 template <typename Matrix>
 auto Values(Matrix& matrix)
 {
     return std::span(matrix.data(), static_cast<std::size_t>(matrix.size()));
+}
+
+template <typename Matrix>
+bool Within(const Matrix& values, float least, float most)
+{
+    return (values.array() >= least).all() && (values.array() <= most).all();
 }
 
 } // namespace
@@ -37,7 +49,7 @@ std::optional<std::vector<GaussianMixture>> ReadMixtures(std::size_t count, Blob
     const uint32_t dimensions = reader->Count(CepstralFrameSize);
     Eigen::MatrixXf variances(dimensions, components);
     reader->F32s(Values(variances));
-    if (components == 0 || dimensions != CepstralFrameSize || !(variances.array() > 0.0F).all())
+    if (components == 0 || dimensions != CepstralFrameSize || !Within(variances, GaussianMixture::LeastVariance, MostVariance))
     {
         return std::nullopt;
     }
@@ -48,7 +60,7 @@ std::optional<std::vector<GaussianMixture>> ReadMixtures(std::size_t count, Blob
         Eigen::MatrixXf means(dimensions, components);
         reader->F32s(Values(weights));
         reader->Quantised(Values(means));
-        if (!(weights.array() > 0.0F).all())
+        if (!Within(weights, LeastMixtureWeight, MostMixtureWeight) || !Within(means, -MostMean, MostMean))
         {
             return std::nullopt;
         }

@@ -2,6 +2,9 @@
 
 #include "engine/models/MixtureBlob.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace velox::engine
 {
 
@@ -10,6 +13,27 @@ namespace
 
 constexpr uint32_t MostLayers = 16;
 constexpr uint32_t MostUnits = 256;
+
+// What cannot be learned; within these bounds all that is computed from a model stays finite.
+constexpr float MostParameter = 1e4F;
+constexpr float LeastDeviation = 1e-3F;
+constexpr float LeastDuration = 0.01F;
+
+bool IsBounded(std::span<const float> values)
+{
+    return std::all_of(values.begin(), values.end(), [](float value) { return std::abs(value) <= MostParameter; });
+}
+
+bool IsBounded(float value)
+{
+    return std::abs(value) <= MostParameter;
+}
+
+/// @param least  above 0
+bool AreAtLeast(std::span<const float> values, float least)
+{
+    return std::all_of(values.begin(), values.end(), [least](float value) { return value >= least && value <= MostParameter; });
+}
 
 std::span<const float> Values(const Eigen::MatrixXf& matrix)
 {
@@ -65,7 +89,9 @@ bool NetworkFits(const Network& network, std::size_t states)
 {
     for (const NetworkLayer& layer : network.layers)
     {
-        if (layer.kernel == 0 || layer.dilation == 0 || layer.weights.size() == 0)
+        const bool bounded =
+            IsBounded(Values(layer.weights)) && IsBounded({layer.bias.data(), layer.bias.data() + layer.bias.size()});
+        if (layer.kernel == 0 || layer.dilation == 0 || layer.weights.size() == 0 || !bounded)
         {
             return false;
         }
@@ -91,6 +117,16 @@ std::optional<SpeakerModel> ReadSpeaker(std::size_t states, BlobReader* reader)
         return std::nullopt;
     }
     return SpeakerModel{std::move(*generic), std::move(*user), threshold};
+}
+
+bool NumbersFit(PhraseModel& model)
+{
+    const NearPhraseCheck& check = model.nearCheck;
+    return IsBounded(model.statistics.startShape) && IsBounded(model.statistics.mean) &&
+           AreAtLeast(model.statistics.deviation, LeastDeviation) && AreAtLeast(model.states.meanDuration, LeastDuration) &&
+           IsBounded(model.states.logPrior) && IsBounded(model.tail.start) &&
+           IsBounded(Values(model.nearCheck.classifier.weights)) && IsBounded(check.classifier.bias) && IsBounded(check.cut) &&
+           (!model.speaker || IsBounded(model.speaker->threshold));
 }
 
 } // namespace
@@ -147,17 +183,8 @@ Status ReadPhraseModel(const uint8_t* blob, PhraseModel* model)
         read.speaker = ReadSpeaker(states, &reader);
     }
 
-    bool valid =
-        reader.Finish() == Status::Success && states > 0 && read.speaker.has_value() == user && NetworkFits(read.network, states);
-    for (const float deviation : read.statistics.deviation)
-    {
-        valid = valid && deviation > 0.0F;
-    }
-    for (const float duration : read.states.meanDuration)
-    {
-        valid = valid && duration > 0.0F;
-    }
-    if (!valid)
+    const bool whole = reader.Finish() == Status::Success && states > 0 && read.speaker.has_value() == user;
+    if (!whole || !NetworkFits(read.network, states) || !NumbersFit(read))
     {
         return Status::MalformedBlob;
     }

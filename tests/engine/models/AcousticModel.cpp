@@ -62,7 +62,11 @@ TEST(AcousticModel, PopulationsWithoutHoursPeaksOrFramesAreRefused)
     noFrames.peaks[1].features.resize(15);
     Population tooManyPeaks = TinyLanguage::Background();
     tooManyPeaks.peaks.resize(Population::MostPeaks + 1, tooManyPeaks.peaks[0]);
-    for (const Population& population : {noHours, noPeaks, noFrames, tooManyPeaks})
+    Population noScore = TinyLanguage::Background();
+    noScore.peaks[1].score = 1e30F;
+    Population noFeature = TinyLanguage::Background();
+    noFeature.peaks[1].features[2][7] = -1e30F;
+    for (const Population& population : {noHours, noPeaks, noFrames, tooManyPeaks, noScore, noFeature})
     {
         Population read;
         EXPECT_EQ(ReadPopulation(WritePopulation(population).data(), &read), Status::MalformedBlob);

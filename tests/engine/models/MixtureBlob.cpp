@@ -51,6 +51,9 @@ TEST(MixtureBlob, WeightsVariancesAndDimensionsThatCannotBeAreRefused)
     EXPECT_FALSE(Read(Write({Mixture(-0.5F, 1.0F)}), 1));
     EXPECT_FALSE(Read(Write({Mixture(0.5F, 0.0F)}), 1));
     EXPECT_FALSE(Read(Write({Mixture(0.5F, -1.0F)}), 1));
+    EXPECT_FALSE(Read(Write({Mixture(1e-30F, 1.0F)}), 1));
+    EXPECT_FALSE(Read(Write({Mixture(0.5F, 1e-40F)}), 1)) << "denormal: its reciprocal is no number";
+    EXPECT_FALSE(Read(Write({Mixture(0.5F, 1e30F)}), 1));
     EXPECT_FALSE(Read(Write({Mixture(0.5F, 1.0F, CepstrumSize)}), 1));
     EXPECT_FALSE(Read(Write({Mixture(0.5F, 1.0F)}), 2)) << "one is missing";
 }

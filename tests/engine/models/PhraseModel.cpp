@@ -103,6 +103,59 @@ TEST(PhraseModel, ContentsThatCannotBeAModelAreRefused)
     }
 }
 
+TEST(PhraseModel, NumbersThatCannotBeLearnedAreRefused)
+{
+    const std::vector<std::pair<const char*, std::function<void(Model*)>>> faults{
+        {"a deviation that divides to infinity",
+         [](Model* model) {
+             model->statistics.deviation[3] = 1e-40F;
+         }},
+        {"a shape",
+         [](Model* model) {
+             model->statistics.startShape[3] = 1e30F;
+         }},
+        {"a duration",
+         [](Model* model) {
+             model->states.meanDuration[0] = 1e-40F;
+         }},
+        {"a prior",
+         [](Model* model) {
+             model->states.logPrior[0] = -1e30F;
+         }},
+        {"a weight",
+         [](Model* model) {
+             model->network.layers[0].weights(0, 0) = 1e30F;
+         }},
+        {"a bias",
+         [](Model* model) {
+             model->network.layers[0].bias(0) = 1e30F;
+         }},
+        {"the tail",
+         [](Model* model) {
+             model->tail.start = 1e30F;
+         }},
+        {"the check",
+         [](Model* model) {
+             model->nearCheck.classifier.weights[2] = -1e30F;
+         }},
+        {"the cut",
+         [](Model* model) {
+             model->nearCheck.cut = 1e30F;
+         }},
+        {"the user's threshold",
+         [](Model* model) {
+             model->speaker->threshold = 1e30F;
+         }},
+    };
+    for (const auto& [name, spoil] : faults)
+    {
+        SCOPED_TRACE(name);
+        Model model = TinyLanguage::UserPhrase();
+        spoil(&model);
+        EXPECT_EQ(Read(WritePhraseModel(model)), Status::MalformedBlob);
+    }
+}
+
 TEST(PhraseModel, TheModelIsUntouchedWhenReadingFails)
 {
     std::vector<uint8_t> blob = WritePhraseModel(TinyLanguage::Phrase());
