@@ -96,6 +96,10 @@ NoisePlan DrawNoise(const AugmentationRanges& ranges, std::span<const Samples> b
 {
     NoisePlan noise;
     noise.signalToNoise = Draw(ranges.signalToNoise, random);
+    if (Chance(ranges.suddenChance, random))
+    {
+        noise.quiet = static_cast<std::size_t>(random->Integer(1, SampleRate / 2));
+    }
     if (Chance(ranges.babbleChance, random) && !background.empty())
     {
         noise.babble = DrawBabble(ranges, background, random);
@@ -202,7 +206,10 @@ void AddNoise(const NoisePlan& plan, std::span<const Samples> background, std::s
     const Samples noise = plan.babble.empty() ? ColouredNoise(plan.colour, plan.seed, samples->size())
                                               : Babble(plan.babble, background, samples->size());
     const double wanted = SpeechLevel(std::span(*samples).subspan(speechStart)) / Amplitude(plan.signalToNoise);
-    AsArray(samples) += GainTo(wanted, RootMeanSquare(noise)) * AsArray(noise);
+    const auto gain = GainTo(wanted, RootMeanSquare(noise));
+    const auto begin = static_cast<Eigen::Index>(plan.quiet > 0 ? std::min(speechStart + plan.quiet, samples->size()) : 0);
+    const Eigen::Index count = static_cast<Eigen::Index>(samples->size()) - begin;
+    AsArray(samples).tail(count) += gain * AsArray(noise).tail(count);
 }
 
 void SetLevel(double level, std::size_t speechStart, Samples* samples)

@@ -30,6 +30,7 @@ struct NoisePlan
 {
     double signalToNoise = 10.0;         ///< dB, of the speech (SpeechLevel) over the noise
     std::vector<BackgroundPiece> babble; ///< equally loud; empty for coloured noise
+    std::size_t quiet = 0;               ///< samples of the recording, behind its lead, before the noise begins; 0: it was there
     double colour = 0.0;                 ///< pole of the coloured noise, 0 for white
     uint64_t seed = 0;                   ///< of the coloured noise
 };
@@ -86,6 +87,7 @@ struct AugmentationRanges
     Range directToReverberant{-2.0, 10.0};
     double noiseChance = 0.9;
     Range signalToNoise{0.0, 35.0};
+    double suddenChance = 0.25; ///< of the copies with noise: it begins with the recording or in its first half second
     double babbleChance = 0.65; ///< of the copies with noise
     int64_t fewestPieces = 4;
     int64_t mostPieces = 9;
@@ -96,8 +98,12 @@ struct AugmentationRanges
 /// For the training of a phrase.
 inline constexpr AugmentationRanges TrainingRanges{};
 /// For the takes of one user: the voice stays as it is, but may come through a telephone.
-inline constexpr AugmentationRanges EnrollmentRanges{
-    .leadChance = 0.0, .tempoChance = 0.0, .formant = {1.0, 1.0}, .bandChance = 0.25, .signalToNoise = {5.0, 25.0}};
+inline constexpr AugmentationRanges EnrollmentRanges{.leadChance = 0.0,
+                                                     .tempoChance = 0.0,
+                                                     .formant = {1.0, 1.0},
+                                                     .bandChance = 0.25,
+                                                     .signalToNoise = {5.0, 25.0},
+                                                     .suddenChance = 0.0};
 
 /// @param background  recordings to make babble of; where there are none, noise is coloured noise
 AugmentationPlan DrawPlan(const AugmentationRanges& ranges, std::span<const std::vector<float>> background, RandomStream* random);

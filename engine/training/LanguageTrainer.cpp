@@ -121,7 +121,7 @@ std::optional<LanguageModels> TrainLanguage(const LanguageMaterial& material, co
     std::vector<PhrasePlace> peaks = FindBackgroundPeaks(phrase, material.background, &pool);
     phrase.tail = MeasureTail(peaks);
     const PhrasePlaces places =
-        FindPhrasePlaces(phrase, takes, alignment, training.copies, material.background, options.seed, &pool);
+        FindPhrasePlaces(phrase, takes, alignment, training.plans, material.background, options.seed, &pool);
     phrase.nearCheck = TrainNearCheck(phrase, places);
     acoustic.generic = TrainGenericPart(places, alignment.states, options.seed);
     const Population population = MakePopulation(std::move(peaks), models.backgroundHours);

@@ -29,14 +29,14 @@ std::vector<PhrasePlace> FindInDamaged(const PhraseModel& model, const PreparedT
 } // namespace
 
 PhrasePlaces FindPhrasePlaces(const PhraseModel& model, const std::vector<PreparedTake>& takes, const PhraseAlignment& alignment,
-                              const std::vector<NoisyCopy>& copies, const std::vector<std::vector<float>>& background,
+                              const std::vector<AugmentationPlan>& plans, const std::vector<std::vector<float>>& background,
                               uint64_t seed, WorkerPool* pool)
 {
     PhrasePlaces places;
     places.takes.resize(takes.size());
-    places.copies.resize(copies.size());
+    places.copies.resize(plans.size());
     std::vector<std::vector<PhrasePlace>> damaged(takes.size());
-    const std::size_t takeCopies = copies.size() / takes.size();
+    const std::size_t takeCopies = plans.size() / takes.size();
     pool->Run(static_cast<int>(takes.size()), [&](int part) {
         const auto number = static_cast<std::size_t>(part);
         if (alignment.labels[number].empty())
@@ -46,7 +46,8 @@ PhrasePlaces FindPhrasePlaces(const PhraseModel& model, const std::vector<Prepar
         places.takes[number] = FindPhrase(model, takes[number].samples).value_or(PhrasePlace{});
         for (std::size_t slot = number * takeCopies; slot < (number + 1) * takeCopies; ++slot)
         {
-            places.copies[slot] = FindPhrase(model, copies[slot].samples, copies[slot].plan.warp).value_or(PhrasePlace{});
+            const std::vector<float> copy = MakeCopy(plans[slot], takes[number].samples, background);
+            places.copies[slot] = FindPhrase(model, copy, plans[slot].warp).value_or(PhrasePlace{});
         }
         damaged[number] = FindInDamaged(model, takes[number], background, seed * 9000011U + number);
     });

@@ -2,8 +2,8 @@
 
 #include "engine/base/WorkerPool.h"
 #include "engine/enrollment/Alignment.h"
+#include "engine/enrollment/Augmentation.h"
 #include "engine/listening/PhraseSearch.h"
-#include "engine/training/NoisyCopy.h"
 #include "engine/training/TakePreparation.h"
 
 namespace velox::engine
@@ -17,9 +17,10 @@ struct PhrasePlaces
     std::vector<PhrasePlace> damaged; ///< takes with a part replaced or cut out
 };
 
-/// @param background  what parts of takes are replaced by
+/// @param plans       of the copies, as many for each take
+/// @param background  what the copies were made with, and what parts of takes are replaced by
 PhrasePlaces FindPhrasePlaces(const PhraseModel& model, const std::vector<PreparedTake>& takes, const PhraseAlignment& alignment,
-                              const std::vector<NoisyCopy>& copies, const std::vector<std::vector<float>>& background,
+                              const std::vector<AugmentationPlan>& plans, const std::vector<std::vector<float>>& background,
                               uint64_t seed, WorkerPool* pool);
 
 } // namespace velox::engine

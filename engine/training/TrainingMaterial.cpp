@@ -38,18 +38,17 @@ public:
     }
 
     /// A sequence of the take itself, then one of each of its copies.
-    /// @param copies  receives them
+    /// @param plans  receives those of the copies
     std::vector<TrainingSequence> FromTake(const PreparedTake& take, const std::vector<int>& phraseLabels, std::size_t number,
-                                           std::span<NoisyCopy> copies) const
+                                           std::span<AugmentationPlan> plans) const
     {
         const std::vector<int> labels = TakeLabels(take, phraseLabels, backgroundLabel);
         std::vector<TrainingSequence> made{Sequence(take.samples, AugmentationPlan{}, labels, take.weight)};
-        for (std::size_t i = 0; i < copies.size(); ++i)
+        for (std::size_t i = 0; i < plans.size(); ++i)
         {
-            RandomStream random(options.seed * 1000003U + number * copies.size() + i);
-            copies[i].plan = DrawPlan(TrainingRanges, background, &random);
-            copies[i].samples = MakeCopy(copies[i].plan, take.samples, background);
-            made.push_back(Sequence(copies[i].samples, copies[i].plan, labels, take.weight));
+            RandomStream random(options.seed * 1000003U + number * plans.size() + i);
+            plans[i] = DrawPlan(TrainingRanges, background, &random);
+            made.push_back(Sequence(MakeCopy(plans[i], take.samples, background), plans[i], labels, take.weight));
         }
         return made;
     }
@@ -96,14 +95,14 @@ TrainingMaterial MakeTrainingMaterial(const std::vector<PreparedTake>& takes, co
     const MaterialMaker maker(statistics, background, options, static_cast<int>(alignment.states));
     const auto takeCopies = static_cast<std::size_t>(options.copies);
     TrainingMaterial material;
-    material.copies.resize(takes.size() * takeCopies);
+    material.plans.resize(takes.size() * takeCopies);
     std::vector<std::vector<TrainingSequence>> fromTakes(takes.size());
     pool->Run(static_cast<int>(takes.size()), [&](int part) {
         const auto number = static_cast<std::size_t>(part);
         if (!alignment.labels[number].empty())
         {
             fromTakes[number] = maker.FromTake(takes[number], alignment.labels[number], number,
-                                               std::span(material.copies).subspan(number * takeCopies, takeCopies));
+                                               std::span(material.plans).subspan(number * takeCopies, takeCopies));
         }
     });
 

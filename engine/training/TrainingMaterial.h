@@ -2,9 +2,9 @@
 
 #include "engine/base/WorkerPool.h"
 #include "engine/enrollment/Alignment.h"
+#include "engine/enrollment/Augmentation.h"
 #include "engine/sound/FeatureStream.h"
 #include "engine/training/LanguageOptions.h"
-#include "engine/training/NoisyCopy.h"
 #include "engine/training/TakePreparation.h"
 #include "engine/training/TrainingSequence.h"
 
@@ -14,7 +14,9 @@ namespace velox::engine
 /// What the network learns from.
 struct TrainingMaterial
 {
-    std::vector<NoisyCopy> copies; ///< of the takes, all of the first, then all of the second, and so on
+    /// Of the takes' copies, all of the first's, then all of the second's, and so on. The copies themselves would take a hundred
+    /// times the takes' room; they are made again where they are needed.
+    std::vector<AugmentationPlan> plans;
     std::vector<TrainingSequence> sequences;
 };
 

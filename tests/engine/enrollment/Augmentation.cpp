@@ -92,11 +92,24 @@ TEST(Augmentation, NoiseOfEitherKindHasTheRatioOfThePlan)
     {
         SCOPED_TRACE(ratio);
         AugmentationPlan plan;
-        plan.noise = NoisePlan{ratio, {}, 0.9, 4};
+        plan.noise = NoisePlan{ratio, {}, 0, 0.9, 4};
         EXPECT_NEAR(SignalToNoise(MakeCopy(plan, recording, background), recording), ratio, 0.3);
-        plan.noise = NoisePlan{ratio, {{0, 100}, {1, 2999}, {2, 0}, {0, 15000}}, 0.0, 0};
+        plan.noise = NoisePlan{ratio, {{0, 100}, {1, 2999}, {2, 0}, {0, 15000}}, 0, 0.0, 0};
         EXPECT_NEAR(SignalToNoise(MakeCopy(plan, recording, background), recording), ratio, 0.3);
     }
+}
+
+TEST(Augmentation, NoiseMayBeginWithTheRecording)
+{
+    AugmentationPlan plan;
+    plan.lead = Lead{10, {}, 0.0};
+    plan.noise = NoisePlan{0.0, {}, 800, 0.0, 4};
+    const std::vector<float> copy = MakeCopy(plan, Signals::Sine(300.0, 0.1, 8000), {});
+    EXPECT_THAT(std::span(copy).first(1600), Each(0.0F));
+    EXPECT_NEAR(Signals::AmplitudeAt(300.0, std::span(copy).subspan(1600, 800)),
+                std::numbers::sqrt2 * Signals::RootMeanSquare(std::span(copy).subspan(1600, 800)), 1e-3);
+    EXPECT_GT(Signals::RootMeanSquare(std::span(copy).last(4000)),
+              1.3 * Signals::RootMeanSquare(std::span(copy).subspan(1600, 800)));
 }
 
 TEST(Augmentation, SilenceAroundTheSpeechMakesTheNoiseNoWeaker)
@@ -106,7 +119,7 @@ TEST(Augmentation, SilenceAroundTheSpeechMakesTheNoiseNoWeaker)
     const std::vector<float> sine = Signals::Sine(300.0, 0.1, 16000);
     std::copy(sine.begin(), sine.end(), recording.begin() + 72000);
     AugmentationPlan plan;
-    plan.noise = NoisePlan{10.0, {}, 0.0, 4};
+    plan.noise = NoisePlan{10.0, {}, 0, 0.0, 4};
     plan.level = -30.0;
     const std::vector<float> copy = MakeCopy(plan, recording, {});
     const double quiet = Signals::RootMeanSquare(std::span(copy).first(64000));
@@ -131,7 +144,7 @@ TEST(Augmentation, PiecesOfBabbleAreEquallyLoud)
     const Recordings background = Background();
     const std::vector<float> recording = Signals::Sine(300.0, 0.1, 3000);
     AugmentationPlan plan;
-    plan.noise = NoisePlan{0.0, {{0, 0}, {1, 0}}, 0.0, 0};
+    plan.noise = NoisePlan{0.0, {{0, 0}, {1, 0}}, 0, 0.0, 0};
     const std::vector<float> both = Added(MakeCopy(plan, recording, background), recording);
     double loud = 0.0;
     double quiet = 0.0;
@@ -148,7 +161,7 @@ TEST(Augmentation, APieceOfBabbleGoesOnInTheNextRecording)
     const Recordings background = {Signals::Noise(0.1, 3000, 21), {}, Signals::Noise(0.1, 9000, 22)};
     const std::vector<float> recording = Signals::Sine(300.0, 0.1, 12000);
     AugmentationPlan plan;
-    plan.noise = NoisePlan{0.0, {{0, 1000}}, 0.0, 0};
+    plan.noise = NoisePlan{0.0, {{0, 1000}}, 0, 0.0, 0};
     const std::vector<float> noise = Added(MakeCopy(plan, recording, background), recording);
     const auto likeness = [&](std::size_t number, std::size_t at, std::size_t start, std::size_t count) {
         double product = 0.0;
@@ -221,7 +234,7 @@ TEST(Augmentation, ColouredNoiseLeansTowardsLowFrequencies)
 {
     // Pole 0.9: |H|^2 at half the sample rate over that at 0 is (0.1 / 1.9)^2; seen as power of differences over power of sums.
     AugmentationPlan plan;
-    plan.noise = NoisePlan{-60.0, {}, 0.9, 8};
+    plan.noise = NoisePlan{-60.0, {}, 0, 0.9, 8};
     const std::vector<float> copy = MakeCopy(plan, Signals::Sine(300.0, 0.1, 64000), {});
     double neighbours = 0.0;
     double power = 0.0;
@@ -314,7 +327,7 @@ TEST(Augmentation, SilenceStaysSilentAndEmptyStaysEmpty)
 TEST(Augmentation, AnEmptyBackgroundRecordingAddsNothing)
 {
     AugmentationPlan plan;
-    plan.noise = NoisePlan{0.0, {{0, 0}}, 0.0, 0};
+    plan.noise = NoisePlan{0.0, {{0, 0}}, 0, 0.0, 0};
     plan.level = Signals::Decibels(0.1 / std::numbers::sqrt2);
     EXPECT_THAT(MakeCopy(plan, Signals::Sine(500.0, 0.1, 1600), Recordings{{}}),
                 Pointwise(FloatNear(1e-5F), Signals::Sine(500.0, 0.1, 1600)));
@@ -335,6 +348,7 @@ TEST(Augmentation, PlansAreDrawnFromTheRangesInTheirShares)
     double room = 0.0;
     double noise = 0.0;
     double babble = 0.0;
+    double sudden = 0.0;
     for (int i = 0; i < Plans; ++i)
     {
         const AugmentationPlan plan = DrawPlan(TrainingRanges, background, &random);
@@ -348,6 +362,7 @@ TEST(Augmentation, PlansAreDrawnFromTheRangesInTheirShares)
         lowerEdge += plan.band.has_value() && plan.band->low > 0.0 ? 1.0 : 0.0;
         room += plan.room.has_value() ? 1.0 : 0.0;
         noise += plan.noise.has_value() ? 1.0 : 0.0;
+        sudden += plan.noise.has_value() && plan.noise->quiet > 0 ? 1.0 : 0.0;
         babble += plan.noise.has_value() && !plan.noise->babble.empty() ? 1.0 : 0.0;
         ASSERT_TRUE(plan.speed >= 0.77 && plan.speed <= 1.33);
         const double formant = plan.speed / plan.warp;
@@ -386,6 +401,7 @@ TEST(Augmentation, PlansAreDrawnFromTheRangesInTheirShares)
     EXPECT_NEAR(lowerEdge / Plans, 0.072, Tolerance);
     EXPECT_NEAR(room / Plans, 0.4, Tolerance);
     EXPECT_NEAR(noise / Plans, 0.9, Tolerance);
+    EXPECT_NEAR(sudden / noise, 0.25, Tolerance);
     EXPECT_NEAR(babble / noise, 0.65, Tolerance);
 }
 
