@@ -129,7 +129,7 @@ TakeJudgement JudgeTake(std::span<const MelFrame> logMel, std::span<const float>
     {
         judgement.status = StatusOf(endpoints.fault);
     }
-    else if (logMel.size() < model->states.States() * Decoder::SubStates)
+    else if (logMel.size() < model->states.States() * Decoder::LeastFrames)
     {
         judgement.status = Status::UtteranceTooShort;
     }
