@@ -50,8 +50,8 @@ Endpoints FindPaddedEndpoints(std::span<const float> samples, std::span<const Me
     {
         return FindEndpoints(paddedLogMel, padded);
     }
-    endpoints.begin += SilenceFrames;
-    endpoints.end += SilenceFrames;
+    endpoints.speechBegin += SilenceFrames;
+    endpoints.speechEnd += SilenceFrames;
     return endpoints;
 }
 
@@ -64,8 +64,9 @@ std::vector<MelFrame> PreparedTake::PhraseLogMel() const
 
 std::span<const float> PreparedTake::PhraseSamples() const
 {
-    const std::size_t first = begin * FrameSize;
-    return std::span(samples).subspan(first, std::min(samples.size(), end * FrameSize + WindowSize) - first);
+    const std::size_t first = (begin - std::min(EndpointPadding, begin)) * FrameSize;
+    const std::size_t last = std::min(samples.size(), (end + EndpointPadding) * FrameSize + WindowSize);
+    return std::span(samples).subspan(first, last - first);
 }
 
 std::vector<PreparedTake> PrepareTakes(const std::vector<PhraseTake>& takes, std::vector<std::string>* warnings)
@@ -83,8 +84,8 @@ std::vector<PreparedTake> PrepareTakes(const std::vector<PhraseTake>& takes, std
             warnings->push_back(take.name + " is left out: " + std::string(FaultText(endpoints.fault)) + ".");
             continue;
         }
-        one.begin = endpoints.begin;
-        one.end = endpoints.end;
+        one.begin = endpoints.speechBegin;
+        one.end = endpoints.speechEnd;
         prepared.push_back(std::move(one));
     }
     return prepared;
