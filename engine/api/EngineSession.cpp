@@ -251,7 +251,12 @@ Status EngineSession::FinalizeUtterance()
     mode = Mode::Enrolling;
     takeStatus = enrollment->AddTake(takeSamples);
     attributes.LogOutcome(LogLevel::Warning, "take of the enrollment", takeStatus);
-    return takeStatus;
+    if (enrollment->LastTakeIsNear())
+    {
+        attributes.Log(LogLevel::Warning, "take of the enrollment: it may be another phrase, since a part of it does not fit");
+    }
+    // Callers give an enrollment up when its last take is refused; the others make a model wherever it stands.
+    return enrollment->HasEnough() ? Status::Success : takeStatus;
 }
 
 Status EngineSession::FinalizeEnrollment(uint8_t** phraseModel)
@@ -261,7 +266,12 @@ Status EngineSession::FinalizeEnrollment(uint8_t** phraseModel)
         return Status::OrderViolated;
     }
     const Status status = MakePhraseModel();
-    attributes.LogOutcome(LogLevel::Error, "enrollment of " + std::to_string(enrollment->TakeCount()) + " takes", status);
+    std::string what = "enrollment of " + std::to_string(enrollment->TakeCount()) + " takes";
+    if (const auto odd = status == Status::TakesDisagree ? enrollment->OddTake() : std::nullopt)
+    {
+        what += ", take " + std::to_string(*odd) + " is unlike the others";
+    }
+    attributes.LogOutcome(LogLevel::Error, what, status);
     if (status == Status::Success)
     {
         *phraseModel = phraseModelBlob.data();

@@ -77,7 +77,7 @@ inline constexpr std::array StatusTexts{
     StatusText{Status::CutAtStart, "CutAtStart", "The recording starts in the middle of speech."},
     StatusText{Status::CutAtEnd, "CutAtEnd", "The recording ends in the middle of speech."},
     StatusText{Status::TwoPhrases, "TwoPhrases", "The phrase is said more than once."},
-    StatusText{Status::NoUtterances, "NoUtterances", "The enrollment has no utterance that can be used."},
+    StatusText{Status::NoUtterances, "NoUtterances", "The enrollment has fewer than two utterances that can be used."},
 };
 
 /// @return an empty text for a number that is no status

@@ -49,6 +49,17 @@ float BackgroundThreshold(const SpeakerModel& speaker, const Population& populat
     return sums[rank] + BackgroundTail::Slope * static_cast<float>(std::log(rate / 0.5));
 }
 
+/// Played backwards a take is no phrase, but as much like speech as anything at hand: babble is made of them. At other speeds
+/// they are other voices: the user's own would teach the speaker part that babble is the user.
+void AddTalkers(const std::vector<float>& take, std::vector<std::vector<float>>* talkers)
+{
+    const std::vector<float> backwards(take.rbegin(), take.rend());
+    for (const double speed : TalkerSpeeds)
+    {
+        talkers->push_back(ChangeSpeed(backwards, speed));
+    }
+}
+
 } // namespace
 
 std::vector<float> WithSilence(std::span<const float> take)
@@ -67,6 +78,8 @@ Enrollment::Enrollment(const AcousticModel& acoustic, const Population& backgrou
 
 Status Enrollment::AddTake(std::span<const float> samples)
 {
+    ++checked;
+    lastIsNear = false;
     const PhraseModel& phrase = acousticModel.phrase;
     std::vector<float> padded = WithSilence(samples);
     const std::optional<Detection> heard = ReviewTake(&phrase, padded).phrase;
@@ -76,16 +89,20 @@ Status Enrollment::AddTake(std::span<const float> samples)
     {
         return judgement.status;
     }
+    lastIsNear = heard && heard->nearMargin < 0.0F;
     const std::optional<PhrasePlace> place = FindPhrase(phrase, padded);
     if (place && takes.size() < MostTakes)
     {
-        takes.push_back(
-            {std::move(padded), {SpeakerFrames(place->features), place->path.counts, 1.0F}, place->score, judgement.level});
+        takes.push_back({std::move(padded),
+                         {SpeakerFrames(place->features), place->path.counts, 1.0F},
+                         place->score,
+                         judgement.level,
+                         checked});
     }
     return Status::Success;
 }
 
-bool Enrollment::TakesAgree() const
+std::optional<std::size_t> Enrollment::OddTake() const
 {
     std::vector<PhraseFrames> frames;
     std::vector<double> levels;
@@ -94,32 +111,29 @@ bool Enrollment::TakesAgree() const
         frames.push_back(take.clean);
         levels.push_back(take.level);
     }
-    return LevelsAgree(levels) && VoicesAgree(acousticModel.generic, frames);
+    std::optional<std::size_t> odd = UnlikeInLevel(levels);
+    if (!odd)
+    {
+        odd = UnlikeInVoice(acousticModel.generic, frames);
+    }
+    return odd ? std::optional(takes[*odd].number) : std::nullopt;
 }
 
-/// Played backwards the takes are no phrase, but as much like speech as anything at hand: babble is made of them. At other speeds
-/// they are other voices: the user's own would teach the speaker part that babble is the user.
-std::vector<std::vector<float>> Enrollment::ReversedTakes() const
+/// Copies are drawn and sums are rounded in this order, whatever the takes came in.
+std::vector<Enrollment::Take> Enrollment::InFixedOrder() const
 {
-    std::vector<std::vector<float>> reversed;
-    for (const Take& take : takes)
-    {
-        const std::vector<float> backwards(take.samples.rbegin(), take.samples.rend());
-        for (const double speed : TalkerSpeeds)
-        {
-            reversed.push_back(ChangeSpeed(backwards, speed));
-        }
-    }
-    return reversed;
+    std::vector<Take> ordered = takes;
+    std::sort(ordered.begin(), ordered.end(), [](const Take& a, const Take& b) { return a.samples < b.samples; });
+    return ordered;
 }
 
 Status Enrollment::Finish(PhraseModel* model) const
 {
-    if (takes.empty() || population.peaks.empty())
+    if (!HasEnough() || population.peaks.empty())
     {
         return Status::NoUtterances;
     }
-    if (!TakesAgree())
+    if (OddTake())
     {
         return Status::TakesDisagree;
     }
@@ -127,8 +141,13 @@ Status Enrollment::Finish(PhraseModel* model) const
     std::vector<PhraseFrames> frames;
     std::vector<float> scores;
     RandomStream random(CopySeed);
-    const std::vector<std::vector<float>> talkers = ReversedTakes();
-    for (const Take& take : takes)
+    const std::vector<Take> ordered = InFixedOrder();
+    std::vector<std::vector<float>> talkers;
+    for (const Take& take : ordered)
+    {
+        AddTalkers(take.samples, &talkers);
+    }
+    for (const Take& take : ordered)
     {
         frames.push_back(take.clean);
         scores.push_back(take.score);

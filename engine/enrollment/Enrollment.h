@@ -16,6 +16,8 @@ class Enrollment
 public:
     /// Takes beyond which nothing is gained and time is lost.
     static constexpr std::size_t MostTakes = 16;
+    /// One take alone does not tell how a voice varies.
+    static constexpr std::size_t LeastTakes = 2;
 
     /// @param acousticModel  and
     /// @param population     must outlive this
@@ -25,13 +27,29 @@ public:
     /// @return as JudgeTake
     Status AddTake(std::span<const float> samples);
 
+    /// Whether the last take was kept although the near-phrase check finds it wanting: it may be another phrase.
+    bool LastTakeIsNear() const
+    {
+        return lastIsNear;
+    }
+
     std::size_t TakeCount() const
     {
         return takes.size();
     }
 
+    /// Whether a model could be made of the takes so far, as far as their number goes.
+    bool HasEnough() const
+    {
+        return takes.size() >= LeastTakes;
+    }
+
+    /// The take that is not like the others, by its place among all that were checked, from 1; nothing when all are alike.
+    std::optional<std::size_t> OddTake() const;
+
+    /// The order of the takes changes nothing.
     /// @param model  receives the phrase's model with the user's speaker part
-    /// @return Success; NoUtterances without a take; TakesDisagree when one is not like the others
+    /// @return Success; NoUtterances with fewer than LeastTakes; TakesDisagree when one is not like the others
     Status Finish(PhraseModel* model) const;
 
 private:
@@ -40,15 +58,17 @@ private:
         std::vector<float> samples;
         PhraseFrames clean;
         float score = 0.0F;
-        double level = 0.0; ///< of its speech, in decibels
+        double level = 0.0;     ///< of its speech, in decibels
+        std::size_t number = 0; ///< among all that were checked, from 1
     };
 
-    bool TakesAgree() const;
-    std::vector<std::vector<float>> ReversedTakes() const;
+    std::vector<Take> InFixedOrder() const;
 
     const AcousticModel& acousticModel;
     const Population& population;
     std::vector<Take> takes;
+    std::size_t checked = 0;
+    bool lastIsNear = false;
 };
 
 } // namespace velox::engine

@@ -7,6 +7,16 @@
 namespace velox::engine
 {
 
+namespace
+{
+
+/// How far one take lies below the one most like the others, where it is of another voice.
+constexpr float LeastOddness = 0.5F;
+/// How far on everybody's side takes lie at most that everybody was learned from.
+constexpr float MostEverybodyness = -0.5F;
+
+} // namespace
+
 std::vector<float> RatiosToOthers(const GenericSpeakers& generic, std::span<const PhraseFrames> takes)
 {
     std::vector<float> ratios;
@@ -35,15 +45,34 @@ Eigen::MatrixXf PairRatios(const GenericSpeakers& generic, std::span<const Phras
     return 0.5F * (ratios + ratios.transpose());
 }
 
-bool VoicesAgree(const GenericSpeakers& generic, std::span<const PhraseFrames> takes)
+std::optional<std::size_t> UnlikeInVoice(const GenericSpeakers& generic, std::span<const PhraseFrames> takes)
 {
-    return std::ranges::none_of(RatiosToOthers(generic, takes), [](float ratio) { return ratio < 0.0F; });
+    const std::vector<float> ratios = RatiosToOthers(generic, takes);
+    const auto lowest = std::min_element(ratios.begin(), ratios.end());
+    if (lowest == ratios.end() || *lowest >= 0.0F)
+    {
+        return std::nullopt;
+    }
+    const float highest = *std::max_element(ratios.begin(), ratios.end());
+    const bool oddOneOut = highest - *lowest > LeastOddness;
+    if (!oddOneOut && *lowest > MostEverybodyness)
+    {
+        return std::nullopt;
+    }
+    return static_cast<std::size_t>(lowest - ratios.begin());
 }
 
-bool LevelsAgree(std::span<const double> levels)
+std::optional<std::size_t> UnlikeInLevel(std::span<const double> levels)
 {
     const auto [quietest, loudest] = std::minmax_element(levels.begin(), levels.end());
-    return levels.empty() || *loudest - *quietest <= MostLevelDifference;
+    if (levels.empty() || *loudest - *quietest <= MostLevelDifference)
+    {
+        return std::nullopt;
+    }
+    std::vector<double> sorted(levels.begin(), levels.end());
+    const auto middle = sorted.begin() + static_cast<std::ptrdiff_t>(sorted.size() / 2);
+    std::nth_element(sorted.begin(), middle, sorted.end());
+    return static_cast<std::size_t>((*loudest - *middle > *middle - *quietest ? loudest : quietest) - levels.begin());
 }
 
 } // namespace velox::engine

@@ -2,6 +2,7 @@
 
 #include "engine/enrollment/SpeakerAdaptation.h"
 
+#include <optional>
 #include <vector>
 
 namespace velox::engine
@@ -19,11 +20,15 @@ std::vector<float> RatiosToOthers(const GenericSpeakers& generic, std::span<cons
 /// @return symmetric; the diagonal is 0
 Eigen::MatrixXf PairRatios(const GenericSpeakers& generic, std::span<const PhraseFrames> takes);
 
-/// Whether every take is like the others: none sounds more like everybody than like a user who is learned from the others alone.
-/// Another speaker's take is unlike, and so is another phrase's; takes of one voice are far from it, clean or not.
-bool VoicesAgree(const GenericSpeakers& generic, std::span<const PhraseFrames> takes);
+/// The take that is least like the others when it sounds more like everybody than like a user who is learned from the others
+/// alone: another speaker's, or another phrase's. Takes of one voice are far from it, clean or not. Where everybody was learned
+/// from these very takes, all of them lie somewhat on everybody's side, and none is unlike.
+/// @return its number; nothing when all are alike
+std::optional<std::size_t> UnlikeInVoice(const GenericSpeakers& generic, std::span<const PhraseFrames> takes);
 
+/// The take whose level is farthest from the one in the middle, when levels lie too far apart.
 /// @param levels  of the takes' speech, in decibels
-bool LevelsAgree(std::span<const double> levels);
+/// @return its number; nothing when all are alike
+std::optional<std::size_t> UnlikeInLevel(std::span<const double> levels);
 
 } // namespace velox::engine

@@ -155,6 +155,7 @@ TEST_F(EngineSession, CallsOutOfOrderAreViolations)
     const auto enrolled = [&] {
         Session session = enrolling();
         EXPECT_EQ(Take(&session, TinyLanguage::SayPhrase()), Status::Success);
+        EXPECT_EQ(Take(&session, TinyLanguage::SayPhrase({}, 2)), Status::Success);
         EXPECT_EQ(session.FinalizeEnrollment(&model), Status::Success);
         return session;
     };
@@ -246,7 +247,7 @@ TEST_F(EngineSession, EachTakesFaultHasItsStatusAndPlace)
     EXPECT_EQ(statusOf(TinyLanguage::Say(Tones{2, 1}, HalfSecond, HalfSecond)), Status::PhraseNotFound);
 
     const auto whole = judge(TinyLanguage::SayPhrase());
-    EXPECT_NEAR(Get(whole, Output::PlaceStart), static_cast<double>(HalfSecond + TinyLanguage::StartPadding), 480);
+    EXPECT_NEAR(Get(whole, Output::PlaceStart), static_cast<double>(HalfSecond), 480);
     EXPECT_GT(Get(whole, Output::PlaceEnd), HalfSecond + 3 * TinyLanguage::ToneSamples);
     EXPECT_LT(Get(whole, Output::PlaceEnd), HalfSecond + TinyLanguage::PhraseSamples + 480);
     EXPECT_GT(Get(whole, Output::BestScore), 100 * 256);
@@ -295,7 +296,51 @@ TEST_F(EngineSession, ATakeThatIsRefusedDoesNotEndTheEnrollment)
     EXPECT_EQ(session.FinalizeEnrollment(&model), Status::NoUtterances);
     EXPECT_EQ(model, nullptr);
     EXPECT_EQ(Take(&session, TinyLanguage::SayPhrase()), Status::Success);
+    EXPECT_EQ(session.FinalizeEnrollment(&model), Status::NoUtterances) << "one is not enough";
+    EXPECT_EQ(Take(&session, TinyLanguage::SayPhrase({}, 2)), Status::Success);
     EXPECT_EQ(session.FinalizeEnrollment(&model), Status::Success);
+}
+
+/// Callers give up when the last take's status is no success.
+TEST_F(EngineSession, ARefusedTakeIsLeftOutWhicheverPlaceItHas)
+{
+    std::vector<std::vector<uint8_t>> models;
+    for (uint64_t place = 1; place <= 4; ++place)
+    {
+        SCOPED_TRACE(place);
+        velox::engine::EngineSession session = Open();
+        ASSERT_EQ(session.StartEnrollment(), Status::Success);
+        Status last = Status::NoUtterances;
+        uint64_t seed = 0;
+        for (uint64_t take = 1; take <= 4; ++take)
+        {
+            last = Take(&session, take == place ? TinyLanguage::Whisper() : TinyLanguage::SayPhrase({}, ++seed));
+        }
+        EXPECT_EQ(last, Status::Success);
+        EXPECT_EQ(Get(session, Output::TakeStatus), place == 4 ? static_cast<int32_t>(Status::TooQuiet) : 0);
+        uint8_t* model = nullptr;
+        ASSERT_EQ(session.FinalizeEnrollment(&model), Status::Success);
+        models.emplace_back(model, model + BlobLength(model));
+    }
+    EXPECT_THAT(models, testing::Each(models.front()));
+}
+
+TEST_F(EngineSession, TheTakeThatIsUnlikeTheOthersIsNamedInTheLog)
+{
+    ASSERT_EQ(attributes.SetLogLevel("3"), Status::Success);
+    velox::engine::EngineSession session = Open();
+    ASSERT_EQ(session.StartEnrollment(), Status::Success);
+    const std::vector<float> loud = TinyLanguage::SayPhrase({0.9, 0.0, 0.0});
+    std::vector<float> quiet = loud;
+    std::transform(quiet.begin(), quiet.end(), quiet.begin(), [](float sample) { return 0.04F * sample; });
+    ASSERT_EQ(Take(&session, loud), Status::Success);
+    ASSERT_EQ(Take(&session, quiet), Status::Success);
+    ASSERT_EQ(Take(&session, loud), Status::Success);
+    testing::internal::CaptureStderr();
+    uint8_t* model = nullptr;
+    EXPECT_EQ(session.FinalizeEnrollment(&model), Status::TakesDisagree);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                testing::HasSubstr("enrollment of 3 takes, take 2 is unlike the others: 125 TakesDisagree."));
 }
 
 TEST_F(EngineSession, ModelsThatTheEnrollmentNeedsAreAskedFor)
@@ -316,6 +361,7 @@ TEST_F(EngineSession, AModelLargerThanTheConstraintsAllowIsRefused)
     velox::engine::EngineSession session = Open();
     ASSERT_EQ(session.StartEnrollment(), Status::Success);
     ASSERT_EQ(Take(&session, TinyLanguage::SayPhrase()), Status::Success);
+    ASSERT_EQ(Take(&session, TinyLanguage::SayPhrase({}, 2)), Status::Success);
     uint8_t* model = nullptr;
     EXPECT_EQ(session.FinalizeEnrollment(&model), Status::ModelTooLarge);
     EXPECT_EQ(model, nullptr);
@@ -386,13 +432,14 @@ TEST_F(EngineSession, LogsRefusedTakesAsWarningsAndEnrollmentsThatFailAsErrors)
     ASSERT_EQ(session.StartEnrollment(), Status::Success);
     EXPECT_EQ(Take(&session, TinyLanguage::Whisper()), Status::TooQuiet);
     EXPECT_EQ(Take(&session, TinyLanguage::SayPhrase()), Status::Success);
+    EXPECT_EQ(Take(&session, TinyLanguage::SayPhrase({}, 2)), Status::Success);
     uint8_t* model = nullptr;
     EXPECT_EQ(session.FinalizeEnrollment(&model), Status::ModelTooLarge);
     EXPECT_EQ(session.SetModel(WritePopulation(TinyLanguage::Background()).data()), Status::OrderViolated);
     EXPECT_EQ(
         testing::internal::GetCapturedStderr(),
         "VeloxWovSDK: take of the enrollment: 121 TooQuiet. The utterance is too quiet.\n"
-        "VeloxWovSDK: enrollment of 1 takes: 110 ModelTooLarge. The firmware model is larger than the platform's constraints "
+        "VeloxWovSDK: enrollment of 2 takes: 110 ModelTooLarge. The firmware model is larger than the platform's constraints "
         "allow.\n");
 }
 

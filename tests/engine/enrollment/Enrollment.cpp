@@ -151,10 +151,10 @@ TEST_F(Enrollment, TakesBeyondTheMostAreCheckedButNotKept)
 TEST_F(Enrollment, NearPhrasesAreRefusedAsInListening)
 {
     const std::vector<float> half = TinyLanguage::Say(Tones{0, 1}, HalfSecond, HalfSecond);
-    acoustic.phrase.tail.start = -7.0F;
+    acoustic.phrase.tail.start = -4.5F;
     acoustic.phrase.nearCheck.cut = -10.0F;
     EXPECT_EQ(Add(half), Status::Success) << "without the check";
-    acoustic.phrase.nearCheck.cut = TinyLanguage::Phrase().nearCheck.cut + 8.0F;
+    acoustic.phrase.nearCheck.cut = TinyLanguage::Phrase().nearCheck.cut + 10.0F;
     EXPECT_EQ(Add(half), Status::PhraseNotFound);
     EXPECT_EQ(Add(TinyLanguage::SayPhrase(User)), Status::Success);
 }
@@ -165,8 +165,46 @@ TEST_F(Enrollment, ATakeOfAnotherVoiceMakesTheTakesDisagree)
     AddThreeTakes();
     PhraseModel model;
     EXPECT_EQ(enrollment.Finish(&model), Status::Success);
+    EXPECT_EQ(enrollment.OddTake(), std::nullopt);
+    ASSERT_EQ(Add(Signals::Noise(TinyLanguage::NoiseAmplitude, 16000, 1)), Status::NoSpeech);
     ASSERT_EQ(Add(TinyLanguage::SayPhrase(Other)), Status::Success);
     EXPECT_EQ(enrollment.Finish(&model), Status::TakesDisagree);
+    EXPECT_THAT(enrollment.OddTake(), testing::Optional(5U)) << "the refused one counts";
+}
+
+TEST_F(Enrollment, TheOrderOfTheTakesChangesNothing)
+{
+    velox::engine::Enrollment backwards{acoustic, population};
+    for (uint64_t seed = 1; seed <= 3; ++seed)
+    {
+        ASSERT_EQ(Add(TinyLanguage::SayPhrase(User, seed)), Status::Success);
+        ASSERT_EQ(backwards.AddTake(TinyLanguage::SayPhrase(User, 4 - seed)), Status::Success);
+    }
+    PhraseModel first;
+    PhraseModel second;
+    ASSERT_EQ(enrollment.Finish(&first), Status::Success);
+    ASSERT_EQ(backwards.Finish(&second), Status::Success);
+    EXPECT_EQ(WritePhraseModel(first), WritePhraseModel(second));
+}
+
+TEST_F(Enrollment, OneTakeAloneMakesNoModel)
+{
+    ASSERT_EQ(Add(TinyLanguage::SayPhrase(User)), Status::Success);
+    PhraseModel model;
+    EXPECT_EQ(enrollment.Finish(&model), Status::NoUtterances);
+    ASSERT_EQ(Add(TinyLanguage::SayPhrase(User, 2)), Status::Success);
+    EXPECT_EQ(enrollment.Finish(&model), Status::Success);
+}
+
+TEST_F(Enrollment, ATakeBelowTheNearPhraseCheckIsRemarked)
+{
+    ASSERT_EQ(Add(TinyLanguage::SayPhrase(User)), Status::Success);
+    EXPECT_FALSE(enrollment.LastTakeIsNear());
+    acoustic.phrase.nearCheck.cut = 4.0F; // the phrase itself has three
+    ASSERT_EQ(Add(TinyLanguage::SayPhrase(User)), Status::Success);
+    EXPECT_TRUE(enrollment.LastTakeIsNear());
+    ASSERT_EQ(Add(Signals::Noise(TinyLanguage::NoiseAmplitude, 16000, 1)), Status::NoSpeech);
+    EXPECT_FALSE(enrollment.LastTakeIsNear());
 }
 
 TEST_F(Enrollment, ATakeOfAnotherLevelMakesTheTakesDisagree)

@@ -32,7 +32,7 @@ protected:
         {
             takes.push_back(Take(value));
         }
-        return VoicesAgree(everybody, takes);
+        return !UnlikeInVoice(everybody, takes);
     }
 
     GenericSpeakers everybody{{Around(0.0F), Around(0.0F)}};
@@ -84,12 +84,27 @@ TEST_F(TakeAgreement, PairsOfOneVoiceHaveTheHigherRatioBothWaysAlike)
     EXPECT_EQ(ratios(1, 1), 0.0F);
 }
 
-TEST_F(TakeAgreement, LevelsAgreeUpToTheMostDifference)
+TEST_F(TakeAgreement, TheTakeOfAnotherVoiceIsNamed)
 {
-    EXPECT_TRUE(LevelsAgree({}));
-    EXPECT_TRUE(LevelsAgree(std::vector{-30.0}));
-    EXPECT_TRUE(LevelsAgree(std::vector{-30.0, -15.0, -40.0}));
-    EXPECT_FALSE(LevelsAgree(std::vector{-30.0, -15.0, -40.1}));
+    EXPECT_THAT(UnlikeInVoice(everybody, std::vector<PhraseFrames>{Take(2.0F), Take(-2.0F), Take(2.5F)}), testing::Optional(1U));
+    EXPECT_THAT(UnlikeInVoice(everybody, std::vector<PhraseFrames>{Take(-2.0F), Take(2.0F), Take(2.5F)}), testing::Optional(0U));
+}
+
+TEST_F(TakeAgreement, TakesThatEverybodyWasLearnedFromAreAlike)
+{
+    // They vary around everybody's mean, so that each is nearer to it than to a user who is learned from the others.
+    const std::vector<PhraseFrames> takes{Take(0.15F), Take(-0.15F), Take(0.05F)};
+    EXPECT_THAT(RatiosToOthers(everybody, takes), testing::Contains(testing::Lt(0.0F)));
+    EXPECT_EQ(UnlikeInVoice(everybody, takes), std::nullopt);
+}
+
+TEST_F(TakeAgreement, TheTakeWithAnotherLevelIsNamed)
+{
+    EXPECT_EQ(UnlikeInLevel({}), std::nullopt);
+    EXPECT_EQ(UnlikeInLevel(std::vector{-30.0}), std::nullopt);
+    EXPECT_EQ(UnlikeInLevel(std::vector{-30.0, -15.0, -40.0}), std::nullopt);
+    EXPECT_THAT(UnlikeInLevel(std::vector{-20.0, -15.0, -40.1}), testing::Optional(2U));
+    EXPECT_THAT(UnlikeInLevel(std::vector{-10.0, -36.0, -40.1}), testing::Optional(0U));
 }
 
 } // namespace
