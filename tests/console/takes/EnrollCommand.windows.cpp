@@ -169,11 +169,12 @@ TEST_F(EnrollCommand, TwoVoicesInEqualPartsAreToldInTheVerdict)
                                       " sound alike."));
 }
 
-TEST_F(EnrollCommand, OneTakeAloneIsToldInTheVerdict)
+TEST_F(EnrollCommand, OneTakeAloneMakesNoModel)
 {
     const ProgramRun run = Run({Take(1), "--model", project.File("user.vwov")});
-    EXPECT_EQ(run.exitCode, 0) << run.errors;
-    EXPECT_THAT(run.output, HasSubstr("from 1 take. Note: one take alone: "));
+    EXPECT_EQ(run.exitCode, 1) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("one take alone"));
+    EXPECT_FALSE(Exists("user.vwov"));
 }
 
 TEST_F(EnrollCommand, TheSameTakeTwiceIsToldInTheVerdict)
@@ -210,7 +211,7 @@ TEST_F(EnrollCommand, AModelThatCannotBeWrittenLeavesTheFormerOne)
     const std::wstring file = velox::console::PathFromUtf8(project.File("user.vwov")).wstring();
     const HANDLE held = CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(held, INVALID_HANDLE_VALUE);
-    const ProgramRun run = Run({Take(1), "--model", project.File("user.vwov")});
+    const ProgramRun run = Run({Take(1), Take(2), "--model", project.File("user.vwov")});
     CloseHandle(held);
     EXPECT_EQ(run.exitCode, 6) << run.output << run.errors;
     EXPECT_THAT(run.errors, HasSubstr("Cannot write"));
@@ -221,7 +222,7 @@ TEST_F(EnrollCommand, AModelThatCannotBeWrittenLeavesTheFormerOne)
 
 TEST_F(EnrollCommand, AFolderThatIsNotThereIsAWriteFailure)
 {
-    const ProgramRun run = Run({Take(1), "--model", project.File("missing\\user.vwov")});
+    const ProgramRun run = Run({Take(1), Take(2), "--model", project.File("missing\\user.vwov")});
     EXPECT_EQ(run.exitCode, 6) << run.output << run.errors;
 }
 
