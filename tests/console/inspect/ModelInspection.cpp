@@ -123,7 +123,7 @@ TEST_P(ModelInspection, HeaderFaultsAreToldApart)
         std::string path;
         std::string message;
     } faults[]{
-        {4, 2, "Version", "2, but the stand-in engine's version is 1"},
+        {4, 3, "Version", "3, but the stand-in engine's version is 2"},
         {8, 15, "Length", "15, but there are"},
         {8, 100000, "Length", "100000, but there are"},
         {8, 20, "Length", "20, but there are"},
@@ -165,7 +165,7 @@ TEST(ModelInspection, HeaderIsShownFieldByFieldAndTheRestAsBytes)
     const Inspection user = Inspect(model);
     ASSERT_EQ(user.fields.size(), 5U);
     EXPECT_EQ(user.Find("Kind")->value, "\"VWOV\"");
-    EXPECT_EQ(user.Find("Version")->value, "1");
+    EXPECT_EQ(user.Find("Version")->value, "2");
     EXPECT_EQ(user.Find("Length")->value, std::to_string(model.size()));
     EXPECT_EQ(user.Find("Checksum")->offset, 12U);
     EXPECT_EQ(user.Find("Data")->offset, 16U);
