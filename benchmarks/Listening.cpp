@@ -55,7 +55,7 @@ engine::PhraseModel FullSizeModel()
     model.network = network.Fold(rows);
     model.states.meanDuration.assign(States, 5.0F);
     model.states.logPrior.assign(States + 1, -1.0F);
-    model.nearCheck.classifier.weights = Eigen::VectorXf::Ones(engine::NearPhraseCheck::Features);
+    model.judge.weights = Eigen::VectorXf::Ones(engine::PhraseModel::PathFeatures);
     std::vector<engine::GaussianMixture> mixtures;
     for (int i = 0; i < States; ++i)
     {
@@ -120,13 +120,13 @@ struct Listener
 void RegisterListening()
 {
     engine::PhraseModel model = FullSizeModel();
-    model.tail.start = 100.0F; // no score comes near
+    model.searchTail.start = 100.0F; // no score comes near
     const auto background = std::make_shared<Listener>(model);
     Register(
         RealTimeMeasurement{"DspSimulator::Hear, to the audio's length", Goal, [background] { background->Listen(); }, Seconds});
 
     // Every peak of the score is judged by the second stage.
-    model.tail.start = -100.0F;
+    model.searchTail.start = -100.0F;
     const auto peaks = std::make_shared<Listener>(model);
     Register(RealTimeMeasurement{"DspSimulator::Hear, peaks without end", Goal,
                                  [peaks] {

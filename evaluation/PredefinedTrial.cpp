@@ -105,8 +105,8 @@ private:
             {
                 report->Note("missed, " + condition.name + ": " + outcome.clip->entry.path + ", score " +
                              Short(static_cast<double>(outcome.best.score)) + ", phrase score " +
-                             Short(static_cast<double>(outcome.best.phraseScore)) + ", near margin " +
-                             Short(static_cast<double>(outcome.best.nearMargin)));
+                             Short(static_cast<double>(outcome.best.phraseScore)) + ", search " +
+                             Short(static_cast<double>(outcome.best.searchScore)));
             }
         }
         return misses;

@@ -185,7 +185,8 @@ void AddPeak(const firmware::Peak& peak, uint32_t threshold, std::vector<HeardPh
 {
     const engine::Detection& place = peak.detection;
     const float least = static_cast<float>(threshold) / 256.0F;
-    const bool isNear = !peak.passed && (place.score >= least - NearMissMargin || place.phraseScore >= least);
+    const bool isNear =
+        !peak.passed && (place.score >= least - NearMissMargin || std::max(place.phraseScore, place.searchScore) >= least);
     HeardPhrase phrase{peak, isNear, peak.score};
     const auto lastOverlaps = [&] {
         // They come in the order of their ends: only the last ones can.

@@ -86,10 +86,14 @@ std::string WhatCameOf(const HeardPhrase& phrase, double threshold)
 {
     const engine::Detection& place = phrase.peak.detection;
     const ParsedBlock& parsed = phrase.parsed;
-    const std::string alone = fmt::format("(the words alone score {:.1f})", place.phraseScore);
-    return phrase.isNear          ? static_cast<double>(place.phraseScore) < threshold ? "the words are not clear enough"
-                                    : place.nearMargin < 0.0F                          ? "it sounds like a part of the phrase " + alone
-                                                                                       : "the words fit, the voice does not " + alone
+    const auto clears = [threshold](float score) {
+        return static_cast<double>(score) >= threshold;
+    };
+    return phrase.isNear
+               ? clears(place.phraseScore) ? fmt::format("the words fit (score {:.1f}), the voice does not", place.phraseScore)
+                 : clears(place.searchScore)
+                     ? fmt::format("it sounds like a part of the phrase (score {:.1f} of the search alone)", place.searchScore)
+                     : "the words are not clear enough"
            : phrase.block.empty() ? "the DSP reset itself instead of reporting it"
            : parsed.result != 0
                ? fmt::format("the library refuses the block: {} {}", ResultText(parsed.result), parsed.explanation)

@@ -4,6 +4,7 @@
 #include "engine/enrollment/SpeedChange.h"
 #include "engine/enrollment/TakeAgreement.h"
 #include "engine/enrollment/TakeReview.h"
+#include "engine/listening/PathDescription.h"
 #include "engine/listening/PhraseSearch.h"
 #include "engine/listening/SpeakerRatio.h"
 
@@ -35,18 +36,18 @@ float Median(std::vector<float> values)
     return *middle;
 }
 
-/// The sum of phrase score and speaker ratio that half a false alarm per hour reaches.
+/// The sum of phrase factors and speaker ratio that half a false alarm per hour reaches.
 float BackgroundThreshold(const SpeakerModel& speaker, const Population& population)
 {
     std::vector<float> sums;
     for (const Population::Peak& peak : population.peaks)
     {
-        sums.push_back(peak.score + SpeakerModel::Weight * SpeakerRatio(speaker, SpeakerFrames(peak.features), peak.counts));
+        sums.push_back(peak.factors + SpeakerModel::Weight * SpeakerRatio(speaker, SpeakerFrames(peak.features), peak.counts));
     }
     const std::size_t rank = std::min(TailRank, sums.size() - 1);
     std::nth_element(sums.begin(), sums.begin() + static_cast<std::ptrdiff_t>(rank), sums.end(), std::greater<>());
     const double rate = static_cast<double>(rank + 1) / population.hours;
-    return sums[rank] + BackgroundTail::Slope * static_cast<float>(std::log(rate / 0.5));
+    return sums[rank] + static_cast<float>(std::log(rate / 0.5));
 }
 
 /// Played backwards a take is no phrase, but as much like speech as anything at hand: babble is made of them. At other speeds
@@ -89,13 +90,13 @@ Status Enrollment::AddTake(std::span<const float> samples)
     {
         return judgement.status;
     }
-    lastIsNear = heard && heard->nearMargin < 0.0F;
+    lastIsNear = score < ScoreScale::HalfAlarmPerHour;
     const std::optional<PhrasePlace> place = FindPhrase(phrase, padded);
     if (place && takes.size() < MostTakes)
     {
         takes.push_back({std::move(padded),
                          {SpeakerFrames(place->features), place->path.counts, 1.0F},
-                         place->score,
+                         JudgePath(phrase, place->path),
                          judgement.level,
                          checked});
     }
@@ -150,7 +151,7 @@ Status Enrollment::Finish(PhraseModel* model) const
     for (const Take& take : ordered)
     {
         frames.push_back(take.clean);
-        scores.push_back(take.score);
+        scores.push_back(take.factors);
         for (int i = 0; i < CopiesPerTake; ++i)
         {
             const AugmentationPlan plan = DrawPlan(EnrollmentRanges, talkers, &random);
@@ -158,7 +159,7 @@ Status Enrollment::Finish(PhraseModel* model) const
             if (const auto place = FindPhrase(acousticModel.phrase, copy))
             {
                 frames.push_back({SpeakerFrames(place->features), place->path.counts, CopyShare});
-                scores.push_back(place->score);
+                scores.push_back(JudgePath(acousticModel.phrase, place->path));
             }
         }
     }

@@ -27,7 +27,7 @@ public:
     /// @return as JudgeTake
     Status AddTake(std::span<const float> samples);
 
-    /// Whether the last take was kept although the near-phrase check finds it wanting: it may be another phrase.
+    /// Whether the last take was kept although it would not fire: it may be another phrase.
     bool LastTakeIsNear() const
     {
         return lastIsNear;
@@ -57,7 +57,7 @@ private:
     {
         std::vector<float> samples;
         PhraseFrames clean;
-        float score = 0.0F;
+        float factors = 0.0F;   ///< the judge's word on the clean take
         double level = 0.0;     ///< of its speech, in decibels
         std::size_t number = 0; ///< among all that were checked, from 1
     };

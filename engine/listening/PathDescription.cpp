@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <numeric>
+#include <span>
 
 namespace velox::engine
 {
@@ -22,14 +23,20 @@ PathDescription DescribePath(const PhrasePath& path, const StateModel& states)
 {
     const std::size_t count = states.States();
     std::array<float, StateModel::MostStates> means{};
-    float largestError = 0.0F;
-    float errorSum = 0.0F;
+    std::array<float, StateModel::MostStates> stretches{};
     for (std::size_t s = 0; s < count; ++s)
     {
         means[s] = path.StateMean(s);
-        const float error = std::log(static_cast<float>(path.counts[s]) / states.meanDuration[s]);
-        largestError = std::max(largestError, error * error);
-        errorSum += error * error;
+        stretches[s] = std::log(static_cast<float>(path.counts[s]) / states.meanDuration[s]);
+    }
+    const float tempo = Mean(stretches.data(), count);
+    float largestError = 0.0F;
+    float errorSum = 0.0F;
+    for (const float stretch : std::span(stretches).first(count))
+    {
+        const float error = (stretch - tempo) * (stretch - tempo);
+        largestError = std::max(largestError, error);
+        errorSum += error;
     }
     std::array<float, StateModel::MostStates> sorted{};
     std::copy_n(means.begin(), count, sorted.begin());
@@ -50,9 +57,9 @@ PathDescription DescribePath(const PhrasePath& path, const StateModel& states)
     return features;
 }
 
-float NearPhraseMargin(const NearPhraseCheck& check, const PhrasePath& path, const StateModel& states)
+float JudgePath(const PhraseModel& model, const PhrasePath& path)
 {
-    return check.classifier.LogOdds(DescribePath(path, states)) - check.cut;
+    return model.tail.FactorsBelowHalf(model.judge.LogOdds(DescribePath(path, model.states)));
 }
 
 } // namespace velox::engine

@@ -10,15 +10,6 @@
 namespace velox::engine
 {
 
-namespace
-{
-
-/// What a near phrase loses for each unit of log odds below the cut, and at most.
-constexpr float NearPenalty = 8.0F;
-constexpr float MostNearPenalty = 100.0F;
-
-} // namespace
-
 PhraseDetector::PhraseDetector(const PhraseModel& phrase)
     : model(phrase), stream(phrase.statistics), network(phrase.network), decoder(phrase.states), history(HistoryFrames),
       speakerFrames(CepstralFrameSize, HistoryFrames), peak{std::numeric_limits<float>::lowest(), -1, decoder.BestPath()}
@@ -50,7 +41,7 @@ std::optional<Detection> PhraseDetector::Push(const float* samples)
     if (decoder.Push(posteriors->data()))
     {
         const float score = SoftMinimumScore(decoder.BestPath());
-        firstStage = ScoreScale::FromScore(score, model.tail);
+        firstStage = ScoreScale::FromFactors(model.searchTail.FactorsBelowHalf(score));
         // What is left of a phrase that was judged scores, too, for a while: only a better end or a later start is new.
         const bool isNew = score > peak.score || decoder.BestPath().startFrame > peak.endFrame;
         if (*firstStage >= LeastPeak && isNew)
@@ -89,27 +80,20 @@ Detection PhraseDetector::Judge(const Peak& found)
     const auto halfFrame = static_cast<int64_t>(FrameSize / 2);
     detection.startSample = FeatureStream::MiddleSample(found.path.startFrame + lookAhead) - halfFrame;
     detection.endSample = FeatureStream::MiddleSample(found.endFrame + lookAhead) + halfFrame;
-    detection.phraseScore = ScoreScale::FromScore(found.score, model.tail);
-    detection.nearMargin = NearPhraseMargin(model.nearCheck, found.path, model.states);
-
-    float score = detection.phraseScore;
-    const bool kept = frames - (found.path.startFrame + lookAhead) <= HistoryFrames;
-    if (model.speaker && kept)
+    detection.searchScore = ScoreScale::FromFactors(model.searchTail.FactorsBelowHalf(found.score));
+    const float phrase = JudgePath(model, found.path);
+    detection.phraseScore = ScoreScale::FromFactors(phrase);
+    detection.score = detection.phraseScore;
+    if (model.speaker)
     {
-        detection.speakerRatio = JudgeSpeaker(found);
-        const float sum = found.score + SpeakerModel::Weight * detection.speakerRatio;
-        score =
-            ScoreScale::HalfAlarmPerHour + ScoreScale::StepsPerFactorE * (sum - model.speaker->threshold) / BackgroundTail::Slope;
+        detection.score = ScoreScale::Least;
+        if (frames - (found.path.startFrame + lookAhead) <= HistoryFrames)
+        {
+            detection.speakerRatio = JudgeSpeaker(found);
+            const float sum = phrase + SpeakerModel::Weight * detection.speakerRatio;
+            detection.score = ScoreScale::FromFactors(sum - model.speaker->threshold);
+        }
     }
-    else if (model.speaker)
-    {
-        score = ScoreScale::Least;
-    }
-    if (detection.nearMargin < 0.0F)
-    {
-        score -= std::min(MostNearPenalty, -NearPenalty * detection.nearMargin);
-    }
-    detection.score = ScoreScale::Clamp(score);
     return detection;
 }
 

@@ -16,18 +16,19 @@ struct Detection
     float score = 0.0F; ///< ScoreScale
     int64_t startSample = 0;
     int64_t endSample = 0;
-    float phraseScore = 0.0F;  ///< of the first stage, ScoreScale
+    float searchScore = 0.0F;  ///< of the first stage, ScoreScale
+    float phraseScore = 0.0F;  ///< of the words, whoever says them, ScoreScale
     float speakerRatio = 0.0F; ///< of the user and everybody; 0 without a speaker part
-    float nearMargin = 0.0F;   ///< above the near-phrase check's cut
 };
 
-/// Listens for one phrase. The first stage, network and decoder, sees every frame; the second, speaker part and near-phrase
-/// check, only a peak of the first one's score. Nothing is allocated after the construction.
+/// Listens for one phrase. The first stage, network and decoder, sees every frame; the second, the judge of the path and the
+/// speaker part, only a peak of the first one's score. Nothing is allocated after the construction.
 class PhraseDetector
 {
 public:
-    /// Least first-stage score at which a peak is looked at, ScoreScale: seventy alarms per hour.
-    static constexpr float LeastPeak = 50.0F;
+    /// Least first-stage score at which a peak is looked at, ScoreScale: two hundred alarms per hour. What the search finds this
+    /// seldom like the phrase the judge does not take for it either.
+    static constexpr float LeastPeak = 40.0F;
     /// Frames after which a score that was not surpassed is a peak.
     static constexpr int64_t PeakFrames = 10;
     /// Longest phrase, in frames, whose features are kept.

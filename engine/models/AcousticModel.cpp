@@ -62,7 +62,7 @@ std::vector<uint8_t> WritePopulation(const Population& population)
     writer.U32(static_cast<uint32_t>(population.peaks.size()));
     for (const Population::Peak& peak : population.peaks)
     {
-        writer.F32(peak.score);
+        writer.F32(peak.factors);
         writer.U32(static_cast<uint32_t>(peak.counts.size()));
         for (const int32_t count : peak.counts)
         {
@@ -91,7 +91,7 @@ Status ReadPopulation(const uint8_t* blob, Population* population)
     for (uint32_t i = 0; i < peaks && valid; ++i)
     {
         Population::Peak peak;
-        peak.score = reader.F32();
+        peak.factors = reader.F32();
         peak.counts.resize(reader.Count(StateModel::MostStates));
         uint32_t frames = 0;
         for (int32_t& count : peak.counts)
@@ -109,7 +109,7 @@ Status ReadPopulation(const uint8_t* blob, Population* population)
             valid =
                 valid && std::all_of(feature.begin(), feature.end(), [](float value) { return std::abs(value) <= MostMeasured; });
         }
-        valid = valid && std::abs(peak.score) <= MostMeasured;
+        valid = valid && std::abs(peak.factors) <= MostMeasured;
         read.peaks.push_back(std::move(peak));
     }
     if (!valid || reader.Finish() != Status::Success)

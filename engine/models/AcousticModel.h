@@ -23,7 +23,7 @@ struct Population
 {
     struct Peak
     {
-        float score = 0.0F; ///< of the decoder
+        float factors = 0.0F; ///< e of the false-alarm rate below half an alarm per hour, of the words alone
         std::vector<int32_t> counts;
         std::vector<MelFrame> features;
     };

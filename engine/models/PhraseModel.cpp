@@ -99,6 +99,18 @@ bool NetworkFits(const Network& network, std::size_t states)
     return !network.layers.empty() && static_cast<std::size_t>(network.layers.back().weights.rows()) == states + 1;
 }
 
+void WriteTail(const BackgroundTail& tail, BlobWriter* writer)
+{
+    writer->F32(tail.start);
+    writer->F32(tail.slope);
+}
+
+BackgroundTail ReadTail(BlobReader* reader)
+{
+    const float start = reader->F32();
+    return {start, reader->F32()};
+}
+
 void WriteSpeaker(const SpeakerModel& speaker, BlobWriter* writer)
 {
     writer->F32(speaker.threshold);
@@ -119,14 +131,17 @@ std::optional<SpeakerModel> ReadSpeaker(std::size_t states, BlobReader* reader)
     return SpeakerModel{std::move(*generic), std::move(*user), threshold};
 }
 
+bool IsTail(const BackgroundTail& tail)
+{
+    return IsBounded(tail.start) && IsBounded(tail.slope) && tail.slope >= BackgroundTail::LeastSlope;
+}
+
 bool NumbersFit(PhraseModel& model)
 {
-    const NearPhraseCheck& check = model.nearCheck;
     return IsBounded(model.statistics.startShape) && IsBounded(model.statistics.mean) &&
            AreAtLeast(model.statistics.deviation, LeastDeviation) && AreAtLeast(model.states.meanDuration, LeastDuration) &&
-           IsBounded(model.states.logPrior) && IsBounded(model.tail.start) &&
-           IsBounded(Values(model.nearCheck.classifier.weights)) && IsBounded(check.classifier.bias) && IsBounded(check.cut) &&
-           (!model.speaker || IsBounded(model.speaker->threshold));
+           IsBounded(model.states.logPrior) && IsTail(model.searchTail) && IsBounded(Values(model.judge.weights)) &&
+           IsBounded(model.judge.bias) && IsTail(model.tail) && (!model.speaker || IsBounded(model.speaker->threshold));
 }
 
 } // namespace
@@ -141,10 +156,10 @@ std::vector<uint8_t> WritePhraseModel(const PhraseModel& model)
     writer.F32s(model.states.meanDuration);
     writer.F32s(model.states.logPrior);
     WriteNetwork(model.network, &writer);
-    writer.F32(model.tail.start);
-    writer.F32s(Values(Eigen::MatrixXf(model.nearCheck.classifier.weights)));
-    writer.F32(model.nearCheck.classifier.bias);
-    writer.F32(model.nearCheck.cut);
+    WriteTail(model.searchTail, &writer);
+    writer.F32s(Values(Eigen::MatrixXf(model.judge.weights)));
+    writer.F32(model.judge.bias);
+    WriteTail(model.tail, &writer);
     writer.U32(model.speaker.has_value() ? 1 : 0);
     if (model.speaker)
     {
@@ -172,11 +187,11 @@ Status ReadPhraseModel(const uint8_t* blob, PhraseModel* model)
     reader.F32s(read.states.meanDuration);
     reader.F32s(read.states.logPrior);
     read.network = ReadNetwork(&reader);
-    read.tail.start = reader.F32();
-    read.nearCheck.classifier.weights.resize(NearPhraseCheck::Features);
-    reader.F32s(Values(read.nearCheck.classifier.weights));
-    read.nearCheck.classifier.bias = reader.F32();
-    read.nearCheck.cut = reader.F32();
+    read.searchTail = ReadTail(&reader);
+    read.judge.weights.resize(PhraseModel::PathFeatures);
+    reader.F32s(Values(read.judge.weights));
+    read.judge.bias = reader.F32();
+    read.tail = ReadTail(&reader);
     const bool user = reader.Count(1) == 1;
     if (user)
     {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/models/Blob.h"
-#include "engine/models/NearPhraseCheck.h"
+#include "engine/models/LogisticRegression.h"
 #include "engine/models/Network.h"
 #include "engine/models/ScoreScale.h"
 #include "engine/models/SpeakerModel.h"
@@ -17,11 +17,17 @@ namespace velox::engine
 /// a user's model.
 struct PhraseModel
 {
+    /// Numbers by which a path is judged.
+    static constexpr Eigen::Index PathFeatures = 12;
+
     FeatureStatistics statistics;
     Network network;
     StateModel states;
-    BackgroundTail tail;
-    NearPhraseCheck nearCheck;
+    BackgroundTail searchTail; ///< of the search's scores
+    /// Judges a peak of the search: log odds that its path is the phrase, and neither a near phrase nor background (two stages:
+    /// Gruenstein, Alvarez, Thornton and Ghodrat, "A cascade architecture for keyword spotting on mobile devices", 2017).
+    LogisticRegression judge;
+    BackgroundTail tail; ///< of the judge's log odds
     std::optional<SpeakerModel> speaker;
 };
 

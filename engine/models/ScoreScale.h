@@ -14,15 +14,25 @@ struct BackgroundTail
     /// Length of the blocks whose largest scores are looked at.
     static constexpr double BlockSeconds = 2.0;
     /// Share of the blocks whose largest score lies above the tail's start.
-    static constexpr double ExceedingShare = 0.1;
-    /// Slope of the tail, in score units per factor e of the rate. Fixed: a fit to half an hour of background wobbles between
-    /// 0.34 and 0.62, and unseen speech gives 0.47 and 0.48.
-    static constexpr float Slope = 0.48F;
+    static constexpr double ExceedingShare = 0.05;
+    /// False alarms per hour of background at the tail's start.
+    static constexpr double AlarmsAtStart = 3600.0 / BlockSeconds * ExceedingShare;
 
-    float start = 0.0F; ///< the 90th percentile of the blocks' largest scores
+    /// Of a fit whose blocks are all alike, and of a model that can be read.
+    static constexpr float LeastSlope = 0.01F;
 
-    /// Finds the start. @param blockMaxima  largest scores of successive blocks of background; reordered
+    float start = 0.0F; ///< the 95th percentile of the blocks' largest scores
+    float slope = 1.0F; ///< score for a factor e of the rate, above 0
+
+    /// Finds the start, and the slope from how far the blocks above it lie above it in the mean.
+    /// @param blockMaxima  largest scores of successive blocks of background; reordered
     static BackgroundTail Fit(std::span<float> blockMaxima);
+
+    /// The score's rate in factors e below half a false alarm per hour; negative above it.
+    float FactorsBelowHalf(float score) const
+    {
+        return (score - start) / slope - static_cast<float>(std::log(AlarmsAtStart / 0.5));
+    }
 };
 
 /// The scale on which scores leave the engine, and that thresholds are written in: 0 to 255, and ten steps are a factor e of the
@@ -35,20 +45,16 @@ struct ScoreScale
     static constexpr float HalfAlarmPerHour = 100.0F;
     static constexpr float StepsPerFactorE = 10.0F;
 
-    /// False alarms per hour of background at the tail's start: a tenth of the blocks.
-    static constexpr double AlarmsAtTailStart = 3600.0 / BackgroundTail::BlockSeconds * BackgroundTail::ExceedingShare;
-
-    /// @param score  in the units of the decoder, with the tail that background gives
-    static float FromScore(float score, const BackgroundTail& tail)
+    /// @param factors  e below half a false alarm per hour
+    static float FromFactors(float factors)
     {
-        const auto halfAlarm = static_cast<float>(std::log(AlarmsAtTailStart / 0.5));
-        return Clamp(HalfAlarmPerHour + StepsPerFactorE * ((score - tail.start) / BackgroundTail::Slope - halfAlarm));
+        return Clamp(HalfAlarmPerHour + StepsPerFactorE * factors);
     }
 
     /// The threshold that gives this many false alarms per hour.
     static float FromAlarmsPerHour(double alarms)
     {
-        return Clamp(HalfAlarmPerHour + StepsPerFactorE * static_cast<float>(std::log(0.5 / alarms)));
+        return FromFactors(static_cast<float>(std::log(0.5 / alarms)));
     }
 
     /// What is not a number becomes Least.

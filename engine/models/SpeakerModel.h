@@ -18,14 +18,14 @@ struct GenericSpeakers
 /// Li, "Text-dependent speaker verification: classifiers, databases and RSR2015", 2014).
 struct SpeakerModel
 {
-    /// What the speaker's log ratio counts beside the phrase's score.
-    static constexpr float Weight = 2.0F;
+    /// Factors e of the false-alarm rate that one unit of the speaker's log ratio counts beside the phrase's own.
+    static constexpr float Weight = 4.0F;
 
     std::vector<GaussianMixture> generic;
     std::vector<GaussianMixture> user;
 
-    /// The user's own threshold on the sum of phrase score and weighted speaker ratio. It is folded into the score, so that one
-    /// configured threshold serves all users.
+    /// The user's own threshold on the sum of the phrase's factors below half a false alarm per hour and the weighted speaker
+    /// ratio. It is folded into the score, so that one configured threshold serves all users.
     float threshold = 0.0F;
 };
 

@@ -1,8 +1,10 @@
 #include "engine/training/BackgroundPeaks.h"
 
 #include "engine/base/AudioFormat.h"
+#include "engine/listening/PathDescription.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace velox::engine
 {
@@ -10,16 +12,12 @@ namespace velox::engine
 namespace
 {
 
-/// How much lower, in the decoder's score, the background scores that the network learned from: 0.2 to 0.4 were measured, and
-/// more where two of the training's languages were left out.
-constexpr float UnheardShift = 0.3F;
-
 /// The background as a listener hears it: short recordings are joined, since a block of the tail is longer than some.
-std::vector<std::vector<float>> Streams(const std::vector<std::vector<float>>& background)
+std::vector<std::vector<float>> Streams(std::span<const std::span<const float>> background)
 {
     constexpr std::size_t StreamSamples = 30 * SampleRate;
     std::vector<std::vector<float>> streams;
-    for (const std::vector<float>& recording : background)
+    for (const std::span<const float> recording : background)
     {
         if (streams.empty() || streams.back().size() >= StreamSamples)
         {
@@ -32,7 +30,7 @@ std::vector<std::vector<float>> Streams(const std::vector<std::vector<float>>& b
 
 } // namespace
 
-std::vector<PhrasePlace> FindBackgroundPeaks(const PhraseModel& model, const std::vector<std::vector<float>>& background,
+std::vector<PhrasePlace> FindBackgroundPeaks(const PhraseModel& model, std::span<const std::span<const float>> background,
                                              WorkerPool* pool)
 {
     const std::vector<std::vector<float>> streams = Streams(background);
@@ -49,29 +47,20 @@ std::vector<PhrasePlace> FindBackgroundPeaks(const PhraseModel& model, const std
     return peaks;
 }
 
-BackgroundTail MeasureTail(const std::vector<PhrasePlace>& peaks)
+Population MakePopulation(const PhraseModel& model, std::vector<PhrasePlace> peaks, double hours)
 {
-    std::vector<float> maxima;
-    maxima.reserve(peaks.size());
-    for (const PhrasePlace& peak : peaks)
+    std::vector<std::pair<float, std::size_t>> judged;
+    for (std::size_t i = 0; i < peaks.size(); ++i)
     {
-        maxima.push_back(peak.score);
+        judged.emplace_back(JudgePath(model, peaks[i].path), i);
     }
-    BackgroundTail tail = BackgroundTail::Fit(maxima);
-    tail.start += UnheardShift;
-    return tail;
-}
-
-Population MakePopulation(std::vector<PhrasePlace> peaks, double hours)
-{
     const std::size_t kept = std::min(Population::MostPeaks, peaks.size());
-    std::partial_sort(peaks.begin(), peaks.begin() + static_cast<std::ptrdiff_t>(kept), peaks.end(),
-                      [](const PhrasePlace& a, const PhrasePlace& b) { return a.score > b.score; });
+    std::partial_sort(judged.begin(), judged.begin() + static_cast<std::ptrdiff_t>(kept), judged.end(), std::greater<>());
     Population population;
     population.hours = hours;
-    for (std::size_t i = 0; i < kept; ++i)
+    for (const auto& [factors, number] : std::span(judged).first(kept))
     {
-        population.peaks.push_back({peaks[i].score, peaks[i].path.counts, std::move(peaks[i].features)});
+        population.peaks.push_back({factors, std::move(peaks[number].path.counts), std::move(peaks[number].features)});
     }
     return population;
 }

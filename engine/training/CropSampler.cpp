@@ -5,10 +5,14 @@
 namespace velox::engine
 {
 
-CropSampler::CropSampler(const std::vector<TrainingSequence>& sequences, int background)
+CropSampler::CropSampler(const std::vector<TrainingSequence>& sequences, int background, int leftOut)
 {
     for (const TrainingSequence& sequence : sequences)
     {
+        if (sequence.fold == leftOut)
+        {
+            continue;
+        }
         const PaddedSequence padded(sequence, background);
         const auto weight = static_cast<double>(sequence.weight);
         if (sequence.isTake && padded.HasPhrase())

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/base/RandomStream.h"
+#include "engine/training/Folds.h"
 #include "engine/training/PaddedSequence.h"
 
 #include <vector>
@@ -24,7 +25,8 @@ public:
 
     /// @param sequences   must outlive this
     /// @param background  the label that is no state
-    CropSampler(const std::vector<TrainingSequence>& sequences, int background);
+    /// @param leftOut     a fold of the material that nothing is drawn from
+    CropSampler(const std::vector<TrainingSequence>& sequences, int background, int leftOut = Folds::None);
 
     /// Whether there is nothing to draw from.
     bool Empty() const

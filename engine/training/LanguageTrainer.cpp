@@ -1,14 +1,16 @@
 #include "engine/training/LanguageTrainer.h"
 
 #include "engine/training/BackgroundPeaks.h"
+#include "engine/training/Calibration.h"
 #include "engine/training/FeatureMeasurement.h"
-#include "engine/training/NearCheckTraining.h"
+#include "engine/training/JudgeTraining.h"
 #include "engine/training/NetworkTrainer.h"
 #include "engine/training/SpeakerTraining.h"
 #include "engine/training/TakeAlignment.h"
 #include "engine/training/TrainingMaterial.h"
 
 #include <cmath>
+#include <numeric>
 #include <set>
 #include <stdexcept>
 
@@ -24,7 +26,10 @@ constexpr double LeastBackgroundHours = 1.0 / 60.0;
 
 // Shares of the whole work, for the progress.
 constexpr double CopiesDone = 0.1;
-constexpr double NetworkDone = 0.8;
+constexpr double HalvesDone = 0.5;
+constexpr double NetworkDone = 0.9;
+/// The networks that learn from a half of the material take as many steps together as the one that learns from all.
+constexpr int HalvesShare = Folds::Count;
 
 double HoursOf(const std::vector<std::vector<float>>& recordings)
 {
@@ -55,28 +60,80 @@ void WarnOfLittleMaterial(const LanguageMaterial& material, std::vector<std::str
     }
 }
 
-std::optional<Network> LearnNetwork(const std::vector<TrainingSequence>& sequences, std::size_t states,
+/// One training of the language's network.
+struct NetworkPart
+{
+    int leftOut; ///< half of the material
+    int batches;
+    double begin; ///< share of the whole work that is done before
+    double end;
+};
+
+/// @return nothing when it was cancelled
+std::optional<Network> LearnNetwork(const std::vector<TrainingSequence>& sequences, std::size_t states, const NetworkPart& part,
                                     const LanguageOptions& options)
 {
     NetworkTrainerOptions training;
     training.states = static_cast<int>(states);
-    training.batches = options.batches;
+    training.batches = part.batches;
     training.batchSize = options.batchSize;
+    training.leftOut = part.leftOut;
     training.seed = options.seed;
     training.threads = options.threads;
     return TrainNetwork(sequences, training,
-                        [&](double share) { return options.progress(CopiesDone + (NetworkDone - CopiesDone) * share); });
+                        [&](double share) { return options.progress(part.begin + (part.end - part.begin) * share); });
+}
+
+/// Lets a network learn from each half of the material and search the other.
+/// @param phrase  all but its network
+/// @return nothing when it was cancelled
+std::optional<HeldOutPlaces> SearchHalves(PhraseModel phrase, const std::vector<TrainingSequence>& sequences,
+                                          const SearchedMaterial& material, const LanguageOptions& options, WorkerPool* pool)
+{
+    HeldOutPlaces places;
+    constexpr double Share = (HalvesDone - CopiesDone) / Folds::Count;
+    for (int fold = 0; fold < Folds::Count; ++fold)
+    {
+        const double begin = CopiesDone + Share * fold;
+        const NetworkPart half{fold, (options.batches + HalvesShare - 1) / HalvesShare, begin, begin + Share};
+        std::optional<Network> network = LearnNetwork(sequences, phrase.states.States(), half, options);
+        if (!network)
+        {
+            return std::nullopt;
+        }
+        phrase.network = std::move(*network);
+        SearchHeldOut(phrase, fold, material, pool, &places);
+    }
+    return places;
+}
+
+/// Where the network that learned from everything finds every take and copy, for the speaker part.
+PhrasePlaces FindAllPlaces(const PhraseModel& phrase, const SearchedMaterial& material, WorkerPool* pool)
+{
+    PhraseRecordings all{material.takes, material.alignment, material.plans, material.background,
+                         std::vector<std::size_t>(material.takes.size())};
+    std::iota(all.wanted.begin(), all.wanted.end(), 0U);
+    PhrasePlaces places;
+    FindPhrasePlaces(phrase, all, pool, &places);
+    return places;
+}
+
+/// The same as a model for single takes.
+PhraseModel MadeLenient(PhraseModel model)
+{
+    const auto factors = static_cast<float>(std::log(TakeLeniency));
+    model.searchTail.start -= factors * model.searchTail.slope;
+    model.tail.start -= factors * model.tail.slope;
+    return model;
 }
 
 /// Puts the models into bytes.
 void WriteModels(const AcousticModel& acoustic, const Population& population, const LanguageOptions& options,
                  LanguageModels* models)
 {
-    PhraseModel lenient = acoustic.phrase;
-    lenient.tail.start -= TakeLeniency();
     models->acousticModel = WriteAcousticModel(acoustic);
     models->znormPopulation = WritePopulation(population);
-    models->keyphraseModel = WritePhraseModel(lenient);
+    models->keyphraseModel = WritePhraseModel(MadeLenient(acoustic.phrase));
     models->firmwareModel = WritePhraseModel(acoustic.phrase);
     models->preDefinedThreshold = static_cast<double>(ScoreScale::FromAlarmsPerHour(options.falseAlarmsPerHour));
     models->userDefinedThreshold = models->preDefinedThreshold;
@@ -105,12 +162,22 @@ std::optional<LanguageModels> TrainLanguage(const LanguageMaterial& material, co
     phrase.statistics = MeasureStatistics(material.background, takes);
     const PhraseAlignment alignment = AlignPreparedTakes(takes, options.seed);
     phrase.states = StatesOf(alignment);
-    TrainingMaterial training = MakeTrainingMaterial(takes, alignment, phrase.statistics, material.background, options, &pool);
+    const Folds folds = Folds::Of(takes, material.background);
+    TrainingMaterial training =
+        MakeTrainingMaterial(takes, alignment, phrase.statistics, material.background, folds, options, &pool);
+    const SearchedMaterial searched{takes, alignment, training.plans, material.background, folds, options.seed};
     if (!options.progress(CopiesDone))
     {
         return std::nullopt;
     }
-    std::optional<Network> network = LearnNetwork(training.sequences, alignment.states, options);
+    const std::optional<HeldOutPlaces> heldOut = SearchHalves(phrase, training.sequences, searched, options, &pool);
+    if (!heldOut)
+    {
+        return std::nullopt;
+    }
+    phrase.judge = TrainJudge(*heldOut, phrase.states);
+    std::optional<Network> network =
+        LearnNetwork(training.sequences, alignment.states, {Folds::None, options.batches, HalvesDone, NetworkDone}, options);
     if (!network)
     {
         return std::nullopt;
@@ -118,24 +185,18 @@ std::optional<LanguageModels> TrainLanguage(const LanguageMaterial& material, co
     phrase.network = std::move(*network);
     training.sequences.clear();
 
-    std::vector<PhrasePlace> peaks = FindBackgroundPeaks(phrase, material.background, &pool);
-    phrase.tail = MeasureTail(peaks);
-    const PhrasePlaces places =
-        FindPhrasePlaces(phrase, takes, alignment, training.plans, material.background, options.seed, &pool);
-    phrase.nearCheck = TrainNearCheck(phrase, places);
-    acoustic.generic = TrainGenericPart(places, alignment.states, options.seed);
-    const Population population = MakePopulation(std::move(peaks), models.backgroundHours);
+    std::vector<PhrasePlace> peaks = FindBackgroundPeaks(
+        phrase, std::vector<std::span<const float>>(material.background.begin(), material.background.end()), &pool);
+    CalibrateTails(peaks, *heldOut, &phrase);
+    models.heldOutScores = ScoreHeldOutTakes(*heldOut, phrase);
+    acoustic.generic = TrainGenericPart(FindAllPlaces(phrase, searched, &pool), alignment.states, options.seed);
+    const Population population = MakePopulation(phrase, std::move(peaks), models.backgroundHours);
     if (!options.progress(1.0))
     {
         return std::nullopt;
     }
     WriteModels(acoustic, population, options, &models);
     return models;
-}
-
-float TakeLeniency()
-{
-    return BackgroundTail::Slope * std::log(4.0F);
 }
 
 } // namespace velox::engine

@@ -21,6 +21,7 @@ struct LanguageModels
     double preDefinedThreshold = 0.0; ///< ScoreScale
     double userDefinedThreshold = 0.0;
     double backgroundHours = 0.0;      ///< that the thresholds rest on
+    std::vector<float> heldOutScores;  ///< ScoreScale, of each usable take, by a network that had not heard its voice
     std::vector<std::string> warnings; ///< takes that were left out, and what accuracy to expect from little material
 };
 
@@ -30,8 +31,7 @@ struct LanguageModels
 /// @throws std::invalid_argument when there are fewer than two usable takes, or less than a minute of background
 std::optional<LanguageModels> TrainLanguage(const LanguageMaterial& material, const LanguageOptions& options);
 
-/// A key-phrase model judges one utterance, not an hour of background: it is this much more lenient than the firmware's, in the
-/// decoder's score (a fourfold rate of false alarms).
-float TakeLeniency();
+/// A key-phrase model judges one utterance, not an hour of background: it is this much more lenient than the firmware's.
+inline constexpr double TakeLeniency = 4.0; ///< times the false alarms
 
 } // namespace velox::engine

@@ -178,7 +178,7 @@ private:
 std::optional<Network> TrainNetwork(const std::vector<TrainingSequence>& sequences, const NetworkTrainerOptions& options,
                                     const TrainingProgress& progress)
 {
-    const CropSampler sampler(sequences, options.states);
+    const CropSampler sampler(sequences, options.states, options.leftOut);
     if (sampler.Empty())
     {
         throw std::invalid_argument("No training sequence has any frames and weight.");

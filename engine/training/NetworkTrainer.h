@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/models/Network.h"
+#include "engine/training/Folds.h"
 #include "engine/training/TrainingProgress.h"
 #include "engine/training/TrainingSequence.h"
 
@@ -22,6 +23,7 @@ struct NetworkTrainerOptions
     double peakRate = 4e-3; ///< of learning
     double labelSmoothing = 0.02;
     double dropout = 0.1;
+    int leftOut = Folds::None; ///< half of the material that nothing is learned from
     uint64_t seed = 1;
     int threads = 1; ///< the result does not depend on it
 };

@@ -28,32 +28,43 @@ std::vector<PhrasePlace> FindInDamaged(const PhraseModel& model, const PreparedT
 
 } // namespace
 
-PhrasePlaces FindPhrasePlaces(const PhraseModel& model, const std::vector<PreparedTake>& takes, const PhraseAlignment& alignment,
-                              const std::vector<AugmentationPlan>& plans, const std::vector<std::vector<float>>& background,
-                              uint64_t seed, WorkerPool* pool)
+void FindPhrasePlaces(const PhraseModel& model, const PhraseRecordings& recordings, WorkerPool* pool, PhrasePlaces* places)
 {
-    PhrasePlaces places;
-    places.takes.resize(takes.size());
-    places.copies.resize(plans.size());
-    std::vector<std::vector<PhrasePlace>> damaged(takes.size());
-    const std::size_t takeCopies = plans.size() / takes.size();
-    pool->Run(static_cast<int>(takes.size()), [&](int part) {
-        const auto number = static_cast<std::size_t>(part);
-        if (alignment.labels[number].empty())
+    places->takes.resize(recordings.takes.size());
+    places->copies.resize(recordings.plans.size());
+    const std::size_t takeCopies = recordings.plans.size() / recordings.takes.size();
+    pool->Run(static_cast<int>(recordings.wanted.size()), [&](int part) {
+        const std::size_t number = recordings.wanted[static_cast<std::size_t>(part)];
+        if (recordings.alignment.labels[number].empty())
         {
             return;
         }
-        places.takes[number] = FindPhrase(model, takes[number].samples).value_or(PhrasePlace{});
+        places->takes[number] = FindPhrase(model, recordings.takes[number].samples).value_or(PhrasePlace{});
         for (std::size_t slot = number * takeCopies; slot < (number + 1) * takeCopies; ++slot)
         {
-            const std::vector<float> copy = MakeCopy(plans[slot], takes[number].samples, background);
-            places.copies[slot] = FindPhrase(model, copy, plans[slot].warp).value_or(PhrasePlace{});
+            const AugmentationPlan& plan = recordings.plans[slot];
+            const std::vector<float> copy = MakeCopy(plan, recordings.takes[number].samples, recordings.background);
+            places->copies[slot] = FindPhrase(model, copy, plan.warp).value_or(PhrasePlace{});
         }
-        damaged[number] = FindInDamaged(model, takes[number], background, seed * 9000011U + number);
     });
+}
+
+std::vector<PhrasePlace> FindDamagedPlaces(const PhraseModel& model, const PhraseRecordings& recordings, uint64_t seed,
+                                           WorkerPool* pool)
+{
+    std::vector<std::vector<PhrasePlace>> damaged(recordings.wanted.size());
+    pool->Run(static_cast<int>(damaged.size()), [&](int part) {
+        const auto slot = static_cast<std::size_t>(part);
+        const std::size_t number = recordings.wanted[slot];
+        if (!recordings.alignment.labels[number].empty())
+        {
+            damaged[slot] = FindInDamaged(model, recordings.takes[number], recordings.background, seed * 9000011U + number);
+        }
+    });
+    std::vector<PhrasePlace> places;
     for (std::vector<PhrasePlace>& found : damaged)
     {
-        std::move(found.begin(), found.end(), std::back_inserter(places.damaged));
+        std::move(found.begin(), found.end(), std::back_inserter(places));
     }
     return places;
 }

@@ -4,23 +4,35 @@
 #include "engine/enrollment/Alignment.h"
 #include "engine/enrollment/Augmentation.h"
 #include "engine/listening/PhraseSearch.h"
+#include "engine/training/Folds.h"
 #include "engine/training/TakePreparation.h"
 
 namespace velox::engine
 {
 
-/// Where the trained network finds the phrase. A place without features stands for a take that was too short.
+/// Where a network finds the phrase. A place without features stands for a take that was too short.
 struct PhrasePlaces
 {
-    std::vector<PhrasePlace> takes;   ///< the clean takes
-    std::vector<PhrasePlace> copies;  ///< their noisy copies
-    std::vector<PhrasePlace> damaged; ///< takes with a part replaced or cut out
+    std::vector<PhrasePlace> takes;  ///< the clean takes
+    std::vector<PhrasePlace> copies; ///< their noisy copies
 };
 
-/// @param plans       of the copies, as many for each take
-/// @param background  what the copies were made with, and what parts of takes are replaced by
-PhrasePlaces FindPhrasePlaces(const PhraseModel& model, const std::vector<PreparedTake>& takes, const PhraseAlignment& alignment,
-                              const std::vector<AugmentationPlan>& plans, const std::vector<std::vector<float>>& background,
-                              uint64_t seed, WorkerPool* pool);
+/// What the phrase is looked for in.
+struct PhraseRecordings
+{
+    const std::vector<PreparedTake>& takes;
+    const PhraseAlignment& alignment;
+    const std::vector<AugmentationPlan>&
+        plans; ///< of the copies, as many of each take, all of the first, then of the second, and so on
+    const std::vector<std::vector<float>>& background; ///< that copies and near phrases are made with
+    std::vector<std::size_t> wanted;                   ///< numbers of the takes; the others' places are left as they are
+};
+
+/// @param places  receives those of the takes wanted, at the takes' and copies' own numbers
+void FindPhrasePlaces(const PhraseModel& model, const PhraseRecordings& recordings, WorkerPool* pool, PhrasePlaces* places);
+
+/// The phrase in takes with a part replaced or cut out, six of each take wanted.
+std::vector<PhrasePlace> FindDamagedPlaces(const PhraseModel& model, const PhraseRecordings& recordings, uint64_t seed,
+                                           WorkerPool* pool);
 
 } // namespace velox::engine

@@ -77,6 +77,7 @@ std::vector<PreparedTake> PrepareTakes(const std::vector<PhraseTake>& takes, std
         PreparedTake one;
         one.samples = Pad(take.samples);
         one.logMel = LogMelFrames(one.samples);
+        one.voice = take.voice;
         one.weight = take.weight;
         const Endpoints endpoints = FindPaddedEndpoints(take.samples, one.logMel, one.samples);
         if (endpoints.fault != TakeFault::None && !IsTight(endpoints.fault))

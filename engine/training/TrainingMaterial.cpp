@@ -28,6 +28,14 @@ std::vector<int> TakeLabels(const PreparedTake& take, const std::vector<int>& ph
     return labels;
 }
 
+void SetFold(int fold, std::vector<TrainingSequence>* sequences)
+{
+    for (TrainingSequence& sequence : *sequences)
+    {
+        sequence.fold = fold;
+    }
+}
+
 class MaterialMaker
 {
 public:
@@ -90,7 +98,7 @@ private:
 
 TrainingMaterial MakeTrainingMaterial(const std::vector<PreparedTake>& takes, const PhraseAlignment& alignment,
                                       const FeatureStatistics& statistics, const std::vector<std::vector<float>>& background,
-                                      const LanguageOptions& options, WorkerPool* pool)
+                                      const Folds& folds, const LanguageOptions& options, WorkerPool* pool)
 {
     const MaterialMaker maker(statistics, background, options, static_cast<int>(alignment.states));
     const auto takeCopies = static_cast<std::size_t>(options.copies);
@@ -103,6 +111,7 @@ TrainingMaterial MakeTrainingMaterial(const std::vector<PreparedTake>& takes, co
         {
             fromTakes[number] = maker.FromTake(takes[number], alignment.labels[number], number,
                                                std::span(material.plans).subspan(number * takeCopies, takeCopies));
+            SetFold(folds.takes[number], &fromTakes[number]);
         }
     });
 
@@ -111,6 +120,7 @@ TrainingMaterial MakeTrainingMaterial(const std::vector<PreparedTake>& takes, co
     pool->Run(static_cast<int>(fromBackground.size()), [&](int part) {
         const auto slot = static_cast<std::size_t>(part);
         fromBackground[slot] = maker.FromBackground(background[slot / perRecording], slot, slot % perRecording != 0);
+        fromBackground[slot].fold = folds.background[slot / perRecording];
     });
 
     fromTakes.push_back(std::move(fromBackground));

@@ -4,6 +4,7 @@
 #include "engine/enrollment/Alignment.h"
 #include "engine/enrollment/Augmentation.h"
 #include "engine/sound/FeatureStream.h"
+#include "engine/training/Folds.h"
 #include "engine/training/LanguageOptions.h"
 #include "engine/training/TakePreparation.h"
 #include "engine/training/TrainingSequence.h"
@@ -24,6 +25,6 @@ struct TrainingMaterial
 /// work can be shared out.
 TrainingMaterial MakeTrainingMaterial(const std::vector<PreparedTake>& takes, const PhraseAlignment& alignment,
                                       const FeatureStatistics& statistics, const std::vector<std::vector<float>>& background,
-                                      const LanguageOptions& options, WorkerPool* pool);
+                                      const Folds& folds, const LanguageOptions& options, WorkerPool* pool);
 
 } // namespace velox::engine

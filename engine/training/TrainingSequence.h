@@ -14,6 +14,7 @@ struct TrainingSequence
     std::vector<int> labels;  ///< of each frame: 0 to states - 1, or `states` for background
     float weight = 1.0F;      ///< how often it is drawn, compared with others of its kind
     bool isTake = false;      ///< holds the phrase
+    int fold = 0;             ///< half of the material, see Folds
 
     Eigen::Index Frames() const
     {

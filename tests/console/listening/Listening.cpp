@@ -152,7 +152,7 @@ TEST_F(Listening, PeaksCloseUnderTheThresholdAreNearMisses)
 TEST_F(Listening, WordsThatFitAreNearMissesWhateverTheSecondStageSays)
 {
     engine::PhraseModel model = TinyLanguage::Phrase();
-    model.nearCheck.cut = 1e4F;
+    model.judge.bias = -1e4F;
     const HeardFile heard = Hear(SetupWith(model, 100.0), Phrases(1));
     ASSERT_THAT(heard.phrases, SizeIs(1));
     EXPECT_TRUE(heard.phrases[0].isNear);

@@ -175,11 +175,10 @@ TEST(ListeningReport, AResetIsToldWithWhatWasNotHeard)
 TEST(ListeningReport, ANearMissHasItsReason)
 {
     HeardFile file = FileOf("a.wav", 10.0, {NearMissAt(1.0, 30.0), NearMissAt(3.0, 80.0)});
-    file.phrases[0].peak.detection.phraseScore = 120.0F;
-    file.phrases[0].peak.detection.nearMargin = -5.0F;
+    file.phrases[0].peak.detection.searchScore = 120.0F;
     file.phrases[1].peak.detection.phraseScore = 120.0F;
-    EXPECT_THAT(TextFor({file}), HasSubstr("it sounds like a part of the phrase (the words alone score 120.0)"));
-    EXPECT_THAT(TextFor({file}), HasSubstr("the words fit, the voice does not (the words alone score 120.0)"));
+    EXPECT_THAT(TextFor({file}), HasSubstr("it sounds like a part of the phrase (score 120.0 of the search alone)"));
+    EXPECT_THAT(TextFor({file}), HasSubstr("the words fit (score 120.0), the voice does not"));
 }
 
 TEST(ListeningReport, LowerNearMissesAreCounted)

@@ -37,7 +37,7 @@ TEST(AcousticModel, APopulationComesBackAsItWasWritten)
     ASSERT_EQ(ReadPopulation(blob.data(), &read), Status::Success);
     EXPECT_EQ(read.hours, 0.5);
     ASSERT_EQ(read.peaks.size(), written.peaks.size());
-    EXPECT_EQ(read.peaks[3].score, written.peaks[3].score);
+    EXPECT_EQ(read.peaks[3].factors, written.peaks[3].factors);
     EXPECT_EQ(read.peaks[3].counts, written.peaks[3].counts);
     EXPECT_FLOAT_EQ(read.peaks[0].features[2][7], -1.25F);
     EXPECT_EQ(WritePopulation(read), blob);
@@ -63,7 +63,7 @@ TEST(AcousticModel, PopulationsWithoutHoursPeaksOrFramesAreRefused)
     Population tooManyPeaks = TinyLanguage::Background();
     tooManyPeaks.peaks.resize(Population::MostPeaks + 1, tooManyPeaks.peaks[0]);
     Population noScore = TinyLanguage::Background();
-    noScore.peaks[1].score = 1e30F;
+    noScore.peaks[1].factors = 1e30F;
     Population noFeature = TinyLanguage::Background();
     noFeature.peaks[1].features[2][7] = -1e30F;
     for (const Population& population : {noHours, noPeaks, noFrames, tooManyPeaks, noScore, noFeature})

@@ -35,9 +35,12 @@ TEST(PhraseModel, ComesBackAsItWasWritten)
     EXPECT_EQ(read.network.layers[0].dilation, 2);
     EXPECT_TRUE(read.network.layers[0].weights.isApprox(written.network.layers[0].weights));
     EXPECT_EQ(read.network.layers[0].bias, written.network.layers[0].bias);
+    EXPECT_EQ(read.searchTail.start, written.searchTail.start);
+    EXPECT_EQ(read.searchTail.slope, written.searchTail.slope);
+    EXPECT_EQ(read.judge.weights, written.judge.weights);
+    EXPECT_EQ(read.judge.bias, written.judge.bias);
     EXPECT_EQ(read.tail.start, written.tail.start);
-    EXPECT_EQ(read.nearCheck.classifier.weights, written.nearCheck.classifier.weights);
-    EXPECT_EQ(read.nearCheck.cut, written.nearCheck.cut);
+    EXPECT_EQ(read.tail.slope, written.tail.slope);
     ASSERT_TRUE(read.speaker.has_value());
     EXPECT_EQ(read.speaker->threshold, written.speaker->threshold);
     EXPECT_EQ(read.speaker->user.size(), TinyLanguage::States);
@@ -64,6 +67,14 @@ TEST(PhraseModel, ContentsThatCannotBeAModelAreRefused)
         {"a duration of 0",
          [](Model* model) {
              model->states.meanDuration[1] = 0.0F;
+         }},
+        {"a tail that does not fall",
+         [](Model* model) {
+             model->tail.slope = 0.0F;
+         }},
+        {"a tail of the search that rises",
+         [](Model* model) {
+             model->searchTail.slope = -1.0F;
          }},
         {"no layers",
          [](Model* model) {
@@ -134,13 +145,13 @@ TEST(PhraseModel, NumbersThatCannotBeLearnedAreRefused)
          [](Model* model) {
              model->tail.start = 1e30F;
          }},
-        {"the check",
+        {"the judge",
          [](Model* model) {
-             model->nearCheck.classifier.weights[2] = -1e30F;
+             model->judge.weights[2] = -1e30F;
          }},
-        {"the cut",
+        {"its bias",
          [](Model* model) {
-             model->nearCheck.cut = 1e30F;
+             model->judge.bias = 1e30F;
          }},
         {"the user's threshold",
          [](Model* model) {

@@ -24,48 +24,63 @@ TEST(ScoreScale, TenStepsAreAFactorEOfTheRate)
     EXPECT_NEAR(Scale::FromAlarmsPerHour(5.0), 100.0F - 23.02585F, 1e-4F);
 }
 
-/// A tenth of the two-second blocks is 180 an hour: 360 times the half, ln 360 = 5.88610.
+/// A twentieth of the two-second blocks is 90 an hour: 180 times the half, ln 180 = 5.19296.
 TEST(ScoreScale, TheTailsStartIsWorthItsRate)
 {
-    EXPECT_DOUBLE_EQ(Scale::AlarmsAtTailStart, 180.0);
-    EXPECT_NEAR(Scale::FromScore(1.5F, {1.5F}), 100.0F - 58.8610F, 1e-3F);
-    EXPECT_NEAR(Scale::FromScore(1.5F + 5.88610F * 0.48F, {1.5F}), 100.0F, 1e-3F);
-    EXPECT_NEAR(Scale::FromScore(1.5F, {1.5F}), Scale::FromAlarmsPerHour(180.0), 1e-3F);
+    EXPECT_DOUBLE_EQ(BackgroundTail::AlarmsAtStart, 90.0);
+    const BackgroundTail tail{1.5F, 0.48F};
+    EXPECT_NEAR(tail.FactorsBelowHalf(1.5F), -5.19296F, 1e-4F);
+    EXPECT_NEAR(tail.FactorsBelowHalf(1.5F + 5.19296F * 0.48F), 0.0F, 1e-4F);
+    EXPECT_NEAR(Scale::FromFactors(tail.FactorsBelowHalf(1.5F)), Scale::FromAlarmsPerHour(90.0), 1e-3F);
 }
 
 TEST(ScoreScale, TheScaleEndsAtItsEnds)
 {
-    EXPECT_EQ(Scale::FromScore(-1000.0F, {0.0F}), 0.0F);
-    EXPECT_EQ(Scale::FromScore(1000.0F, {0.0F}), 255.0F);
+    EXPECT_EQ(Scale::FromFactors(-1000.0F), 0.0F);
+    EXPECT_EQ(Scale::FromFactors(1000.0F), 255.0F);
+    EXPECT_EQ(Scale::FromFactors(0.0F), 100.0F);
     EXPECT_EQ(Scale::Clamp(std::numeric_limits<float>::quiet_NaN()), 0.0F);
     EXPECT_EQ(Scale::Clamp(12.5F), 12.5F);
 }
 
-TEST(ScoreScale, TheTailStartsWhereATenthOfTheBlocksLiesAbove)
+TEST(ScoreScale, TheTailStartsWhereATwentiethOfTheBlocksLiesAbove)
 {
     std::vector<float> maxima;
     for (int i = 100; i > 0; --i)
     {
         maxima.push_back(static_cast<float>(i));
     }
-    EXPECT_EQ(BackgroundTail::Fit(maxima).start, 90.0F);
-    EXPECT_EQ(BackgroundTail::Fit({}).start, 0.0F);
+    const BackgroundTail tail = BackgroundTail::Fit(maxima);
+    EXPECT_EQ(tail.start, 95.0F);
+    EXPECT_EQ(tail.slope, 3.0F); // the mean of 1 to 5
 }
 
-/// Scores of an exponential distribution with the tail's slope: a tenth lies above slope * ln 10, and the scale then tells the
-/// true rate.
+TEST(ScoreScale, ATailOfFewOrEqualBlocksIsFitForUse)
+{
+    EXPECT_EQ(BackgroundTail::Fit({}).slope, 1.0F);
+    std::vector<float> one{2.0F};
+    EXPECT_EQ(BackgroundTail::Fit(one).start, 2.0F);
+    EXPECT_EQ(BackgroundTail::Fit(one).slope, 1.0F);
+    std::vector<float> alike(100, 2.0F);
+    EXPECT_GT(BackgroundTail::Fit(alike).slope, 0.0F);
+}
+
+/// Scores of an exponential distribution: a twentieth lies above slope * ln 20, and the scale then tells the true rate.
 TEST(ScoreScale, RatesOfAKnownDistributionComeOutRight)
 {
+    constexpr double Slope = 0.7;
     velox::engine::RandomStream random(3);
-    std::vector<float> maxima(20000);
+    std::vector<float> maxima(200000);
     for (float& maximum : maxima)
     {
-        maximum = static_cast<float>(-static_cast<double>(BackgroundTail::Slope) * std::log(1.0 - random.Uniform()));
+        maximum = static_cast<float>(-Slope * std::log(1.0 - random.Uniform()));
     }
     const BackgroundTail tail = BackgroundTail::Fit(maxima);
-    EXPECT_NEAR(tail.start, 0.48F * std::log(10.0F), 0.03F);
+    EXPECT_NEAR(tail.start, Slope * std::log(20.0), 0.03);
+    EXPECT_NEAR(tail.slope, Slope, 0.03);
     // The score that one block in a thousand surpasses: 1.8 an hour.
-    EXPECT_NEAR(Scale::FromScore(0.48F * std::log(1000.0F), tail), Scale::FromAlarmsPerHour(1.8), 0.6F);
+    const auto seldom = static_cast<float>(Slope * std::log(1000.0));
+    EXPECT_NEAR(Scale::FromFactors(tail.FactorsBelowHalf(seldom)), Scale::FromAlarmsPerHour(1.8), 1.5F);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "tests/engine/support/TinyLanguage.h"
 
+#include "engine/listening/Decoder.h"
 #include "engine/sound/Cepstrum.h"
 #include "tests/engine/support/Signals.h"
 
@@ -61,10 +62,12 @@ PhraseModel Phrase()
     model.states.meanDuration.assign(States, static_cast<float>(ToneFrames));
     model.states.logPrior.assign(States, std::log(0.5F / States));
     model.states.logPrior.push_back(std::log(0.5F));
-    model.tail.start = -2.0F;
-    model.nearCheck.classifier.weights = Eigen::VectorXf::Zero(NearPhraseCheck::Features);
-    model.nearCheck.classifier.weights[0] = 1.0F; // the lowest state's mean
-    model.nearCheck.cut = 1.0F;
+    model.searchTail = {-2.0F, 0.48F};
+    // The search's score, less half of what the lowest state's mean lacks.
+    model.judge = {Eigen::VectorXf::Zero(PhraseModel::PathFeatures), -0.5F * Decoder::MostRatio};
+    model.judge.weights[PhraseModel::PathFeatures - 1] = 1.0F;
+    model.judge.weights[0] = 0.5F;
+    model.tail = model.searchTail;
     return model;
 }
 
@@ -88,7 +91,7 @@ Population Background()
     for (int i = 0; i < 20; ++i)
     {
         Population::Peak peak;
-        peak.score = -1.0F - 0.05F * static_cast<float>(i);
+        peak.factors = -3.0F - 0.1F * static_cast<float>(i);
         peak.counts.assign(States, 5);
         peak.features.assign(States * 5, MelFrame{});
         population.peaks.push_back(std::move(peak));

@@ -90,7 +90,7 @@ TEST(LanguageTrainer, MakesEveryModelThatALanguageNeeds)
     ASSERT_EQ(ReadPhraseModel(models.firmwareModel.data(), &firmware), Status::Success);
     EXPECT_TRUE(population.Fits(acoustic));
     EXPECT_FALSE(population.peaks.empty());
-    EXPECT_NEAR(firmware.tail.start - keyphrase.tail.start, TakeLeniency(), 1e-4F);
+    EXPECT_NEAR(firmware.tail.start - keyphrase.tail.start, std::log(4.0F) * firmware.tail.slope, 1e-4F);
     EXPECT_FALSE(firmware.speaker);
     EXPECT_LE(models.firmwareModel.size(), 160U * 1024U);
     EXPECT_FLOAT_EQ(static_cast<float>(models.preDefinedThreshold), 100.0F);
@@ -106,6 +106,13 @@ TEST(LanguageTrainer, LittleMaterialIsWarnedOf)
 TEST(LanguageTrainer, UselessTakesAreLeftOutAndNamed)
 {
     EXPECT_THAT(Trained().warnings, Contains("silence.wav is left out: it is too quiet."));
+}
+
+TEST(LanguageTrainer, EveryTakeIsScoredByANetworkThatHadNotHeardItsVoice)
+{
+    const std::vector<float>& scores = Trained().heldOutScores;
+    ASSERT_EQ(scores.size(), TinyLanguage::Material().takes.size());
+    EXPECT_THAT(scores, testing::Each(testing::Gt(30.0F)));
 }
 
 TEST(LanguageTrainer, TheResultDoesNotDependOnTheThreads)

@@ -38,7 +38,8 @@ struct Language
     TrainingMaterial Make(int threads = 1) const
     {
         WorkerPool pool(threads);
-        return MakeTrainingMaterial(takes, alignment, statistics, material.background, options, &pool);
+        return MakeTrainingMaterial(takes, alignment, statistics, material.background, Folds::Of(takes, material.background),
+                                    options, &pool);
     }
 };
 

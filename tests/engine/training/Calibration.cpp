@@ -1,0 +1,65 @@
+#include "engine/training/Calibration.h"
+
+#include "tests/engine/support/TinyLanguage.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+namespace
+{
+
+using namespace velox::engine;
+using testing::ElementsAre;
+
+/// Background whose scores are exponential with this slope from `least` on.
+std::vector<PhrasePlace> Background(double least, double slope)
+{
+    constexpr int Count = 2000;
+    std::vector<PhrasePlace> places(Count);
+    for (int i = 0; i < Count; ++i)
+    {
+        PhrasePlace& place = places[static_cast<std::size_t>(i)];
+        place.score = static_cast<float>(least - slope * std::log((i + 0.5) / Count));
+        place.path.counts.assign(TinyLanguage::States, 1);
+        place.path.sums.assign(TinyLanguage::States, place.score);
+    }
+    return places;
+}
+
+/// The judge says what the search says.
+PhraseModel ModelOfTones()
+{
+    PhraseModel model = TinyLanguage::Phrase();
+    model.judge = {Eigen::VectorXf::Unit(PhraseModel::PathFeatures, PhraseModel::PathFeatures - 1), 0.0F};
+    return model;
+}
+
+TEST(Calibration, TailsAreMovedAndStretchedAsUnheardBackgroundIs)
+{
+    PhraseModel model = ModelOfTones();
+    const HeldOutPlaces heldOut{{}, {}, Background(-2.5, 0.6), Background(-3.0, 0.5)};
+    CalibrateTails(Background(-4.0, 0.4), heldOut, &model);
+    const double start = -4.0 + 0.4 * std::log(20.0);
+    EXPECT_NEAR(model.searchTail.start, start + 0.5 + 0.1 * std::log(20.0), 0.02);
+    // A hundred blocks say 0.4 and 1.2 times; the usual slope without a difference counts as thirty.
+    const double stretch = (1.2 * 100.0 + 30.0) / 130.0;
+    EXPECT_NEAR(model.searchTail.slope, stretch * (0.4 * 100.0 + 0.48 * 30.0) / 130.0, 0.02);
+    EXPECT_NEAR(model.tail.slope, stretch * (0.4 * 100.0 + 0.6 * 30.0) / 130.0, 0.02);
+    EXPECT_NEAR(model.tail.start, model.searchTail.start, 1e-3F);
+}
+
+TEST(Calibration, HeldOutTakesAreScoredAgainstUnheardBackground)
+{
+    PhraseModel model = ModelOfTones();
+    HeldOutPlaces heldOut{{}, {}, Background(-2.5, 0.6), Background(-3.0, 0.5)};
+    heldOut.phrases.takes.resize(2);
+    heldOut.phrases.takes[0] = Background(2.0, 0.0).front();
+    heldOut.phrases.takes[0].features.resize(TinyLanguage::States);
+    // Half an alarm is 3600 blocks an hour to one: ln 3600 slopes above where all blocks begin.
+    const double half = -2.5 + 0.6 * std::log(3600.0);
+    EXPECT_THAT(ScoreHeldOutTakes(heldOut, model),
+                ElementsAre(testing::FloatNear(static_cast<float>(100.0 + 10.0 * (2.0 - half) / 0.6), 2.0F), ScoreScale::Least));
+}
+
+} // namespace
