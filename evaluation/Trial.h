@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/base/WorkerPool.h"
-#include "engine/models/AcousticModel.h"
+#include "engine/models/Population.h"
 #include "engine/training/LanguageTrainer.h"
 #include "evaluation/Corpus.h"
 #include "evaluation/CurveChart.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "console/hosting/ConfigurationFile.h"
-#include "engine/models/AcousticModel.h"
+#include "engine/models/Population.h"
 
 #include <filesystem>
 #include <memory>

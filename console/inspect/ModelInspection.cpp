@@ -50,7 +50,7 @@ Status ReadFacts(FileKind kind, std::span<const uint8_t> bytes, Inspection* insp
     const std::vector<float>& durations = phrase.states.meanDuration;
     const std::size_t peaks = population.peaks.size();
     std::size_t states = peaks == 0 ? durations.size() : population.peaks.front().counts.size();
-    for (const engine::Population::Peak& peak : population.peaks)
+    for (const engine::Population::Place& peak : population.peaks)
     {
         states = peak.counts.size() == states ? states : 0; // peaks of different phrases are of none
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/models/AcousticModel.h"
+#include "engine/models/Population.h"
 
 #include <memory>
 #include <string>

@@ -1,7 +1,6 @@
 #include "engine/enrollment/Enrollment.h"
 
 #include "engine/enrollment/Augmentation.h"
-#include "engine/enrollment/SpeedChange.h"
 #include "engine/enrollment/TakeAgreement.h"
 #include "engine/enrollment/TakeReview.h"
 #include "engine/listening/PathDescription.h"
@@ -9,9 +8,9 @@
 #include "engine/listening/SpeakerRatio.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <functional>
+#include <limits>
 
 namespace velox::engine
 {
@@ -22,43 +21,55 @@ namespace
 constexpr int CopiesPerTake = 24;
 constexpr uint64_t CopySeed = 20260711; // fixed: the same takes give the same model
 constexpr double SilenceSeconds = 0.3;
-constexpr std::array TalkerSpeeds = {0.7, 0.85, 1.0, 1.2, 1.4};
 
-/// How far from the background's threshold towards the user's own takes the user's threshold lies.
-constexpr float ThresholdShare = 0.5F;
+/// How far from the border of background and other speakers towards the user's own takes the user's threshold lies.
+constexpr float ThresholdShare = 0.3F;
+/// Share of the user's takes and copies that are worse than what the threshold is set by.
+constexpr double OwnShare = 0.2;
 /// The background peak by whose rank the background's threshold is found.
 constexpr std::size_t TailRank = 10;
+/// Where of the other speakers' sums the border lies, in deviations above their mean.
+constexpr float OthersDeviations = 1.6F;
+constexpr std::size_t FewestOthers = 5;
 
-float Median(std::vector<float> values)
+float Quantile(std::vector<float> values, double share)
 {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
+    const auto place = values.begin() + static_cast<std::ptrdiff_t>(share * static_cast<double>(values.size() - 1));
+    std::nth_element(values.begin(), place, values.end());
+    return *place;
 }
 
-/// The sum of phrase factors and speaker ratio that half a false alarm per hour reaches.
-float BackgroundThreshold(const SpeakerModel& speaker, const Population& population)
+/// Sums of the phrase's factors and the speaker ratio.
+std::vector<float> SumsOf(const SpeakerModel& speaker, const std::vector<Population::Place>& places)
 {
     std::vector<float> sums;
-    for (const Population::Peak& peak : population.peaks)
+    for (const Population::Place& place : places)
     {
-        sums.push_back(peak.factors + SpeakerModel::Weight * SpeakerRatio(speaker, SpeakerFrames(peak.features), peak.counts));
+        sums.push_back(place.factors + SpeakerModel::Weight * SpeakerRatio(speaker, SpeakerFrames(place.features), place.counts));
     }
+    return sums;
+}
+
+/// The sum that half a false alarm per hour reaches.
+float BackgroundThreshold(const SpeakerModel& speaker, const Population& population)
+{
+    std::vector<float> sums = SumsOf(speaker, population.peaks);
     const std::size_t rank = std::min(TailRank, sums.size() - 1);
     std::nth_element(sums.begin(), sums.begin() + static_cast<std::ptrdiff_t>(rank), sums.end(), std::greater<>());
     const double rate = static_cast<double>(rank + 1) / population.hours;
     return sums[rank] + static_cast<float>(std::log(rate / 0.5));
 }
 
-/// Played backwards a take is no phrase, but as much like speech as anything at hand: babble is made of them. At other speeds
-/// they are other voices: the user's own would teach the speaker part that babble is the user.
-void AddTalkers(const std::vector<float>& take, std::vector<std::vector<float>>* talkers)
+/// The sum that nearly no other speaker reaches; with few others that is known badly.
+float OthersThreshold(const SpeakerModel& speaker, const Population& population)
 {
-    const std::vector<float> backwards(take.rbegin(), take.rend());
-    for (const double speed : TalkerSpeeds)
+    const std::vector<float> sums = SumsOf(speaker, population.speakers);
+    if (sums.size() < FewestOthers)
     {
-        talkers->push_back(ChangeSpeed(backwards, speed));
+        return std::numeric_limits<float>::lowest();
     }
+    const Eigen::Map<const Eigen::ArrayXf> others(sums.data(), static_cast<Eigen::Index>(sums.size()));
+    return others.mean() + OthersDeviations * std::sqrt((others - others.mean()).square().mean());
 }
 
 } // namespace
@@ -143,19 +154,14 @@ Status Enrollment::Finish(PhraseModel* model) const
     std::vector<float> scores;
     RandomStream random(CopySeed);
     const std::vector<Take> ordered = InFixedOrder();
-    std::vector<std::vector<float>> talkers;
-    for (const Take& take : ordered)
-    {
-        AddTalkers(take.samples, &talkers);
-    }
     for (const Take& take : ordered)
     {
         frames.push_back(take.clean);
         scores.push_back(take.factors);
         for (int i = 0; i < CopiesPerTake; ++i)
         {
-            const AugmentationPlan plan = DrawPlan(EnrollmentRanges, talkers, &random);
-            const std::vector<float> copy = MakeCopy(plan, take.samples, talkers);
+            const AugmentationPlan plan = DrawPlan(EnrollmentRanges, population.talkers, &random);
+            const std::vector<float> copy = MakeCopy(plan, take.samples, population.talkers);
             if (const auto place = FindPhrase(acousticModel.phrase, copy))
             {
                 frames.push_back({SpeakerFrames(place->features), place->path.counts, CopyShare});
@@ -170,8 +176,8 @@ Status Enrollment::Finish(PhraseModel* model) const
     {
         sums.push_back(scores[i] + SpeakerModel::Weight * SpeakerRatio(speaker, frames[i].frames, frames[i].counts));
     }
-    const float background = BackgroundThreshold(speaker, population);
-    speaker.threshold = background + ThresholdShare * (Median(sums) - background);
+    const float border = std::max(BackgroundThreshold(speaker, population), OthersThreshold(speaker, population));
+    speaker.threshold = border + ThresholdShare * (Quantile(sums, OwnShare) - border);
 
     *model = acousticModel.phrase;
     model->speaker = std::move(speaker);

@@ -2,7 +2,7 @@
 
 #include "engine/base/EngineErrors.h"
 #include "engine/enrollment/SpeakerAdaptation.h"
-#include "engine/models/AcousticModel.h"
+#include "engine/models/Population.h"
 
 namespace velox::engine
 {

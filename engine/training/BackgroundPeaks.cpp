@@ -1,10 +1,6 @@
 #include "engine/training/BackgroundPeaks.h"
 
 #include "engine/base/AudioFormat.h"
-#include "engine/listening/PathDescription.h"
-
-#include <algorithm>
-#include <functional>
 
 namespace velox::engine
 {
@@ -45,24 +41,6 @@ std::vector<PhrasePlace> FindBackgroundPeaks(const PhraseModel& model, std::span
         std::move(places.begin(), places.end(), std::back_inserter(peaks));
     }
     return peaks;
-}
-
-Population MakePopulation(const PhraseModel& model, std::vector<PhrasePlace> peaks, double hours)
-{
-    std::vector<std::pair<float, std::size_t>> judged;
-    for (std::size_t i = 0; i < peaks.size(); ++i)
-    {
-        judged.emplace_back(JudgePath(model, peaks[i].path), i);
-    }
-    const std::size_t kept = std::min(Population::MostPeaks, peaks.size());
-    std::partial_sort(judged.begin(), judged.begin() + static_cast<std::ptrdiff_t>(kept), judged.end(), std::greater<>());
-    Population population;
-    population.hours = hours;
-    for (const auto& [factors, number] : std::span(judged).first(kept))
-    {
-        population.peaks.push_back({factors, std::move(peaks[number].path.counts), std::move(peaks[number].features)});
-    }
-    return population;
 }
 
 } // namespace velox::engine

@@ -5,6 +5,7 @@
 #include "engine/training/FeatureMeasurement.h"
 #include "engine/training/JudgeTraining.h"
 #include "engine/training/NetworkTrainer.h"
+#include "engine/training/PopulationTraining.h"
 #include "engine/training/SpeakerTraining.h"
 #include "engine/training/TakeAlignment.h"
 #include "engine/training/TrainingMaterial.h"
@@ -189,8 +190,10 @@ std::optional<LanguageModels> TrainLanguage(const LanguageMaterial& material, co
         phrase, std::vector<std::span<const float>>(material.background.begin(), material.background.end()), &pool);
     CalibrateTails(peaks, *heldOut, &phrase);
     models.heldOutScores = ScoreHeldOutTakes(*heldOut, phrase);
-    acoustic.generic = TrainGenericPart(FindAllPlaces(phrase, searched, &pool), alignment.states, options.seed);
-    const Population population = MakePopulation(phrase, std::move(peaks), models.backgroundHours);
+    const PhrasePlaces places = FindAllPlaces(phrase, searched, &pool);
+    acoustic.generic = TrainGenericPart(places, alignment.states, options.seed);
+    const Population population =
+        MakePopulation(phrase, {std::move(peaks), models.backgroundHours, takes, places.takes, material.background});
     if (!options.progress(1.0))
     {
         return std::nullopt;

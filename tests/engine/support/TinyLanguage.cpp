@@ -90,12 +90,14 @@ Population Background()
     population.hours = 0.5;
     for (int i = 0; i < 20; ++i)
     {
-        Population::Peak peak;
+        Population::Place peak;
         peak.factors = -3.0F - 0.1F * static_cast<float>(i);
         peak.counts.assign(States, 5);
         peak.features.assign(States * 5, MelFrame{});
         population.peaks.push_back(std::move(peak));
     }
+    const Voice talker{0.2, 0.4, 3700.0};
+    population.talkers = {Say(Tones{4, 6, 5, 7}, 0, 0, talker, 21), Say(Tones{7, 4, 6, 5}, 0, 0, talker, 22)};
     return population;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/models/AcousticModel.h"
+#include "engine/models/Population.h"
 #include "engine/training/LanguageMaterial.h"
 #include "engine/training/LanguageOptions.h"
 
