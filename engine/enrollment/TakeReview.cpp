@@ -129,7 +129,7 @@ TakeJudgement JudgeTake(std::span<const MelFrame> logMel, std::span<const float>
     {
         judgement.status = StatusOf(endpoints.fault);
     }
-    else if (logMel.size() < model->states.States() * Decoder::LeastFrames)
+    else if (logMel.size() < model->states.States() * Decoder::SubStates)
     {
         judgement.status = Status::UtteranceTooShort;
     }

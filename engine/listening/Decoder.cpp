@@ -45,17 +45,6 @@ Decoder::Decoder(const StateModel& model) : logPrior(model.logPrior)
     ratios.assign(states, 0.0F);
 }
 
-/// Makes a path the continuation of another one in the same state or the one before.
-void Decoder::Continue(std::size_t from, std::size_t state, PhrasePath* path) const
-{
-    const PhrasePath& before = paths[from];
-    const auto parts = static_cast<std::ptrdiff_t>(state) + 1;
-    path->startFrame = before.startFrame;
-    path->lowest = before.lowest;
-    std::copy(before.sums.begin(), before.sums.begin() + parts, path->sums.begin());
-    std::copy(before.counts.begin(), before.counts.begin() + parts, path->counts.begin());
-}
-
 bool Decoder::Push(const float* logPosteriors)
 {
     const std::size_t states = ratios.size();
@@ -72,9 +61,7 @@ bool Decoder::Push(const float* logPosteriors)
         const std::size_t sub = k % SubStates;
         const bool first = k == 0;
         const float stay = sub == SubStates - 1 ? totals[k] + logStay[s] : Impossible;
-        const float step = first ? 0.0F : totals[k - 1] + (sub == 0 ? logLeave[s - 1] : 0.0F);
-        const float skip = sub == SubStates - 1 ? totals[k - 2] - SkipCost : Impossible;
-        const float advance = std::max(step, skip);
+        const float advance = first ? 0.0F : totals[k - 1] + (sub == 0 ? logLeave[s - 1] : 0.0F);
         PhrasePath& path = paths[k];
         if (first)
         {
@@ -85,7 +72,11 @@ bool Decoder::Push(const float* logPosteriors)
         }
         else if (advance >= stay)
         {
-            Continue(skip > step ? k - 2 : k - 1, s, &path);
+            const PhrasePath& before = paths[k - 1];
+            path.startFrame = before.startFrame;
+            path.lowest = before.lowest;
+            std::copy(before.sums.begin(), before.sums.begin() + static_cast<std::ptrdiff_t>(s) + 1, path.sums.begin());
+            std::copy(before.counts.begin(), before.counts.begin() + static_cast<std::ptrdiff_t>(s) + 1, path.counts.begin());
         }
         totals[k] = std::max(Impossible, std::max(stay, advance) + ratios[s]);
         path.Add(s, ratios[s]);

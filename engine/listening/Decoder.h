@@ -28,16 +28,12 @@ struct PhrasePath
 
 /// Finds the best way through the phrase's states that ends at the current frame (Viterbi 1967; keyword spotting against a
 /// background: Rohlicek 1989; neural posteriors: Bourlard and Morgan 1994; Sun 2017). A phrase may begin at every frame. Each
-/// state lasts three frames, and then geometrically, so that its mean is kept; in fast speech two at a cost.
+/// state lasts at least three frames, and then geometrically, so that its mean is kept.
 class Decoder
 {
 public:
-    /// Sub-states of a state, a frame each at least; the middle one can be skipped.
+    /// Sub-states of a state: the least duration in frames.
     static constexpr std::size_t SubStates = 3;
-    /// Least duration of a state, in frames.
-    static constexpr std::size_t LeastFrames = SubStates - 1;
-    /// What skipping costs, in the units of the log ratios: a phrase so fast is rarer by a factor e for each state.
-    static constexpr float SkipCost = 1.0F;
     /// Bounds of a frame's log ratio: a few frames must not decide.
     static constexpr float LeastRatio = -4.0F;
     static constexpr float MostRatio = 3.0F;
@@ -61,8 +57,6 @@ public:
     }
 
 private:
-    void Continue(std::size_t from, std::size_t state, PhrasePath* path) const;
-
     std::vector<float> logPrior;
     std::vector<float> logStay;
     std::vector<float> logLeave;
