@@ -3,6 +3,7 @@
 #include "engine/listening/PathDescription.h"
 #include "engine/listening/SpeakerRatio.h"
 #include "engine/sound/Cepstrum.h"
+#include "engine/sound/Endpointing.h"
 
 #include <algorithm>
 #include <limits>
@@ -78,7 +79,10 @@ Detection PhraseDetector::Judge(const Peak& found)
     Detection detection;
     const int64_t lookAhead = model.network.LookAhead();
     const auto halfFrame = static_cast<int64_t>(FrameSize / 2);
-    detection.startSample = FeatureStream::MiddleSample(found.path.startFrame + lookAhead) - halfFrame;
+    // The states were learned from takes with padding around the speech; the first one holds the padding, while the last sounds
+    // of a phrase often fade into theirs.
+    constexpr auto Padding = static_cast<int64_t>(EndpointPadding * FrameSize);
+    detection.startSample = FeatureStream::MiddleSample(found.path.startFrame + lookAhead) - halfFrame + Padding;
     detection.endSample = FeatureStream::MiddleSample(found.endFrame + lookAhead) + halfFrame;
     detection.searchScore = ScoreScale::FromFactors(model.searchTail.FactorsBelowHalf(found.score));
     const float phrase = JudgePath(model, found.path);

@@ -197,8 +197,6 @@ Endpoints FindEndpoints(std::span<const MelFrame> logMel, std::span<const float>
     const double clippedShare =
         static_cast<double>(CountClipped(spoken)) / static_cast<double>(std::max<std::size_t>(spoken.size(), 1));
     endpoints.fault = Judge(speech, levels, endpoints.level, clippedShare);
-    endpoints.speechBegin = longest.begin;
-    endpoints.speechEnd = longest.end;
     endpoints.begin = longest.begin - std::min(EndpointPadding, longest.begin);
     endpoints.end = std::min(longest.end + EndpointPadding, logMel.size());
     return endpoints;

@@ -35,10 +35,8 @@ struct Endpoints
     TakeFault fault = TakeFault::NoSpeech; ///< the first that holds, in the order of TakeFault
     std::size_t begin = 0;                 ///< first frame of the speech, padding included
     std::size_t end = 0;                   ///< one past the last frame of the speech, padding included
-    std::size_t speechBegin = 0;           ///< the same without padding
-    std::size_t speechEnd = 0;
-    double level = 0.0;             ///< of the speech, as QuietLevel counts; 0 without speech
-    std::size_t clippedSamples = 0; ///< in the whole take
+    double level = 0.0;                    ///< of the speech, as QuietLevel counts; 0 without speech
+    std::size_t clippedSamples = 0;        ///< in the whole take
 };
 
 /// Finds the speech of a take by its level against the take's floor (after Rabiner and Sambur, "An algorithm for determining the

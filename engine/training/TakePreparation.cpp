@@ -50,8 +50,8 @@ Endpoints FindPaddedEndpoints(std::span<const float> samples, std::span<const Me
     {
         return FindEndpoints(paddedLogMel, padded);
     }
-    endpoints.speechBegin += SilenceFrames;
-    endpoints.speechEnd += SilenceFrames;
+    endpoints.begin += SilenceFrames;
+    endpoints.end += SilenceFrames;
     return endpoints;
 }
 
@@ -64,9 +64,8 @@ std::vector<MelFrame> PreparedTake::PhraseLogMel() const
 
 std::span<const float> PreparedTake::PhraseSamples() const
 {
-    const std::size_t first = (begin - std::min(EndpointPadding, begin)) * FrameSize;
-    const std::size_t last = std::min(samples.size(), (end + EndpointPadding) * FrameSize + WindowSize);
-    return std::span(samples).subspan(first, last - first);
+    const std::size_t first = begin * FrameSize;
+    return std::span(samples).subspan(first, std::min(samples.size(), end * FrameSize + WindowSize) - first);
 }
 
 std::vector<PreparedTake> PrepareTakes(const std::vector<PhraseTake>& takes, std::vector<std::string>* warnings)
@@ -85,8 +84,8 @@ std::vector<PreparedTake> PrepareTakes(const std::vector<PhraseTake>& takes, std
             warnings->push_back(take.name + " is left out: " + std::string(FaultText(endpoints.fault)) + ".");
             continue;
         }
-        one.begin = endpoints.speechBegin;
-        one.end = endpoints.speechEnd;
+        one.begin = endpoints.begin;
+        one.end = endpoints.end;
         prepared.push_back(std::move(one));
     }
     return prepared;

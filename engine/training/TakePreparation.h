@@ -16,13 +16,12 @@ struct PreparedTake
 {
     std::vector<float> samples;
     std::vector<MelFrame> logMel;
-    std::size_t begin = 0; ///< first frame of the phrase: its speech, without padding
+    std::size_t begin = 0; ///< first frame of the phrase
     std::size_t end = 0;   ///< one past its last frame
     std::string voice{};
     float weight = 1.0F;
 
     std::vector<MelFrame> PhraseLogMel() const;
-    /// The phrase with EndpointPadding on both sides: faint sounds belong to it.
     std::span<const float> PhraseSamples() const;
 };
 

@@ -103,7 +103,7 @@ TEST_F(DspSimulator, FiresOnThePhraseAndTellsItsPlaceAndScore)
     ASSERT_THAT(detections, SizeIs(1));
     ASSERT_THAT(peaks, SizeIs(1));
     const velox::engine::Detection& detection = peaks[0].detection;
-    EXPECT_NEAR(static_cast<double>(detection.startSample), static_cast<double>(HalfSecond), 480.0);
+    EXPECT_NEAR(static_cast<double>(detection.startSample), static_cast<double>(HalfSecond + TinyLanguage::StartPadding), 480.0);
     EXPECT_EQ(U64(detections[0], 28), static_cast<uint64_t>(detection.startSample) * 625);
     EXPECT_EQ(U64(detections[0], 36), static_cast<uint64_t>(detection.endSample) * 625);
     EXPECT_EQ(detections[0][52] * 256 + detections[0][53], peaks[0].score);
@@ -188,7 +188,8 @@ TEST_F(DspSimulator, ArmedAgainItFiresAgainAtTheRightPlace)
     for (std::size_t i = 0; i < 3; ++i)
     {
         const double start = static_cast<double>(i * audio.size() / 3 + HalfSecond);
-        EXPECT_NEAR(static_cast<double>(peaks[i].detection.startSample), start, 480.0);
+        EXPECT_NEAR(static_cast<double>(peaks[i].detection.startSample), start + static_cast<double>(TinyLanguage::StartPadding),
+                    480.0);
     }
 }
 
@@ -201,7 +202,8 @@ TEST_F(DspSimulator, AudioBeforeArmingCountsButIsForgotten)
     EXPECT_FALSE(dsp.Hear(&first).has_value());
     ASSERT_TRUE(dsp.Arm());
     ASSERT_THAT(Detections(&dsp, std::span(audio).subspan(phrase.size()), 480), SizeIs(1));
-    EXPECT_NEAR(static_cast<double>(peaks.at(0).detection.startSample), static_cast<double>(phrase.size() + HalfSecond), 480.0);
+    EXPECT_NEAR(static_cast<double>(peaks.at(0).detection.startSample),
+                static_cast<double>(phrase.size() + HalfSecond + TinyLanguage::StartPadding), 480.0);
 }
 
 TEST_F(DspSimulator, ArmingInTheMiddleOfThePhraseHearsNothing)

@@ -133,7 +133,7 @@ TEST_F(Loop, ThePredefinedModelIsArmedHeardAndParsed)
     EXPECT_EQ(parsed.isUserMatch, FALSE);
     EXPECT_EQ(parsed.start, 1'000'000 + 625 * static_cast<uint64_t>(peaks.at(0).detection.startSample));
     EXPECT_EQ(parsed.end, 1'000'000 + 625 * static_cast<uint64_t>(peaks.at(0).detection.endSample));
-    EXPECT_NEAR(static_cast<double>(parsed.start), 1e6 + 5e6, 300'000.0) << "within 30 ms";
+    EXPECT_NEAR(static_cast<double>(parsed.start), 1e6 + 5e6 + 625.0 * TinyLanguage::StartPadding, 300'000.0) << "within 30 ms";
 }
 
 TEST_F(Loop, AUsersModelIsEnrolledArmedHeardAndParsed)

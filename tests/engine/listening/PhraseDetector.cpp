@@ -2,6 +2,7 @@
 
 #include "engine/listening/SpeakerRatio.h"
 #include "engine/sound/Cepstrum.h"
+#include "engine/sound/Endpointing.h"
 #include "tests/engine/support/Signals.h"
 #include "tests/engine/support/TinyLanguage.h"
 
@@ -17,6 +18,7 @@ using Detector = velox::engine::PhraseDetector;
 using Tones = std::vector<std::size_t>;
 
 /// The hand-made network's first state has no padding before it, which the detector takes off.
+constexpr auto Padding = static_cast<int64_t>(EndpointPadding * FrameSize);
 constexpr std::size_t Before = 8000;
 constexpr std::size_t After = 8000;
 
@@ -45,7 +47,7 @@ TEST(PhraseDetector, HearsThePhraseOnceAndTellsWhereItIs)
     ASSERT_EQ(detections.size(), 1U);
     EXPECT_GT(detections[0].score, ScoreScale::HalfAlarmPerHour);
     EXPECT_EQ(detections[0].score, detections[0].phraseScore);
-    EXPECT_NEAR(static_cast<double>(detections[0].startSample), Before, 3.0 * FrameSize);
+    EXPECT_NEAR(static_cast<double>(detections[0].startSample), Before + Padding, 3.0 * FrameSize);
     // The hand-made network is sure of the last tone from its third frame on.
     EXPECT_NEAR(static_cast<double>(detections[0].endSample), Before + 3 * TinyLanguage::ToneSamples + 3 * FrameSize,
                 3.0 * FrameSize);
@@ -95,7 +97,8 @@ TEST(PhraseDetector, WhereTheAudioStartsWithinAFrameChangesLittle)
         const auto detections = Hear(TinyLanguage::Phrase(), std::span(audio).subspan(offset));
         ASSERT_EQ(detections.size(), 1U);
         EXPECT_NEAR(detections[0].score, reference, 5.0F);
-        EXPECT_NEAR(static_cast<double>(detections[0].startSample + static_cast<int64_t>(offset)), Before, 3.0 * FrameSize);
+        EXPECT_NEAR(static_cast<double>(detections[0].startSample + static_cast<int64_t>(offset)), Before + Padding,
+                    3.0 * FrameSize);
     }
 }
 
@@ -152,7 +155,7 @@ TEST(PhraseDetector, TheSpeakerPartSeesThePhrasesFrames)
     const auto frameAt = [](int64_t sample) {
         return static_cast<std::size_t>((sample - FeatureStream::MiddleSample(0)) / static_cast<int64_t>(FrameSize));
     };
-    const std::size_t first = frameAt(detection.startSample + 80);
+    const std::size_t first = frameAt(detection.startSample - Padding + 80);
     const std::size_t last = frameAt(detection.endSample - 80);
     StreamingNetwork network(model.network);
     Decoder decoder(model.states);

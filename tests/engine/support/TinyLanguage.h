@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/models/Population.h"
+#include "engine/sound/Endpointing.h"
 #include "engine/training/LanguageMaterial.h"
 #include "engine/training/LanguageOptions.h"
 
@@ -17,6 +18,9 @@ inline constexpr std::size_t States = 4;
 inline constexpr int ToneFrames = 15;
 inline constexpr std::size_t ToneSamples = ToneFrames * velox::engine::FrameSize;
 inline constexpr std::size_t PhraseSamples = States * ToneSamples;
+/// How much later than its first tone a phrase is told to start, in samples: the padding of a learned phrase is taken off, which
+/// the tones' model does not have.
+inline constexpr std::size_t StartPadding = velox::engine::EndpointPadding * velox::engine::FrameSize;
 /// Noise under every recording, so that silence is not digital zero.
 inline constexpr double NoiseAmplitude = 0.003;
 
