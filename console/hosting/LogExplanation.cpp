@@ -90,8 +90,8 @@ constexpr std::array Explanations{
     Explanation{"[TrainModel] Failed to finalize enrollment", ExitCode::Refused,
                 "a take is not like the others, or far louder or quieter",
                 "Record that take again: one person, at one distance, with the same phrase.", engine::Status::TakesDisagree},
-    Explanation{"[TrainModel] Failed to finalize enrollment", ExitCode::Refused, "the engine can use none of the takes",
-                "Record them again: the whole phrase, loud and clear.", engine::Status::NoUtterances},
+    Explanation{"[TrainModel] Failed to finalize enrollment", ExitCode::Refused, "the engine can use fewer than two of the takes",
+                "Record more, or those again: the whole phrase, loud and clear.", engine::Status::NoUtterances},
     Explanation{"[TrainModel] Failed to finalize enrollment", ExitCode::Refused, "the engine made no model of the takes",
                 "Record more takes, or better ones."},
     Explanation{"Failed to start utterance enrollment", Library, "the engine takes no more takes", "Give fewer takes."},
@@ -123,6 +123,21 @@ std::string Rest(const std::string& message, std::string_view piece)
 std::string Codes(const LoggedLine& line)
 {
     return line.engineStatus ? " (engine status " + EngineStatusText(*line.engineStatus) + ")" : "";
+}
+
+/// The status of a take that was not learned from; 0 where the line tells of none. Of a take that it can do without the stand-in
+/// engine says so in its own log alone.
+uint32_t StatusOfTake(const LoggedLine& line)
+{
+    constexpr std::string_view OfTake = "take of the enrollment: ";
+    if (line.engineStatus && line.message.starts_with("VWoVFinalizeEnrollmentUtterance failed"))
+    {
+        return *line.engineStatus;
+    }
+    const std::size_t place = line.source == EngineSource ? line.message.find(OfTake) : std::string::npos;
+    return place == std::string::npos
+               ? 0
+               : static_cast<uint32_t>(std::strtoul(line.message.c_str() + place + OfTake.size(), nullptr, 10));
 }
 
 const LoggedLine* LineFor(const Explanation& explanation, std::span<const LoggedLine> lines)
@@ -162,9 +177,10 @@ std::vector<LeftOutTake> FindLeftOutTakes(std::span<const LoggedLine> lines)
         {
             number = std::strtoul(line.message.c_str() + Begins.size(), nullptr, 10);
         }
-        else if (number > 0 && line.engineStatus && line.message.find("VWoVFinalizeEnrollmentUtterance failed") == 0)
+        else if (const uint32_t status = StatusOfTake(line); number > 0 && status != 0)
         {
-            takes.push_back({number - 1, *line.engineStatus});
+            takes.push_back({number - 1, status});
+            number = 0; // what library and engine both say counts once
         }
     }
     return takes;

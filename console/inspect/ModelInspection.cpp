@@ -61,6 +61,7 @@ Status ReadFacts(FileKind kind, std::span<const uint8_t> bytes, Inspection* insp
     {
         inspection->facts.push_back({"hours", population.hours, "background of", fmt::format("{:.2f} h", population.hours)});
         inspection->facts.push_back({"peaks", peaks, "", Counted(peaks, "peak")});
+        inspection->facts.push_back({"voices", population.speakers.size(), "", Counted(population.speakers.size(), "voice")});
         return status;
     }
     const double seconds = std::accumulate(durations.begin(), durations.end(), 0.0) / engine::FramesPerSecond;

@@ -194,8 +194,8 @@ Remark WarningOf(std::string sentence)
     return {Tone::Warning, "Material", sentence, ""};
 }
 
-void LearnAndWrite(LanguageRecordings&& recordings, const LanguageRequest& request, Context& context, const ReadBack& readBack,
-                   Report* report)
+void LearnAndWrite(const LanguageRecordings& recordings, const LanguageRequest& request, Context& context,
+                   const ReadBack& readBack, Report* report)
 {
     const std::vector<engine::PhraseTake>& takes = recordings.material.takes;
     const std::size_t voices = VoicesOf(takes).size();
@@ -216,16 +216,9 @@ void LearnAndWrite(LanguageRecordings&& recordings, const LanguageRequest& reque
     const engine::LanguageModels models = Train(recordings.material, options);
     std::ranges::transform(models.warnings, std::back_inserter(report->remarks), WarningOf);
     AddThresholds(models, options.falseAlarmsPerHour, report);
-    const std::vector<float> take = takes.front().samples;
-    if (!request.noEstimate)
-    {
-        context.progress.Begin("Estimating the misses");
-        const std::optional<HeldOutTakes> heldOut = ScoreHeldOut(std::move(recordings.material), options);
-        StopIfInterrupted();
-        AddMisses(heldOut, options.falseAlarmsPerHour, report);
-    }
+    AddMisses(models.heldOutScores, voices, options.falseAlarmsPerHour, report);
     LanguagePlace place(request);
-    Write(models, request, take, readBack, &place);
+    Write(models, request, takes.front().samples, readBack, &place);
     AddFiles(place, request, report);
     report->verdict =
         fmt::format("Language {} is learned and stands in {}.", LanguageText(request.language), Utf8(request.configuration));
@@ -246,7 +239,7 @@ Report MakeLanguage(const LanguageRequest& request, Context& context, const Read
     report.remarks = std::move(recordings.oddities);
     try
     {
-        LearnAndWrite(std::move(recordings), request, context, readBack, &report);
+        LearnAndWrite(recordings, request, context, readBack, &report);
         return report;
     }
     catch (const CommandFailure& failure)

@@ -20,7 +20,6 @@ struct LanguageRequest
     std::optional<int> qualityThreshold;
     engine::LanguageOptions training{.batches = 2500}; ///< its threads and progress do not count
     bool replace = false;
-    bool noEstimate = false; ///< of the misses
 };
 
 /// Has the library use the language as it was written.

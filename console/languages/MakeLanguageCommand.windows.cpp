@@ -108,7 +108,6 @@ void AddMakeLanguageCommand(CLI::App& app, Commands& commands)
               "Length of the learning, default 2500; fewer are faster and worse");
     addNumber("--copies", &request.training.copies, 1, 100, "Noisy copies of each take, default 10");
     command->add_flag("--replace", request.replace, "Put it in the place of the language with the same id, and of its files");
-    command->add_flag("--no-estimate", request.noEstimate, "Do not estimate the misses, which takes a third of the time more");
     commands.AddPageOption(command);
     command->footer(
         "  velox-kws make-language en-US --phrase takes --background other-speech --out models --config config.xml\n");

@@ -78,10 +78,10 @@ struct AugmentationRanges
     Range formant{0.85, 1.18}; ///< factor of the formants' frequencies, whatever the tempo
     double tiltChance = 0.75;
     Range tilt{-0.5, 0.5};
-    double bandChance = 0.12;
+    double bandChance = 0.25;
     double lowerEdgeChance = 0.6; ///< of the copies with a band
     Range lowerEdge{150.0, 400.0};
-    Range upperEdge{3300.0, 3900.0};
+    Range upperEdge{3300.0, 4800.0};
     double roomChance = 0.4;
     Range reverberationTime{0.15, 0.8};
     Range directToReverberant{-2.0, 10.0};

@@ -23,13 +23,13 @@ constexpr uint64_t CopySeed = 20260711; // fixed: the same takes give the same m
 constexpr double SilenceSeconds = 0.3;
 
 /// How far from the border of background and other speakers towards the user's own takes the user's threshold lies.
-constexpr float ThresholdShare = 0.3F;
+constexpr float ThresholdShare = 0.5F;
 /// Share of the user's takes and copies that are worse than what the threshold is set by.
 constexpr double OwnShare = 0.2;
 /// The background peak by whose rank the background's threshold is found.
 constexpr std::size_t TailRank = 10;
 /// Where of the other speakers' sums the border lies, in deviations above their mean.
-constexpr float OthersDeviations = 1.6F;
+constexpr float OthersDeviations = 2.0F;
 constexpr std::size_t FewestOthers = 5;
 
 float Quantile(std::vector<float> values, double share)

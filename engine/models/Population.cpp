@@ -12,6 +12,7 @@ namespace
 constexpr uint32_t MostFrames = 2000;
 /// Of a score or a feature; none that was measured comes near.
 constexpr float MostMeasured = 1e4F;
+constexpr float MostSample = 1.001F; // quantised
 
 bool AreMeasured(std::span<const float> values)
 {
@@ -76,7 +77,7 @@ bool ReadTalkers(BlobReader* reader, std::vector<std::vector<float>>* talkers)
     return std::ranges::all_of(*talkers, [reader](std::vector<float>& talker) {
         talker.resize(reader->Count(Population::MostTalkerSamples));
         reader->Quantised(talker);
-        return !talker.empty() && std::ranges::all_of(talker, [](float sample) { return std::abs(sample) <= 1.0F; });
+        return !talker.empty() && std::ranges::all_of(talker, [](float sample) { return std::abs(sample) <= MostSample; });
     });
 }
 

@@ -69,7 +69,8 @@ std::vector<std::vector<float>> PiecesOf(const std::vector<std::vector<float>>& 
             if (begin < end)
             {
                 const auto from = recording.begin() + static_cast<std::ptrdiff_t>(begin - before);
-                pieces[piece].insert(pieces[piece].end(), from, from + static_cast<std::ptrdiff_t>(end - begin));
+                std::transform(from, from + static_cast<std::ptrdiff_t>(end - begin), std::back_inserter(pieces[piece]),
+                               [](float sample) { return std::clamp(sample, -1.0F, 1.0F); });
             }
         }
         before += recording.size();

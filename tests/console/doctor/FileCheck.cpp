@@ -1,6 +1,6 @@
 #include "console/doctor/FileCheck.h"
 
-#include "engine/models/AcousticModel.h"
+#include "engine/models/Population.h"
 #include "tests/console/support/InspectionSamples.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -87,6 +87,24 @@ TEST(LogExplanation, FindsTheTakesThatTheEngineLeftOut)
     EXPECT_THAT(FindLeftOutTakes(Lines{}), SizeIs(0));
 }
 
+TEST(LogExplanation, FindsTheTakesThatOnlyTheEngineTellsOf)
+{
+    const Lines lines{{5, 1, "[FeedRecordingsForEnrollment] Recording 1"},
+                      {4, EngineSource, "VeloxWovSDK: take of the enrollment: 0 Success. Nothing is wrong."},
+                      {5, 1, "[FeedRecordingsForEnrollment] Recording 1 was sent"},
+                      {5, 1, "[FeedRecordingsForEnrollment] Recording 2"},
+                      {4, EngineSource, "VeloxWovSDK: take of the enrollment: 122 Clipped. The utterance is clipped."},
+                      {4, EngineSource, "VeloxWovSDK: take of the enrollment: it may be another phrase"},
+                      {5, 1, "[FeedRecordingsForEnrollment] Recording 3"},
+                      {4, EngineSource, "VeloxWovSDK: take of the enrollment: 124 PhraseNotFound. It is not there."},
+                      {2, 1, "VWoVFinalizeEnrollmentUtterance failed!", std::nullopt, 124}};
+    const std::vector<LeftOutTake> takes = FindLeftOutTakes(lines);
+    ASSERT_THAT(takes, SizeIs(2));
+    EXPECT_EQ(takes[0].index, 1U);
+    EXPECT_EQ(takes[0].engineStatus, 122U);
+    EXPECT_EQ(takes[1].index, 2U);
+}
+
 TEST(LogExplanation, TakesThatDisagreeAreToldWithWhatToDo)
 {
     const auto fails = [](uint32_t status) {
@@ -95,6 +113,6 @@ TEST(LogExplanation, TakesThatDisagreeAreToldWithWhatToDo)
     };
     EXPECT_THAT(fails(125).what(), HasSubstr("Training failed: a take is not like the others, or far louder or quieter"));
     EXPECT_THAT(fails(125).fix, HasSubstr("one person, at one distance"));
-    EXPECT_THAT(fails(129).what(), HasSubstr("the engine can use none of the takes"));
+    EXPECT_THAT(fails(129).what(), HasSubstr("the engine can use fewer than two of the takes"));
     EXPECT_THAT(fails(117).what(), HasSubstr("the engine made no model of the takes"));
 }

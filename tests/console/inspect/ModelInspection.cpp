@@ -1,6 +1,6 @@
 #include "console/inspect/Inspection.h"
 
-#include "engine/models/AcousticModel.h"
+#include "engine/models/Population.h"
 #include "tests/console/support/InspectionSamples.h"
 #include "tests/engine/support/BlobDamage.h"
 
@@ -189,6 +189,7 @@ TEST(ModelInspection, WhatTheReadModelTellsIsKept)
     const Inspection population = Inspect(InspectionSamples::Population());
     EXPECT_EQ(population.states, 4U);
     EXPECT_EQ(fact(population, "peaks"), "3 peaks");
+    EXPECT_EQ(fact(population, "voices"), "0 voices");
     EXPECT_NE(fact(population, "hours"), "");
 }
 

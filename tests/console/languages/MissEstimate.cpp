@@ -1,88 +1,48 @@
 #include "console/languages/MissEstimate.h"
 
 #include "engine/base/CountInterval.h"
-#include "tests/engine/support/TinyLanguage.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
+
+#include <array>
 
 namespace
 {
 
 using namespace velox::console;
 
-/// Seven voices; the first and the sixth are held out.
-velox::engine::LanguageMaterial SevenVoices()
-{
-    velox::engine::LanguageMaterial material = TinyLanguage::Material();
-    for (uint64_t voice = 4; voice < 7; ++voice)
-    {
-        for (uint64_t take = 0; take < 2; ++take)
-        {
-            material.takes.push_back(
-                {TinyLanguage::SayPhrase({}, 10 * voice + take), "take", "voice " + std::to_string(voice), 1.0F});
-        }
-    }
-    const auto once = material.background;
-    material.background.insert(material.background.end(), once.begin(), once.end());
-    return material;
-}
+// Where the thresholds lie: 100 is half an alarm per hour, ten more are e times fewer.
+constexpr std::array Scores{60.0F, 99.0F, 101.0F, 150.0F};
+constexpr std::size_t Voices = 6;
 
-TEST(MissEstimate, TakesOfEveryFifthVoiceAreScoredByALanguageOfTheOthers)
+Report ReportAt(double alarmsPerHour, std::size_t voices = Voices)
 {
-    velox::engine::LanguageOptions options = TinyLanguage::QuickTraining();
-    options.batches *= 4;
-    const auto takes = ScoreHeldOut(SevenVoices(), options);
-    ASSERT_TRUE(takes.has_value());
-    EXPECT_EQ(takes->voices, 2U);
-    ASSERT_EQ(takes->scores.size(), 4U);
-    // It has learned the tones.
-    EXPECT_EQ(takes->MissedAt(10.0), 0);
-}
-
-TEST(MissEstimate, TakesWithoutThePhraseAreMissed)
-{
-    velox::engine::LanguageMaterial material = SevenVoices();
-    const std::vector<std::size_t> otherTones{7, 6, 5, 4};
-    for (velox::engine::PhraseTake& take : material.takes)
-    {
-        if (take.voice == "voice 0")
-        {
-            take.samples = TinyLanguage::Say(otherTones, 8'000, 8'000);
-        }
-    }
-    velox::engine::LanguageOptions options = TinyLanguage::QuickTraining();
-    options.batches *= 4;
-    const auto takes = ScoreHeldOut(material, options);
-    ASSERT_TRUE(takes.has_value());
-    EXPECT_EQ(takes->MissedAt(0.5), 2);
-}
-
-TEST(MissEstimate, MaterialThatDoesNotSufficeGivesNone)
-{
-    velox::engine::LanguageMaterial material = SevenVoices();
-    material.background.resize(7);
-    EXPECT_FALSE(ScoreHeldOut(material, TinyLanguage::QuickTraining()).has_value());
-}
-
-TEST(MissEstimate, CancelledItGivesNone)
-{
-    velox::engine::LanguageOptions options = TinyLanguage::QuickTraining();
-    options.progress = [](double) {
-        return false;
-    };
-    EXPECT_FALSE(ScoreHeldOut(SevenVoices(), options).has_value());
+    Report report;
+    AddMisses(Scores, voices, alarmsPerHour, &report);
+    return report;
 }
 
 TEST(MissEstimate, FewerFalseAlarmsAreMoreMisses)
 {
-    // Where the thresholds lie: 100 is half an alarm per hour, ten more are e times fewer.
-    const HeldOutTakes takes{2, {60.0, 99.0, 101.0, 150.0}};
-    EXPECT_EQ(takes.MissedAt(0.5), 2);
-    EXPECT_EQ(takes.MissedAt(0.6), 1);
-    EXPECT_EQ(takes.MissedAt(0.4), 3);
-    Report report;
-    AddMisses(takes, 0.5, &report);
-    const Chart chart = report.chart.value();
+    for (const auto& [rate, missed] : {std::pair{0.5, 2}, std::pair{0.6, 1}, std::pair{0.4, 3}})
+    {
+        const Report report = ReportAt(rate);
+        ASSERT_FALSE(report.facts.empty());
+        EXPECT_EQ(report.facts[0].key, "missed");
+        EXPECT_EQ(report.facts[0].value, Value(missed)) << rate;
+    }
+}
+
+TEST(MissEstimate, TheTextTellsTheInterval)
+{
+    const velox::engine::CountInterval share = velox::engine::ShareFromCount(2, 4);
+    EXPECT_THAT(ReportAt(0.5).facts[0].text, testing::StartsWith("2 of 4 takes of 6 voices; that leaves 6.8 % to 93.2 % open"));
+    EXPECT_NEAR(share.least, 0.068, 0.001);
+}
+
+TEST(MissEstimate, TheChartHasTheIntervalsOfEveryRate)
+{
+    const Chart chart = ReportAt(0.5).chart.value();
     EXPECT_EQ(chart.marked, 0.5);
     ASSERT_EQ(chart.points.size(), 10U);
     EXPECT_EQ(chart.points.front().x, 0.01);
@@ -91,12 +51,20 @@ TEST(MissEstimate, FewerFalseAlarmsAreMoreMisses)
     EXPECT_EQ(chart.points.back().y, 25.0);
     for (const Chart::Point& point : chart.points)
     {
-        const velox::engine::CountInterval share = velox::engine::ShareFromCount(takes.MissedAt(point.x), 4);
+        const velox::engine::CountInterval share = velox::engine::ShareFromCount(std::lround(point.y / 25.0), 4);
         EXPECT_DOUBLE_EQ(point.least, 100.0 * share.least);
         EXPECT_DOUBLE_EQ(point.most, 100.0 * share.most);
     }
-    AddMisses(takes, 50.0, &report);
-    EXPECT_FALSE(report.chart->marked.has_value());
+    EXPECT_FALSE(ReportAt(50.0).chart->marked.has_value());
+}
+
+TEST(MissEstimate, VeryFewVoicesTellNothing)
+{
+    const Report report = ReportAt(0.5, Voices - 1);
+    EXPECT_TRUE(report.facts.empty());
+    EXPECT_FALSE(report.chart.has_value());
+    ASSERT_EQ(report.remarks.size(), 1U);
+    EXPECT_EQ(report.remarks[0].code, "NoEstimate");
 }
 
 } // namespace

@@ -247,7 +247,7 @@ TEST_F(EngineSession, EachTakesFaultHasItsStatusAndPlace)
     EXPECT_EQ(statusOf(TinyLanguage::Say(Tones{2, 1}, HalfSecond, HalfSecond)), Status::PhraseNotFound);
 
     const auto whole = judge(TinyLanguage::SayPhrase());
-    EXPECT_NEAR(Get(whole, Output::PlaceStart), static_cast<double>(HalfSecond), 480);
+    EXPECT_NEAR(Get(whole, Output::PlaceStart), static_cast<double>(HalfSecond + TinyLanguage::StartPadding), 480);
     EXPECT_GT(Get(whole, Output::PlaceEnd), HalfSecond + 3 * TinyLanguage::ToneSamples);
     EXPECT_LT(Get(whole, Output::PlaceEnd), HalfSecond + TinyLanguage::PhraseSamples + 480);
     EXPECT_GT(Get(whole, Output::BestScore), 100 * 256);

@@ -371,7 +371,7 @@ TEST(Augmentation, PlansAreDrawnFromTheRangesInTheirShares)
         if (plan.band.has_value())
         {
             ASSERT_TRUE(plan.band->low == 0.0 || (plan.band->low >= 150.0 && plan.band->low <= 400.0));
-            ASSERT_TRUE(plan.band->high >= 3300.0 && plan.band->high <= 3900.0);
+            ASSERT_TRUE(plan.band->high >= 3300.0 && plan.band->high <= 4800.0);
         }
         ASSERT_TRUE(plan.level >= -38.0 && plan.level <= -16.0);
         if (plan.room.has_value())
@@ -397,7 +397,7 @@ TEST(Augmentation, PlansAreDrawnFromTheRangesInTheirShares)
     EXPECT_NEAR(offset / Plans, 0.5, Tolerance);
     EXPECT_NEAR(speed / Plans, 0.7, Tolerance);
     EXPECT_NEAR(tilt / Plans, 0.75, Tolerance);
-    EXPECT_NEAR(band / Plans, 0.12, Tolerance);
+    EXPECT_NEAR(band / Plans, 0.25, Tolerance);
     EXPECT_NEAR(lowerEdge / Plans, 0.072, Tolerance);
     EXPECT_NEAR(room / Plans, 0.4, Tolerance);
     EXPECT_NEAR(noise / Plans, 0.9, Tolerance);

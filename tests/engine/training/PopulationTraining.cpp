@@ -74,11 +74,13 @@ TEST(PopulationTraining, TalkersComeFromAllOverTheBackground)
     {
         background.emplace_back(Population::MostTalkerSamples, static_cast<float>(i) / 16.0F);
     }
+    background[14].assign(Population::MostTalkerSamples, -1.0F);
+    background[14][7] = -1.25F; // a resampler goes beyond
     const Population population = MakePopulation(TinyLanguage::Phrase(), {{}, 0.25, {}, {}, background});
     ASSERT_THAT(population.talkers, SizeIs(Population::MostTalkers));
     for (std::size_t i = 0; i < Population::MostTalkers; ++i)
     {
-        EXPECT_EQ(population.talkers[i], background[2 * i]) << i;
+        EXPECT_EQ(population.talkers[i], i < 7 ? background[2 * i] : std::vector(background[14].size(), -1.0F)) << i;
     }
 }
 
