@@ -1,7 +1,7 @@
 // velox_evaluate CORPUS RESULTS SPLIT SEEDS PHRASES PARTS [floors]: trains phrases of the corpus with seeds 1 to SEEDS and judges
 // them on SPLIT (dev or test). PHRASES: such as "ab". PARTS: some of predefined,user,take,stream,people,comparison. Writes
 // RESULTS/table.md, RESULTS/notes.txt, RESULTS/curves-PHRASE-SEED.svg, and RESULTS/comparison for the comparison with another
-// recogniser. With "floors" it fails when a figure is worse than its floor.
+// recogniser. With "floors" the training is short, and it fails when a figure is worse than its floor.
 #include "evaluation/Comparison.h"
 #include "evaluation/Corpus.h"
 #include "evaluation/Floors.h"
@@ -21,6 +21,8 @@ namespace
 
 /// The phrase that the other recogniser knows: its words are English.
 constexpr const char* ComparedPhrase = "a";
+/// Steps of a training that is held against the floors.
+constexpr int FloorsBatches = 1000;
 
 struct Order
 {
@@ -30,6 +32,7 @@ struct Order
     uint64_t seeds = 1;
     std::string phrases;
     std::string parts;
+    bool floors = false;
 
     bool Has(const std::string& part) const
     {
@@ -101,6 +104,7 @@ void Try(const Order& order, const Material& material, const std::string& phrase
 {
     engine::LanguageOptions options;
     options.seed = seed;
+    options.batches = order.floors ? FloorsBatches : options.batches;
     options.threads = threads;
     const auto takes = evaluation::ReadClips(material.manifest, "train", phrase, "take");
     const evaluation::Language language = evaluation::Train(takes, material.training, options);
@@ -178,7 +182,7 @@ int main(int count, char** arguments)
     try
     {
         const evaluation::Report report =
-            Run({arguments[1], arguments[2], arguments[3], std::stoull(arguments[4]), arguments[5], arguments[6]});
+            Run({arguments[1], arguments[2], arguments[3], std::stoull(arguments[4]), arguments[5], arguments[6], floors});
         const std::vector<std::string> broken = floors ? evaluation::BrokenFloors(report) : std::vector<std::string>();
         for (const std::string& line : broken)
         {

@@ -26,8 +26,7 @@ struct Detection
 class PhraseDetector
 {
 public:
-    /// Least first-stage score at which a peak is looked at, ScoreScale: two hundred alarms per hour. What the search finds this
-    /// seldom like the phrase the judge does not take for it either.
+    /// Least first-stage score at which a peak is judged, ScoreScale: two hundred peaks per hour of background.
     static constexpr float LeastPeak = 40.0F;
     /// Frames after which a score that was not surpassed is a peak.
     static constexpr int64_t PeakFrames = 10;

@@ -398,7 +398,7 @@ TEST(Augmentation, PlansAreDrawnFromTheRangesInTheirShares)
     EXPECT_NEAR(speed / Plans, 0.7, Tolerance);
     EXPECT_NEAR(tilt / Plans, 0.75, Tolerance);
     EXPECT_NEAR(band / Plans, 0.25, Tolerance);
-    EXPECT_NEAR(lowerEdge / Plans, 0.072, Tolerance);
+    EXPECT_NEAR(lowerEdge / Plans, 0.15, Tolerance);
     EXPECT_NEAR(room / Plans, 0.4, Tolerance);
     EXPECT_NEAR(noise / Plans, 0.9, Tolerance);
     EXPECT_NEAR(sudden / noise, 0.25, Tolerance);
