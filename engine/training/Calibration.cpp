@@ -59,13 +59,13 @@ void CalibrateTails(const std::vector<PhrasePlace>& heard, const HeldOutPlaces& 
     model->tail = TailOf(heard, heldOut, UsualJudgeSlope, LogOddsBy(*model));
 }
 
-std::vector<float> ScoreHeldOutTakes(const HeldOutPlaces& heldOut, const PhraseModel& model)
+std::vector<float> JudgeHeldOutTakes(const HeldOutPlaces& heldOut, const PhraseModel& model)
 {
+    constexpr float TooShort = -100.0F;
     std::vector<float> background = ScoresOf(heldOut.background, LogOddsBy(model));
     const BackgroundTail tail = BackgroundTail::Fit(background);
     return ScoresOf(heldOut.phrases.takes, [&](const PhrasePlace& place) {
-        return place.features.empty() ? ScoreScale::Least
-                                      : ScoreScale::FromFactors(tail.FactorsBelowHalf(LogOddsBy(model)(place)));
+        return place.features.empty() ? TooShort : tail.FactorsBelowHalf(LogOddsBy(model)(place));
     });
 }
 

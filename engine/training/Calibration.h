@@ -15,7 +15,8 @@ namespace velox::engine
 /// @param model     with the judge; receives the tails
 void CalibrateTails(const std::vector<PhrasePlace>& heard, const HeldOutPlaces& heldOut, PhraseModel* model);
 
-/// What the judge gives each take by the network that had not heard its voice, ScoreScale; Least for one that is too short.
-std::vector<float> ScoreHeldOutTakes(const HeldOutPlaces& heldOut, const PhraseModel& model);
+/// The judge's word on each take by the network that had not heard its voice, in factors e of the false-alarm rate below half an
+/// alarm per hour; very low for one that is too short.
+std::vector<float> JudgeHeldOutTakes(const HeldOutPlaces& heldOut, const PhraseModel& model);
 
 } // namespace velox::engine

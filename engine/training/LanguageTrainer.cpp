@@ -10,8 +10,8 @@
 #include "engine/training/TakeAlignment.h"
 #include "engine/training/TrainingMaterial.h"
 
+#include <algorithm>
 #include <cmath>
-#include <numeric>
 #include <set>
 #include <stdexcept>
 
@@ -108,17 +108,6 @@ std::optional<HeldOutPlaces> SearchHalves(PhraseModel phrase, const std::vector<
     return places;
 }
 
-/// Where the network that learned from everything finds every take and copy, for the speaker part.
-PhrasePlaces FindAllPlaces(const PhraseModel& phrase, const SearchedMaterial& material, WorkerPool* pool)
-{
-    PhraseRecordings all{material.takes, material.alignment, material.plans, material.background,
-                         std::vector<std::size_t>(material.takes.size())};
-    std::iota(all.wanted.begin(), all.wanted.end(), 0U);
-    PhrasePlaces places;
-    FindPhrasePlaces(phrase, all, pool, &places);
-    return places;
-}
-
 /// The same as a model for single takes.
 PhraseModel MadeLenient(PhraseModel model)
 {
@@ -189,11 +178,11 @@ std::optional<LanguageModels> TrainLanguage(const LanguageMaterial& material, co
     std::vector<PhrasePlace> peaks = FindBackgroundPeaks(
         phrase, std::vector<std::span<const float>>(material.background.begin(), material.background.end()), &pool);
     CalibrateTails(peaks, *heldOut, &phrase);
-    models.heldOutScores = ScoreHeldOutTakes(*heldOut, phrase);
-    const PhrasePlaces places = FindAllPlaces(phrase, searched, &pool);
-    acoustic.generic = TrainGenericPart(places, alignment.states, options.seed);
-    const Population population =
-        MakePopulation(phrase, {std::move(peaks), models.backgroundHours, takes, places.takes, material.background});
+    const std::vector<float> factors = JudgeHeldOutTakes(*heldOut, phrase);
+    std::ranges::transform(factors, std::back_inserter(models.heldOutScores), ScoreScale::FromFactors);
+    acoustic.generic = TrainGenericPart(heldOut->phrases, alignment.states, options.seed);
+    const Population population = MakePopulation(
+        phrase, {std::move(peaks), models.backgroundHours, takes, heldOut->phrases.takes, factors, material.background});
     if (!options.progress(1.0))
     {
         return std::nullopt;

@@ -12,12 +12,6 @@ namespace velox::engine
 namespace
 {
 
-Population::Place Keep(const PhraseModel& model, PhrasePlace place)
-{
-    const float factors = JudgePath(model, place.path);
-    return {factors, std::move(place.path.counts), std::move(place.features)};
-}
-
 std::vector<Population::Place> HighestOf(const PhraseModel& model, std::vector<PhrasePlace> peaks)
 {
     std::vector<std::pair<float, std::size_t>> judged;
@@ -30,20 +24,21 @@ std::vector<Population::Place> HighestOf(const PhraseModel& model, std::vector<P
     std::vector<Population::Place> highest;
     for (const auto& [factors, number] : std::span(judged).first(kept))
     {
-        highest.push_back(Keep(model, std::move(peaks[number])));
+        highest.push_back({factors, std::move(peaks[number].path.counts), std::move(peaks[number].features)});
     }
     return highest;
 }
 
-std::vector<Population::Place> OneOfEachVoice(const PhraseModel& model, const PopulationMaterial& material)
+std::vector<Population::Place> OneOfEachVoice(const PopulationMaterial& material)
 {
     std::vector<Population::Place> speakers;
     std::set<std::string> voices;
     for (std::size_t i = 0; i < material.takes.size() && speakers.size() < Population::MostSpeakers; ++i)
     {
-        if (!material.places[i].features.empty() && voices.insert(material.takes[i].voice).second)
+        const PhrasePlace& place = material.places[i];
+        if (!place.features.empty() && voices.insert(material.takes[i].voice).second)
         {
-            speakers.push_back(Keep(model, material.places[i]));
+            speakers.push_back({material.factors[i], place.path.counts, place.features});
         }
     }
     return speakers;
@@ -83,7 +78,7 @@ std::vector<std::vector<float>> PiecesOf(const std::vector<std::vector<float>>& 
 
 Population MakePopulation(const PhraseModel& model, PopulationMaterial material)
 {
-    std::vector<Population::Place> speakers = OneOfEachVoice(model, material);
+    std::vector<Population::Place> speakers = OneOfEachVoice(material);
     return {material.hours, HighestOf(model, std::move(material.peaks)), std::move(speakers), PiecesOf(material.background)};
 }
 

@@ -13,6 +13,7 @@ struct PopulationMaterial
     double hours;                   ///< of background
     const std::vector<PreparedTake>& takes;
     const std::vector<PhrasePlace>& places; ///< of the phrase in the takes, by their numbers
+    const std::vector<float>& factors;      ///< the judge's word on these places
     const std::vector<std::vector<float>>& background;
 };
 

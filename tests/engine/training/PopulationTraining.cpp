@@ -39,7 +39,8 @@ std::vector<PreparedTake> TakesOf(const std::vector<std::string>& voices)
 
 TEST(PopulationTraining, ThosePeaksAreKeptThatTheJudgeTakesForThePhraseMost)
 {
-    const Population population = MakePopulation(TinyLanguage::Phrase(), {Places(Population::MostPeaks + 5), 0.25, {}, {}, {}});
+    const Population population =
+        MakePopulation(TinyLanguage::Phrase(), {Places(Population::MostPeaks + 5), 0.25, {}, {}, {}, {}});
     EXPECT_DOUBLE_EQ(population.hours, 0.25);
     ASSERT_THAT(population.peaks, SizeIs(Population::MostPeaks));
     EXPECT_THAT(population.peaks.front().counts, Each(65));
@@ -52,7 +53,7 @@ TEST(PopulationTraining, ThosePeaksAreKeptThatTheJudgeTakesForThePhraseMost)
 
 TEST(PopulationTraining, AFewPeaksAreAllKept)
 {
-    EXPECT_THAT(MakePopulation(TinyLanguage::Phrase(), {Places(3), 0.25, {}, {}, {}}).peaks, SizeIs(3));
+    EXPECT_THAT(MakePopulation(TinyLanguage::Phrase(), {Places(3), 0.25, {}, {}, {}, {}}).peaks, SizeIs(3));
 }
 
 TEST(PopulationTraining, OneTakeOfEachVoiceIsKeptThatThePhraseWasFoundIn)
@@ -61,10 +62,13 @@ TEST(PopulationTraining, OneTakeOfEachVoiceIsKeptThatThePhraseWasFoundIn)
     std::vector<PhrasePlace> places = Places(5);
     places[0].features.clear(); // too short
     places[2].features.clear();
-    const Population population = MakePopulation(TinyLanguage::Phrase(), {{}, 0.25, takes, places, {}});
+    const Population population =
+        MakePopulation(TinyLanguage::Phrase(), {{}, 0.25, takes, places, {1.0F, 2.0F, 3.0F, 4.0F, 5.0F}, {}});
     ASSERT_THAT(population.speakers, SizeIs(2));
     EXPECT_THAT(population.speakers[0].counts, Each(2));
     EXPECT_THAT(population.speakers[1].counts, Each(4));
+    EXPECT_EQ(population.speakers[0].factors, 2.0F);
+    EXPECT_EQ(population.speakers[1].factors, 4.0F);
 }
 
 TEST(PopulationTraining, TalkersComeFromAllOverTheBackground)
@@ -76,7 +80,7 @@ TEST(PopulationTraining, TalkersComeFromAllOverTheBackground)
     }
     background[14].assign(Population::MostTalkerSamples, -1.0F);
     background[14][7] = -1.25F; // a resampler goes beyond
-    const Population population = MakePopulation(TinyLanguage::Phrase(), {{}, 0.25, {}, {}, background});
+    const Population population = MakePopulation(TinyLanguage::Phrase(), {{}, 0.25, {}, {}, {}, background});
     ASSERT_THAT(population.talkers, SizeIs(Population::MostTalkers));
     for (std::size_t i = 0; i < Population::MostTalkers; ++i)
     {
@@ -87,9 +91,9 @@ TEST(PopulationTraining, TalkersComeFromAllOverTheBackground)
 TEST(PopulationTraining, ShortRecordingsAreJoinedForATalker)
 {
     const std::vector<std::vector<float>> background(8, std::vector<float>(3, 0.5F));
-    const Population population = MakePopulation(TinyLanguage::Phrase(), {{}, 0.25, {}, {}, background});
+    const Population population = MakePopulation(TinyLanguage::Phrase(), {{}, 0.25, {}, {}, {}, background});
     EXPECT_THAT(population.talkers, Each(ElementsAre(0.5F, 0.5F, 0.5F)));
-    EXPECT_THAT(MakePopulation(TinyLanguage::Phrase(), {{}, 0.25, {}, {}, {}}).talkers, IsEmpty());
+    EXPECT_THAT(MakePopulation(TinyLanguage::Phrase(), {{}, 0.25, {}, {}, {}, {}}).talkers, IsEmpty());
 }
 
 } // namespace
