@@ -48,7 +48,7 @@ private:
     Answer Do(Operation operation)
     {
         static const std::vector<float> take = TinyLanguage::SayPhrase({0.15, 0.2, 3300.0});
-        const std::array<std::span<const float>, 1> takes{take};
+        const std::array<std::span<const float>, 2> takes{take, take};
         switch (operation)
         {
         case Operation::Capabilities:
