@@ -19,16 +19,10 @@ constexpr float LeastMeanDuration = 3.3F;
 
 void PhrasePath::Add(std::size_t state, float ratio)
 {
-    sums[state] += ratio;
     ++counts[state];
-    if (ratio < lowest[0])
-    {
-        lowest = {ratio, lowest[0]};
-    }
-    else
-    {
-        lowest[1] = std::min(lowest[1], ratio);
-    }
+    const float fit = (recent[0] + recent[1] + ratio) / 3.0F;
+    fits[state] = counts[state] <= 3 ? fit : std::max(fits[state], fit);
+    recent = {recent[1], ratio};
 }
 
 Decoder::Decoder(const StateModel& model) : logPrior(model.logPrior)
@@ -66,16 +60,14 @@ bool Decoder::Push(const float* logPosteriors)
         if (first)
         {
             path.startFrame = frames;
-            std::fill(path.sums.begin(), path.sums.end(), 0.0F);
             std::fill(path.counts.begin(), path.counts.end(), 0);
-            path.lowest.fill(Decoder::MostRatio);
         }
         else if (advance >= stay)
         {
             const PhrasePath& before = paths[k - 1];
             path.startFrame = before.startFrame;
-            path.lowest = before.lowest;
-            std::copy(before.sums.begin(), before.sums.begin() + static_cast<std::ptrdiff_t>(s) + 1, path.sums.begin());
+            path.recent = before.recent;
+            std::copy(before.fits.begin(), before.fits.begin() + static_cast<std::ptrdiff_t>(s) + 1, path.fits.begin());
             std::copy(before.counts.begin(), before.counts.begin() + static_cast<std::ptrdiff_t>(s) + 1, path.counts.begin());
         }
         totals[k] = std::max(Impossible, std::max(stay, advance) + ratios[s]);
@@ -88,11 +80,11 @@ bool Decoder::Push(const float* logPosteriors)
 float SoftMinimumScore(const PhrasePath& path)
 {
     float sum = 0.0F;
-    for (std::size_t s = 0; s < path.sums.size(); ++s)
+    for (const float fit : path.fits)
     {
-        sum += std::exp(-path.StateMean(s));
+        sum += std::exp(-fit);
     }
-    return -std::log(sum / static_cast<float>(path.sums.size()));
+    return -std::log(sum / static_cast<float>(path.fits.size()));
 }
 
 } // namespace velox::engine

@@ -13,16 +13,13 @@ namespace velox::engine
 struct PhrasePath
 {
     int64_t startFrame = 0;
-    std::vector<float> sums;       ///< of the log ratios of each state's frames
+    /// How well each state fits: the mean log ratio of the three frames in a row that fit best. What else a state lasts may be a
+    /// pause between two words.
+    std::vector<float> fits;
     std::vector<int32_t> counts;   ///< frames in each state
-    std::array<float, 2> lowest{}; ///< the two lowest log ratios of single frames, the lowest first
+    std::array<float, 2> recent{}; ///< log ratios of the two last frames
 
-    float StateMean(std::size_t state) const
-    {
-        return sums[state] / static_cast<float>(counts[state]);
-    }
-
-    /// Adds a frame to a state.
+    /// Adds a frame to a state, the last one so far or the next.
     void Add(std::size_t state, float ratio);
 };
 
@@ -66,7 +63,7 @@ private:
     int64_t frames = 0;
 };
 
-/// How well a path's parts fit, dominated by the worst: -ln(mean over states of exp(-mean log ratio)), between LeastRatio and
+/// How well a path's parts fit, dominated by the worst: -ln(mean over states of exp(-fit)), between LeastRatio and
 /// MostRatio. A mean over frames would accept half of the phrase.
 float SoftMinimumScore(const PhrasePath& path);
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <numeric>
 #include <span>
 
@@ -12,54 +11,39 @@ namespace velox::engine
 namespace
 {
 
-float Mean(const float* values, std::size_t count)
+float Mean(std::span<const float> values)
 {
-    return std::accumulate(values, values + count, 0.0F) / static_cast<float>(count);
+    return std::accumulate(values.begin(), values.end(), 0.0F) / static_cast<float>(values.size());
 }
 
 } // namespace
 
-PathDescription DescribePath(const PhrasePath& path, const StateModel& states)
+PathDescription DescribePath(const PhrasePath& path)
 {
-    const std::size_t count = states.States();
-    std::array<float, StateModel::MostStates> means{};
-    std::array<float, StateModel::MostStates> stretches{};
-    for (std::size_t s = 0; s < count; ++s)
-    {
-        means[s] = path.StateMean(s);
-        stretches[s] = std::log(static_cast<float>(path.counts[s]) / states.meanDuration[s]);
-    }
-    const float tempo = Mean(stretches.data(), count);
-    float largestError = 0.0F;
-    float errorSum = 0.0F;
-    for (const float stretch : std::span(stretches).first(count))
-    {
-        const float error = (stretch - tempo) * (stretch - tempo);
-        largestError = std::max(largestError, error);
-        errorSum += error;
-    }
+    const std::span fits(path.fits);
     std::array<float, StateModel::MostStates> sorted{};
-    std::copy_n(means.begin(), count, sorted.begin());
-    std::sort(sorted.begin(), sorted.begin() + static_cast<std::ptrdiff_t>(count));
-    const float median = sorted[count / 2];
-    const std::size_t three = std::min<std::size_t>(3, count);
-    float lowestThree = Mean(means.data(), three);
-    for (std::size_t s = 1; s + three <= count; ++s)
+    std::ranges::copy(fits, sorted.begin());
+    std::sort(sorted.begin(), sorted.begin() + std::ssize(fits));
+    const float median = sorted[fits.size() / 2];
+    const auto meanOfLowest = [&](std::size_t count) {
+        return Mean(std::span(sorted).first(std::min(count, fits.size())));
+    };
+    const std::size_t three = std::min<std::size_t>(3, fits.size());
+    float lowestThree = Mean(fits.first(three));
+    for (std::size_t s = 1; s + three <= fits.size(); ++s)
     {
-        lowestThree = std::min(lowestThree, Mean(means.data() + s, three));
+        lowestThree = std::min(lowestThree, Mean(fits.subspan(s, three)));
     }
 
     PathDescription features;
-    features << sorted[0], Mean(sorted.data(), std::min<std::size_t>(2, count)),
-        Mean(sorted.data(), std::min<std::size_t>(4, count)), median, lowestThree, lowestThree - median,
-        (path.lowest[0] + path.lowest[1]) / 2.0F, largestError, errorSum / static_cast<float>(count), Mean(means.data(), three),
-        Mean(means.data() + (count - three), three), SoftMinimumScore(path);
+    features << sorted[0], meanOfLowest(2), meanOfLowest(4), median, lowestThree, lowestThree - median, Mean(fits.first(three)),
+        Mean(fits.last(three)), SoftMinimumScore(path);
     return features;
 }
 
 float JudgePath(const PhraseModel& model, const PhrasePath& path)
 {
-    return model.tail.FactorsBelowHalf(model.judge.LogOdds(DescribePath(path, model.states)));
+    return model.tail.FactorsBelowHalf(model.judge.LogOdds(DescribePath(path)));
 }
 
 } // namespace velox::engine

@@ -18,7 +18,7 @@ namespace velox::engine
 struct PhraseModel
 {
     /// Numbers by which a path is judged.
-    static constexpr Eigen::Index PathFeatures = 12;
+    static constexpr Eigen::Index PathFeatures = 9;
 
     FeatureStatistics statistics;
     Network network;

@@ -19,7 +19,7 @@ constexpr float UsualJudgeSlope = 0.6F;
 auto LogOddsBy(const PhraseModel& model)
 {
     return [&model](const PhrasePlace& place) {
-        return model.judge.LogOdds(DescribePath(place.path, model.states));
+        return model.judge.LogOdds(DescribePath(place.path));
     };
 }
 

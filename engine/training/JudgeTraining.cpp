@@ -11,13 +11,13 @@ namespace
 
 using Descriptions = std::vector<PathDescription>;
 
-void Describe(const std::vector<PhrasePlace>& places, const StateModel& states, Descriptions* descriptions)
+void Describe(const std::vector<PhrasePlace>& places, Descriptions* descriptions)
 {
     for (const PhrasePlace& place : places)
     {
         if (!place.features.empty())
         {
-            descriptions->push_back(DescribePath(place.path, states));
+            descriptions->push_back(DescribePath(place.path));
         }
     }
 }
@@ -35,14 +35,14 @@ Eigen::MatrixXf FeaturesOf(const Descriptions& examples)
 
 } // namespace
 
-LogisticRegression TrainJudge(const HeldOutPlaces& places, const StateModel& states)
+LogisticRegression TrainJudge(const HeldOutPlaces& places)
 {
     Descriptions good;
     Descriptions others;
-    Describe(places.phrases.takes, states, &good);
-    Describe(places.phrases.copies, states, &good);
-    Describe(places.damaged, states, &others);
-    Describe(places.background, states, &others);
+    Describe(places.phrases.takes, &good);
+    Describe(places.phrases.copies, &good);
+    Describe(places.damaged, &others);
+    Describe(places.background, &others);
     if (good.empty() || others.empty())
     {
         return {Eigen::VectorXf::Zero(PhraseModel::PathFeatures), 0.0F};

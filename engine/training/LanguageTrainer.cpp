@@ -165,7 +165,7 @@ std::optional<LanguageModels> TrainLanguage(const LanguageMaterial& material, co
     {
         return std::nullopt;
     }
-    phrase.judge = TrainJudge(*heldOut, phrase.states);
+    phrase.judge = TrainJudge(*heldOut);
     std::optional<Network> network =
         LearnNetwork(training.sequences, alignment.states, {Folds::None, options.batches, HalvesDone, NetworkDone}, options);
     if (!network)

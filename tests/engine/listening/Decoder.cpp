@@ -69,7 +69,7 @@ TEST_F(Decoder, APhraseLastsAtLeastThreeFramesForEachState)
     EXPECT_THAT(Best().counts, ElementsAre(3, 3));
 }
 
-TEST_F(Decoder, APathSumsAndCountsTheFramesOfEachState)
+TEST_F(Decoder, APathCountsTheFramesOfEachStateAndSaysHowWellTheyFit)
 {
     UseStates({EvenDuration, EvenDuration});
     Push({1.0F, Miss});
@@ -80,8 +80,7 @@ TEST_F(Decoder, APathSumsAndCountsTheFramesOfEachState)
     ASSERT_TRUE(Push({Miss, 3.0F}));
     EXPECT_EQ(Best().startFrame, 0);
     EXPECT_THAT(Best().counts, ElementsAre(3, 3));
-    EXPECT_THAT(Best().sums, ElementsAre(3.5F, 4.5F));
-    EXPECT_EQ(Best().StateMean(1), 1.5F);
+    EXPECT_THAT(Best().fits, ElementsAre(3.5F / 3.0F, 1.5F));
 }
 
 TEST_F(Decoder, APhraseMayBeginAtEveryFrame)
@@ -94,7 +93,7 @@ TEST_F(Decoder, APhraseMayBeginAtEveryFrame)
         ASSERT_TRUE(PushPhrase({3, 3}));
         EXPECT_EQ(Best().startFrame, start);
         EXPECT_THAT(Best().counts, ElementsAre(3, 3));
-        EXPECT_THAT(Best().sums, ElementsAre(3.0F * Hit, 3.0F * Hit));
+        EXPECT_THAT(Best().fits, ElementsAre(Hit, Hit));
     }
 }
 
@@ -113,7 +112,7 @@ TEST_F(Decoder, AStateIsStayedInWhereThatGainsMoreThanItCosts)
         ASSERT_TRUE(PushPhrase({5, 3}, given.ratio));
         EXPECT_EQ(Best().counts, given.counts);
         EXPECT_EQ(Best().startFrame, 5 - given.counts[0]);
-        EXPECT_EQ(Best().sums[0], static_cast<float>(given.counts[0]) * given.ratio);
+        EXPECT_EQ(Best().fits[0], given.ratio);
     }
 }
 
@@ -140,6 +139,19 @@ TEST_F(Decoder, MeanDurationsBelowTheLeastOneCountAsThreePointThree)
     }
 }
 
+TEST_F(Decoder, APauseWithinAStateCostsNoFit)
+{
+    UseStates({EvenDuration, 20.0F, EvenDuration});
+    Push({Hit, Miss, Miss}, 3);
+    Push({Miss, 1.0F, Miss});
+    Push({Miss, Hit, Miss}, 3);
+    Push({Miss, -0.25F, Miss}, 10);
+    Push({Miss, 1.5F, Miss}, 3);
+    ASSERT_TRUE(Push({Miss, Miss, Hit}, 3));
+    EXPECT_THAT(Best().counts, ElementsAre(3, 17, 3));
+    EXPECT_THAT(Best().fits, ElementsAre(Hit, Hit, Hit)) << "the best three frames in a row";
+}
+
 TEST_F(Decoder, ThePathHoldsWhatMakesTheLargestTotal)
 {
     UseStates({EvenDuration, EvenDuration});
@@ -152,7 +164,7 @@ TEST_F(Decoder, ThePathHoldsWhatMakesTheLargestTotal)
     // Start at 0: four frames, 5, and three, 6, less the stay, 0.69. Start at 1: 4 and 6. Start at 0 and leave at once: 3 and 6.
     EXPECT_EQ(Best().startFrame, 0);
     EXPECT_THAT(Best().counts, ElementsAre(4, 3));
-    EXPECT_THAT(Best().sums, ElementsAre(5.0F, 6.0F));
+    EXPECT_THAT(Best().fits, ElementsAre(4.0F / 3.0F, 2.0F));
 }
 
 TEST_F(Decoder, ARatioIsThatOfPosteriorsOverPriorsAgainstTheBackgrounds)
@@ -164,17 +176,17 @@ TEST_F(Decoder, ARatioIsThatOfPosteriorsOverPriorsAgainstTheBackgrounds)
         decoder->Push(logPosteriors);
     }
     // (0.25 / 0.125) / (0.75 / 0.5) = 4/3
-    EXPECT_NEAR(Best().StateMean(0), std::log(4.0F / 3.0F), 1e-6F);
+    EXPECT_NEAR(Best().fits[0], std::log(4.0F / 3.0F), 1e-6F);
 }
 
 TEST_F(Decoder, RatiosAreClipped)
 {
     UseStates({EvenDuration});
     Push({100.0F}, 3);
-    EXPECT_EQ(Best().sums[0], 3.0F * 3.0F);
+    EXPECT_EQ(Best().fits[0], 3.0F);
     UseStates({EvenDuration});
     Push({-100.0F}, 3);
-    EXPECT_EQ(Best().sums[0], 3.0F * -4.0F);
+    EXPECT_EQ(Best().fits[0], -4.0F);
 }
 
 TEST_F(Decoder, EarlierHistoryDoesNotMatterAfterALongBackground)
@@ -195,21 +207,21 @@ TEST_F(Decoder, EarlierHistoryDoesNotMatterAfterALongBackground)
     pushTail();
     EXPECT_EQ(Best().startFrame, fresh.startFrame + offset);
     EXPECT_EQ(Best().counts, fresh.counts);
-    EXPECT_EQ(Best().sums, fresh.sums);
+    EXPECT_EQ(Best().fits, fresh.fits);
 }
 
-TEST_F(Decoder, ScoreIsTheSoftMinimumOfTheStatesMeans)
+TEST_F(Decoder, ScoreIsTheSoftMinimumOfTheStatesFits)
 {
     const struct
     {
         const char* description;
         PhrasePath path;
         float score;
-    } cases[] = {{"one state", {0, {4.5F}, {3}}, 1.5F},
-                 {"equal means, unequal durations", {0, {6.0F, 8.0F}, {3, 4}}, 2.0F},
-                 {"-ln((1/4 + 1/16) / 2)", {0, {3.0F * std::log(4.0F), 5.0F * std::log(16.0F)}, {3, 5}}, 1.8562980F},
-                 {"the upper bound", {0, {9.0F, 9.0F}, {3, 3}}, 3.0F},
-                 {"the lower bound", {0, {-12.0F, -12.0F}, {3, 3}}, -4.0F}};
+    } cases[] = {{"one state", {0, {1.5F}, {3}, {}}, 1.5F},
+                 {"equal fits, unequal durations", {0, {2.0F, 2.0F}, {3, 4}, {}}, 2.0F},
+                 {"-ln((1/4 + 1/16) / 2)", {0, {std::log(4.0F), std::log(16.0F)}, {3, 5}, {}}, 1.8562980F},
+                 {"the upper bound", {0, {3.0F, 3.0F}, {3, 3}, {}}, 3.0F},
+                 {"the lower bound", {0, {-4.0F, -4.0F}, {3, 3}, {}}, -4.0F}};
     for (const auto& given : cases)
     {
         SCOPED_TRACE(given.description);

@@ -21,7 +21,7 @@ std::vector<PhrasePlace> Background(double least, double slope)
         PhrasePlace& place = places[static_cast<std::size_t>(i)];
         place.score = static_cast<float>(least - slope * std::log((i + 0.5) / Count));
         place.path.counts.assign(TinyLanguage::States, 1);
-        place.path.sums.assign(TinyLanguage::States, place.score);
+        place.path.fits.assign(TinyLanguage::States, place.score);
     }
     return places;
 }

@@ -10,16 +10,12 @@ namespace
 
 using namespace velox::engine;
 
-/// A path through four states, the second of which has this mean.
+/// A path through four states, the second of which fits so well.
 PhrasePlace Place(float second)
 {
     PhrasePlace place;
     place.path.counts.assign(TinyLanguage::States, TinyLanguage::ToneFrames);
-    for (const float mean : {3.0F, second, 2.5F, 2.9F})
-    {
-        place.path.sums.push_back(mean * TinyLanguage::ToneFrames);
-    }
-    place.path.lowest = {second - 0.5F, second};
+    place.path.fits = {3.0F, second, 2.5F, 2.9F};
     place.score = SoftMinimumScore(place.path);
     place.features.resize(TinyLanguage::States * TinyLanguage::ToneFrames);
     return place;
@@ -27,7 +23,7 @@ PhrasePlace Place(float second)
 
 float LogOdds(const LogisticRegression& judge, const PhrasePlace& place)
 {
-    return judge.LogOdds(DescribePath(place.path, TinyLanguage::Phrase().states));
+    return judge.LogOdds(DescribePath(place.path));
 }
 
 TEST(JudgeTraining, PhrasesAreToldFromDamagedOnesAndFromBackground)
@@ -41,7 +37,7 @@ TEST(JudgeTraining, PhrasesAreToldFromDamagedOnesAndFromBackground)
         places.damaged.push_back(Place(-0.5F + small));
         places.background.push_back(Place(-2.5F + small));
     }
-    const LogisticRegression judge = TrainJudge(places, TinyLanguage::Phrase().states);
+    const LogisticRegression judge = TrainJudge(places);
     EXPECT_GT(LogOdds(judge, Place(1.8F)), 0.0F);
     EXPECT_LT(LogOdds(judge, Place(-0.5F)), 0.0F);
     EXPECT_LT(LogOdds(judge, Place(-2.5F)), LogOdds(judge, Place(-0.5F)));
@@ -52,14 +48,14 @@ TEST(JudgeTraining, TakesThatWereTooShortAreNoExamples)
     HeldOutPlaces places;
     places.phrases.takes.assign(5, Place(2.0F));
     places.damaged.assign(5, Place(-1.0F));
-    const LogisticRegression judge = TrainJudge(places, TinyLanguage::Phrase().states);
+    const LogisticRegression judge = TrainJudge(places);
     places.phrases.copies.resize(3);
-    EXPECT_EQ(TrainJudge(places, TinyLanguage::Phrase().states).weights, judge.weights);
+    EXPECT_EQ(TrainJudge(places).weights, judge.weights);
 }
 
 TEST(JudgeTraining, WithoutExamplesAllIsAlike)
 {
-    const LogisticRegression judge = TrainJudge({}, TinyLanguage::Phrase().states);
+    const LogisticRegression judge = TrainJudge({});
     EXPECT_EQ(LogOdds(judge, Place(-4.0F)), 0.0F);
     EXPECT_EQ(LogOdds(judge, Place(2.0F)), 0.0F);
 }

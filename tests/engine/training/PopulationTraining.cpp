@@ -22,7 +22,7 @@ std::vector<PhrasePlace> Places(std::size_t count)
         const auto frames = static_cast<int32_t>(i) + 1;
         places[i].features.resize(TinyLanguage::States * (i + 1));
         places[i].path.counts.assign(TinyLanguage::States, frames);
-        places[i].path.sums.assign(TinyLanguage::States, static_cast<float>(frames) * (static_cast<float>(i) / 50.0F - 1.0F));
+        places[i].path.fits.assign(TinyLanguage::States, static_cast<float>(i) / 50.0F - 1.0F);
     }
     return places;
 }
