@@ -174,6 +174,24 @@ Samples Babble(std::span<const BackgroundPiece> pieces, std::span<const Samples>
     return sum;
 }
 
+/// The recording with a pause in it, and slopes at its ends that make no click.
+Samples WithPause(const Pause& pause, std::span<const float> recording)
+{
+    constexpr std::size_t Slope = FrameSize / 2;
+    const std::size_t start = std::min(pause.start * FrameSize, recording.size());
+    const std::size_t count = pause.frames * FrameSize;
+    Samples all(recording.begin(), recording.begin() + static_cast<std::ptrdiff_t>(start));
+    all.resize(start + count, 0.0F);
+    all.insert(all.end(), recording.begin() + static_cast<std::ptrdiff_t>(start), recording.end());
+    for (std::size_t i = 0; i < std::min({Slope, start, recording.size() - start}); ++i)
+    {
+        const float gain = (static_cast<float>(i) + 0.5F) / static_cast<float>(Slope);
+        all[start - 1 - i] *= gain;
+        all[start + count + i] *= gain;
+    }
+    return all;
+}
+
 /// The recording with what was heard before it.
 Samples WithLead(const Lead& lead, std::span<const float> recording, std::span<const Samples> background)
 {
@@ -269,8 +287,11 @@ std::size_t LeadSamples(const AugmentationPlan& plan)
 std::vector<float> MakeCopy(const AugmentationPlan& plan, std::span<const float> recording,
                             std::span<const std::vector<float>> background)
 {
-    Samples copy =
-        plan.lead.has_value() ? WithLead(*plan.lead, recording, background) : Samples(recording.begin(), recording.end());
+    Samples copy = plan.pause.has_value() ? WithPause(*plan.pause, recording) : Samples(recording.begin(), recording.end());
+    if (plan.lead.has_value())
+    {
+        copy = WithLead(*plan.lead, copy, background);
+    }
     if (plan.speed != 1.0)
     {
         copy = ChangeSpeed(copy, plan.speed);

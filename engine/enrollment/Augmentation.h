@@ -43,11 +43,19 @@ struct Lead
     double level = 0.0;                    ///< of this speech over that of the recording, dB
 };
 
+/// Silence within the recording: people pause between words where no training voice did.
+struct Pause
+{
+    std::size_t start = 0; ///< frame of the recording before which it is put
+    std::size_t frames = 0;
+};
+
 /// What is done to a recording, in this order, to make a copy of it that sounds as if another voice had said it in another place
 /// (multi-condition training: Lippmann, Martin and Paul 1987; speed: Ko et al., "Audio augmentation for speech recognition",
 /// 2015; rooms: Ko et al. 2017; warp: Jaitly and Hinton, "Vocal tract length perturbation improves speech recognition", 2013).
 struct AugmentationPlan
 {
+    std::optional<Pause> pause; ///< for who knows where the words end; DrawPlan draws none
     std::optional<Lead> lead;
     double speed = 1.0; ///< above 1 is faster; pitch and formants go with it
     double warp = 1.0;  ///< for the MelFilterbank that the copy is analysed with: the formants come out at speed / warp

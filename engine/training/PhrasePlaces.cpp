@@ -8,17 +8,14 @@ namespace velox::engine
 namespace
 {
 
-constexpr int DamagedPerTake = 6;
-
-std::vector<PhrasePlace> FindInDamaged(const PhraseModel& model, const PreparedTake& take,
-                                       const std::vector<std::vector<float>>& background, uint64_t seed)
+std::vector<PhrasePlace> FindInDamaged(const PhraseModel& model, const PhraseRecordings& recordings, std::size_t number,
+                                       uint64_t seed)
 {
-    RandomStream random(seed);
     std::vector<PhrasePlace> places;
-    for (int i = 0; i < DamagedPerTake; ++i)
+    for (const DamagedCopy& copy : DamagedCopies(recordings.takes[number], number, recordings.background, seed))
     {
-        const std::vector<float> near = Pad(DamageTake(take.PhraseSamples(), background, &random));
-        if (auto place = FindPhrase(model, near))
+        const std::vector<float> samples = MakeCopy(copy.plan, copy.take.samples, recordings.background);
+        if (auto place = FindPhrase(model, samples, copy.plan.warp))
         {
             places.push_back(std::move(*place));
         }
@@ -58,7 +55,7 @@ std::vector<PhrasePlace> FindDamagedPlaces(const PhraseModel& model, const Phras
         const std::size_t number = recordings.wanted[slot];
         if (!recordings.alignment.labels[number].empty())
         {
-            damaged[slot] = FindInDamaged(model, recordings.takes[number], recordings.background, seed * 9000011U + number);
+            damaged[slot] = FindInDamaged(model, recordings, number, seed);
         }
     });
     std::vector<PhrasePlace> places;

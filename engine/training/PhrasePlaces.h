@@ -31,7 +31,7 @@ struct PhraseRecordings
 /// @param places  receives those of the takes wanted, at the takes' and copies' own numbers
 void FindPhrasePlaces(const PhraseModel& model, const PhraseRecordings& recordings, WorkerPool* pool, PhrasePlaces* places);
 
-/// The phrase in takes with a part replaced or cut out, six of each take wanted.
+/// The phrase in the damaged copies of each take wanted.
 std::vector<PhrasePlace> FindDamagedPlaces(const PhraseModel& model, const PhraseRecordings& recordings, uint64_t seed,
                                            WorkerPool* pool);
 

@@ -1,6 +1,8 @@
 #include "engine/training/TrainingMaterial.h"
 
 #include "engine/listening/PhraseSearch.h"
+#include "engine/training/TakeDamage.h"
+#include "engine/training/TakePause.h"
 
 #include <algorithm>
 
@@ -45,7 +47,7 @@ public:
     {
     }
 
-    /// A sequence of the take itself, then one of each of its copies.
+    /// A sequence of the take itself, then one of each of its copies and of its damaged copies.
     /// @param plans  receives those of the copies
     std::vector<TrainingSequence> FromTake(const PreparedTake& take, const std::vector<int>& phraseLabels, std::size_t number,
                                            std::span<AugmentationPlan> plans) const
@@ -56,7 +58,15 @@ public:
         {
             RandomStream random(options.seed * 1000003U + number * plans.size() + i);
             plans[i] = DrawPlan(TrainingRanges, background, &random);
+            plans[i].pause = DrawPause(take, &random);
             made.push_back(Sequence(MakeCopy(plans[i], take.samples, background), plans[i], labels, take.weight));
+        }
+        for (const DamagedCopy& copy : DamagedCopies(take, number, background, options.seed))
+        {
+            std::vector<int> damaged = labels;
+            std::fill(damaged.begin() + static_cast<std::ptrdiff_t>(copy.take.begin),
+                      damaged.begin() + static_cast<std::ptrdiff_t>(copy.take.end), backgroundLabel);
+            made.push_back(Sequence(MakeCopy(copy.plan, copy.take.samples, background), copy.plan, damaged, take.weight));
         }
         return made;
     }
@@ -77,13 +87,14 @@ public:
     }
 
 private:
-    /// @param samples  the take or a copy of it
+    /// @param samples  a copy of a take
     /// @param labels   of the take's frames
     TrainingSequence Sequence(std::span<const float> samples, const AugmentationPlan& plan, const std::vector<int>& labels,
                               float weight) const
     {
         std::vector<int> withLead(LeadSamples(plan) / FrameSize, backgroundLabel);
-        withLead.insert(withLead.end(), labels.begin(), labels.end());
+        const std::vector<int> own = plan.pause.has_value() ? LabelsWithPause(labels, *plan.pause) : labels;
+        withLead.insert(withLead.end(), own.begin(), own.end());
         const std::vector<MelFrame> features = AnalyseRecording(statistics, samples, plan.warp);
         return {ToMatrix(features), CarryLabels(withLead, plan.speed, features.size(), plan.offset), weight, true};
     }

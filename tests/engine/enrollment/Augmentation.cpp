@@ -99,6 +99,23 @@ TEST(Augmentation, NoiseOfEitherKindHasTheRatioOfThePlan)
     }
 }
 
+TEST(Augmentation, APauseIsSilenceWithinTheRecordingAndMakesNoClick)
+{
+    AugmentationPlan plan;
+    plan.pause = Pause{3, 2};
+    const std::vector<float> recording(1600, 0.5F);
+    const std::vector<float> copy = MakeCopy(plan, recording, {});
+    ASSERT_EQ(copy.size(), 1600U + 320U);
+    EXPECT_THAT(std::span(copy).subspan(480, 320), Each(0.0F));
+    EXPECT_THAT(std::span(copy).first(400), Each(copy[0]));
+    EXPECT_THAT(std::span(copy).last(1040), Each(copy[0]));
+    for (std::size_t i = 401; i < 480; ++i)
+    {
+        EXPECT_LT(copy[i], copy[i - 1]) << i;
+        EXPECT_FLOAT_EQ(copy[i], copy[1279 - i]) << "the same slope behind it";
+    }
+}
+
 TEST(Augmentation, NoiseMayBeginWithTheRecording)
 {
     AugmentationPlan plan;

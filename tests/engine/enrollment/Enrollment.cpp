@@ -200,7 +200,7 @@ TEST_F(Enrollment, ATakeThatWouldNotFireIsRemarked)
 {
     ASSERT_EQ(Add(TinyLanguage::SayPhrase(User)), Status::Success);
     EXPECT_FALSE(enrollment.LastTakeIsNear());
-    acoustic.phrase.tail.start += 5.0F * acoustic.phrase.tail.slope;
+    acoustic.phrase.tail.start += 6.0F * acoustic.phrase.tail.slope;
     ASSERT_EQ(Add(TinyLanguage::SayPhrase(User)), Status::Success);
     EXPECT_TRUE(enrollment.LastTakeIsNear());
     ASSERT_EQ(Add(Signals::Noise(TinyLanguage::NoiseAmplitude, 16000, 1)), Status::NoSpeech);

@@ -1,5 +1,6 @@
 #include "engine/training/TakeDamage.h"
 
+#include "engine/base/AudioFormat.h"
 #include "tests/engine/support/Signals.h"
 
 #include <gmock/gmock.h>
@@ -10,65 +11,84 @@ namespace
 {
 
 using namespace velox::engine;
+using testing::Each;
+using testing::Eq;
+using testing::FloatNear;
+using testing::SizeIs;
 
-constexpr std::size_t Length = 10000;
 constexpr float Phrase = 0.5F;
+constexpr std::size_t Begin = 30;
+constexpr std::size_t Frames = 100;
 
-std::size_t Changed(std::span<const float> damaged)
+/// A hundred frames of phrase with silence around them.
+PreparedTake Take()
 {
-    return static_cast<std::size_t>(std::count_if(damaged.begin(), damaged.end(), [](float sample) { return sample != Phrase; }));
+    PreparedTake take;
+    take.begin = Begin;
+    take.end = Begin + Frames;
+    take.samples.assign((2 * Begin + Frames) * FrameSize, 0.0F);
+    std::fill_n(take.samples.begin() + Begin * FrameSize, Frames * FrameSize, Phrase);
+    take.logMel.resize(2 * Begin + Frames);
+    return take;
 }
 
-TEST(TakeDamage, WithoutBackgroundAPartIsCutOut)
+std::span<const float> DamagedPart(const DamagedTake& damaged)
 {
-    const std::vector<float> phrase(Length, Phrase);
+    return std::span(damaged.samples).subspan(damaged.begin * FrameSize, (damaged.end - damaged.begin) * FrameSize);
+}
+
+TEST(TakeDamage, AnEighthToThreeFifthsOfThePhraseAreReplaced)
+{
+    const PreparedTake take = Take();
     RandomStream random(1);
-    for (int i = 0; i < 100; ++i)
+    bool atStart = false;
+    bool atEnd = false;
+    for (int i = 0; i < 200; ++i)
     {
-        const std::vector<float> damaged = DamageTake(phrase, {}, &random);
-        EXPECT_GE(Length - damaged.size(), Length * 8 / 100);
-        EXPECT_LE(Length - damaged.size(), Length * 35 / 100);
-        EXPECT_EQ(Changed(damaged), 0U);
+        const DamagedTake damaged = DamageTake(take, {}, &random);
+        ASSERT_THAT(damaged.samples, SizeIs(take.samples.size()));
+        ASSERT_GE(damaged.begin, take.begin);
+        ASSERT_LE(damaged.end, take.end);
+        EXPECT_GE(damaged.end - damaged.begin, 12U);
+        EXPECT_LE(damaged.end - damaged.begin, 60U);
+        atStart = atStart || damaged.begin == take.begin;
+        atEnd = atEnd || damaged.end == take.end;
+    }
+    EXPECT_TRUE(atStart);
+    EXPECT_TRUE(atEnd);
+}
+
+TEST(TakeDamage, WithoutBackgroundThePartIsSilentAndTheRestIsKept)
+{
+    const PreparedTake take = Take();
+    RandomStream random(1);
+    for (int i = 0; i < 20; ++i)
+    {
+        const DamagedTake damaged = DamageTake(take, {}, &random);
+        EXPECT_THAT(DamagedPart(damaged), Each(0.0F));
+        EXPECT_EQ(std::ranges::count(damaged.samples, Phrase),
+                  static_cast<std::ptrdiff_t>((Frames - (damaged.end - damaged.begin)) * FrameSize));
     }
 }
 
-TEST(TakeDamage, APartIsReplacedAtTheSameLevelOrCutOut)
+TEST(TakeDamage, HalfOfThePartsAreOtherSpeechAsLoudAsThePhrase)
 {
-    const std::vector<float> phrase(Length, Phrase);
+    const PreparedTake take = Take();
     const std::vector<std::vector<float>> background{std::vector<float>(20000, 0.01F)};
     RandomStream random(1);
     int replaced = 0;
     for (int i = 0; i < 100; ++i)
     {
-        std::vector<float> damaged = DamageTake(phrase, background, &random);
-        if (damaged.size() != Length)
+        const DamagedTake damaged = DamageTake(take, background, &random);
+        if (DamagedPart(damaged)[0] == 0.0F)
         {
             continue;
         }
         ++replaced;
-        for (const float sample : damaged)
-        {
-            EXPECT_NEAR(sample, Phrase, 1e-5F) << "as loud as the phrase";
-        }
+        EXPECT_THAT(DamagedPart(damaged), Each(FloatNear(Phrase, 0.02F)));
     }
     EXPECT_GT(replaced, 25);
     EXPECT_LT(replaced, 75);
-}
-
-TEST(TakeDamage, WhatIsReplacedIsOnePieceOfTheGivenLength)
-{
-    const std::vector<float> phrase(Length, Phrase);
-    const std::vector<std::vector<float>> background{Signals::Noise(0.1, 20000, 2)};
-    RandomStream random(4);
-    for (int i = 0; i < 50; ++i)
-    {
-        const std::vector<float> damaged = DamageTake(phrase, background, &random);
-        if (damaged.size() == Length)
-        {
-            EXPECT_GE(Changed(damaged), Length * 7 / 100);
-            EXPECT_LE(Changed(damaged), Length * 35 / 100);
-        }
-    }
 }
 
 TEST(TakeDamage, BackgroundShorterThanThePartIsNotUsed)
@@ -77,7 +97,23 @@ TEST(TakeDamage, BackgroundShorterThanThePartIsNotUsed)
     RandomStream random(1);
     for (int i = 0; i < 20; ++i)
     {
-        EXPECT_LT(DamageTake(std::vector<float>(Length, Phrase), background, &random).size(), Length);
+        EXPECT_THAT(DamagedPart(DamageTake(Take(), background, &random)), Each(0.0F));
+    }
+}
+
+TEST(TakeDamage, CopiesAreTheSameWheneverTheyAreMadeAndOthersForEveryTake)
+{
+    const PreparedTake take = Take();
+    const std::vector<DamagedCopy> copies = DamagedCopies(take, 3, {}, 7);
+    const std::vector<DamagedCopy> again = DamagedCopies(take, 3, {}, 7);
+    const std::vector<DamagedCopy> other = DamagedCopies(take, 4, {}, 7);
+    ASSERT_THAT(copies, SizeIs(6));
+    EXPECT_FALSE(copies[0].plan.noise || copies[0].plan.room || copies[0].plan.band) << "the first one is clean";
+    for (std::size_t i = 0; i < copies.size(); ++i)
+    {
+        EXPECT_EQ(copies[i].take.samples, again[i].take.samples);
+        EXPECT_EQ(copies[i].plan.level, again[i].plan.level);
+        EXPECT_TRUE(i == 0 || copies[i].plan.level != other[i].plan.level);
     }
 }
 
