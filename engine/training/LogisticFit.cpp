@@ -5,27 +5,33 @@
 namespace velox::engine
 {
 
-LogisticRegression FitLogisticRegression(const Eigen::MatrixXf& positive, const Eigen::MatrixXf& negative, float ridge)
+LogisticRegression FitLogisticRegression(const std::vector<ExampleGroup>& groups, float ridge)
 {
     constexpr int NewtonSteps = 20;
-    const Eigen::Index features = positive.rows();
-    const Eigen::Index examples = positive.cols() + negative.cols();
+    const Eigen::Index features = groups.front().features.rows();
+    Eigen::Index examples = 0;
+    for (const ExampleGroup& group : groups)
+    {
+        examples += group.features.cols();
+    }
 
-    Eigen::MatrixXd x(features + 1, examples);
-    x.topLeftCorner(features, positive.cols()) = positive.cast<double>();
-    x.topRightCorner(features, negative.cols()) = negative.cast<double>();
-    x.bottomRows<1>().setOnes();
+    Eigen::MatrixXd x = Eigen::MatrixXd::Ones(features + 1, examples);
+    Eigen::VectorXd target(examples);
+    Eigen::VectorXd share(examples);
+    Eigen::Index first = 0;
+    for (const ExampleGroup& group : groups)
+    {
+        const Eigen::Index count = group.features.cols();
+        x.block(0, first, features, count) = group.features.cast<double>();
+        target.segment(first, count).setConstant(group.positive ? 1.0 : 0.0);
+        share.segment(first, count).setConstant(group.share / static_cast<double>(count));
+        first += count;
+    }
     const Eigen::VectorXd mean = x.topRows(features).rowwise().mean();
     const Eigen::VectorXd deviation =
         ((x.topRows(features).colwise() - mean).array().square().rowwise().mean().sqrt() + 1e-6).matrix();
     x.topRows(features).colwise() -= mean;
     x.topRows(features).array().colwise() /= deviation.array();
-
-    Eigen::VectorXd target = Eigen::VectorXd::Zero(examples);
-    target.head(positive.cols()).setOnes();
-    Eigen::VectorXd share(examples);
-    share.head(positive.cols()).setConstant(0.5 / static_cast<double>(positive.cols()));
-    share.tail(negative.cols()).setConstant(0.5 / static_cast<double>(negative.cols()));
 
     Eigen::VectorXd coefficients = Eigen::VectorXd::Zero(features + 1);
     Eigen::MatrixXd penalty = Eigen::MatrixXd::Identity(features + 1, features + 1) * static_cast<double>(ridge);

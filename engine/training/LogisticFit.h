@@ -2,12 +2,21 @@
 
 #include "engine/models/LogisticRegression.h"
 
+#include <vector>
+
 namespace velox::engine
 {
 
-/// Fits by iteratively reweighted least squares with a ridge penalty on standardised features; both classes count the same.
-/// @param positive  features x examples, at least one
-/// @param negative  features x examples, at least one
-LogisticRegression FitLogisticRegression(const Eigen::MatrixXf& positive, const Eigen::MatrixXf& negative, float ridge = 0.0003F);
+/// Examples of one kind.
+struct ExampleGroup
+{
+    Eigen::MatrixXf features; ///< features x examples, at least one
+    bool positive = false;
+    double share = 0.0; ///< what they count for together, however many they are; those of all groups add up to 1
+};
+
+/// Fits by iteratively reweighted least squares with a ridge penalty on standardised features.
+/// @param groups  at least one of each class
+LogisticRegression FitLogisticRegression(const std::vector<ExampleGroup>& groups, float ridge = 0.003F);
 
 } // namespace velox::engine

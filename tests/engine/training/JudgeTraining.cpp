@@ -48,6 +48,7 @@ TEST(JudgeTraining, TakesThatWereTooShortAreNoExamples)
     HeldOutPlaces places;
     places.phrases.takes.assign(5, Place(2.0F));
     places.damaged.assign(5, Place(-1.0F));
+    places.background.assign(5, Place(-3.0F));
     const LogisticRegression judge = TrainJudge(places);
     places.phrases.copies.resize(3);
     EXPECT_EQ(TrainJudge(places).weights, judge.weights);
