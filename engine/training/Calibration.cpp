@@ -11,10 +11,11 @@ namespace
 {
 
 /// Exceeding blocks that the usual slope counts as, and that heard and unheard background have one slope.
-constexpr float SlopePrior = 30.0F;
-/// Of the search 0.34 to 0.62 for single phrases, 0.47 and 0.48 on unseen speech; of the judge 0.49 to 0.70.
-constexpr float UsualSearchSlope = 0.48F;
-constexpr float UsualJudgeSlope = 0.6F;
+constexpr float SlopePrior = 300.0F;
+/// From the start to half an alarm per hour of unheard speech. The scores are bounded: the tail falls off faster there than a fit
+/// to its beginning says.
+constexpr float UsualSearchSlope = 0.38F;
+constexpr float UsualJudgeSlope = 0.65F;
 
 auto LogOddsBy(const PhraseModel& model)
 {

@@ -41,10 +41,10 @@ TEST(Calibration, TailsAreMovedAndStretchedAsUnheardBackgroundIs)
     CalibrateTails(Background(-4.0, 0.4), heldOut, &model);
     const double start = -4.0 + 0.4 * std::log(20.0);
     EXPECT_NEAR(model.searchTail.start, start + 0.5 + 0.1 * std::log(20.0), 0.02);
-    // A hundred blocks say 0.4 and 1.2 times; the usual slope without a difference counts as thirty.
-    const double stretch = (1.2 * 100.0 + 30.0) / 130.0;
-    EXPECT_NEAR(model.searchTail.slope, stretch * (0.4 * 100.0 + 0.48 * 30.0) / 130.0, 0.02);
-    EXPECT_NEAR(model.tail.slope, stretch * (0.4 * 100.0 + 0.6 * 30.0) / 130.0, 0.02);
+    // A hundred blocks say 0.4 and 1.2 times; the usual slope without a difference counts as three hundred.
+    const double stretch = (1.2 * 100.0 + 300.0) / 400.0;
+    EXPECT_NEAR(model.searchTail.slope, stretch * (0.4 * 100.0 + 0.38 * 300.0) / 400.0, 0.02);
+    EXPECT_NEAR(model.tail.slope, stretch * (0.4 * 100.0 + 0.65 * 300.0) / 400.0, 0.02);
     EXPECT_NEAR(model.tail.start, model.searchTail.start, 1e-3F);
 }
 
