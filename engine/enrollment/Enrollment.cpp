@@ -23,7 +23,7 @@ constexpr uint64_t CopySeed = 20260711; // fixed: the same takes give the same m
 constexpr double SilenceSeconds = 0.3;
 
 /// How far from the border of background and other speakers towards the user's own takes the user's threshold lies.
-constexpr float ThresholdShare = 0.5F;
+constexpr float ThresholdShare = 0.6F;
 /// Share of the user's takes and copies that are worse than what the threshold is set by.
 constexpr double OwnShare = 0.2;
 /// The background peak by whose rank the background's threshold is found.

@@ -95,7 +95,8 @@ Detection PhraseDetector::Judge(const Peak& found)
         {
             detection.speakerRatio = JudgeSpeaker(found);
             const float sum = phrase + SpeakerModel::Weight * detection.speakerRatio;
-            detection.score = ScoreScale::FromFactors(sum - model.speaker->threshold);
+            detection.score =
+                ScoreScale::FromFactors(std::min(sum - model.speaker->threshold, phrase + SpeakerModel::MostAbovePhrase));
         }
     }
     return detection;

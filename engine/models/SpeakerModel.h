@@ -19,7 +19,10 @@ struct GenericSpeakers
 struct SpeakerModel
 {
     /// Factors e of the false-alarm rate that one unit of the speaker's log ratio counts beside the phrase's own.
-    static constexpr float Weight = 4.0F;
+    static constexpr float Weight = 6.0F;
+    /// The user's score lies at most so many factors e above the phrase's own: a voice makes good what noise took from the phrase,
+    /// but does not turn another phrase into it.
+    static constexpr float MostAbovePhrase = 1.0F;
 
     std::vector<GaussianMixture> generic;
     std::vector<GaussianMixture> user;

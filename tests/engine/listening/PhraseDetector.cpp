@@ -131,6 +131,14 @@ TEST(PhraseDetector, AUsersThresholdIsFoldedIntoTheScore)
     EXPECT_NEAR(detection.score, detection.phraseScore - 25.0F, 0.05F);
 }
 
+TEST(PhraseDetector, AVoiceMakesGoodOnlySomeOfWhatThePhraseLacks)
+{
+    PhraseModel model = TinyLanguage::UserPhrase();
+    model.speaker->threshold = -8.0F;
+    const Detection detection = Hear(model, TinyLanguage::SayPhrase()).at(0);
+    EXPECT_NEAR(detection.score, detection.phraseScore + 10.0F * SpeakerModel::MostAbovePhrase, 0.05F);
+}
+
 /// The second stage sees the same frames as the training does.
 TEST(PhraseDetector, TheSpeakerPartSeesThePhrasesFrames)
 {
