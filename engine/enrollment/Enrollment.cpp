@@ -43,10 +43,9 @@ float Quantile(std::vector<float> values, double share)
 std::vector<float> SumsOf(const SpeakerModel& speaker, const std::vector<Population::Place>& places)
 {
     std::vector<float> sums;
-    for (const Population::Place& place : places)
-    {
-        sums.push_back(place.factors + SpeakerModel::Weight * SpeakerRatio(speaker, SpeakerFrames(place.features), place.counts));
-    }
+    std::ranges::transform(places, std::back_inserter(sums), [&](const Population::Place& place) {
+        return place.factors + SpeakerModel::Weight * SpeakerRatio(speaker, SpeakerFrames(place.features), place.counts);
+    });
     return sums;
 }
 

@@ -5,8 +5,8 @@
 namespace velox::engine
 {
 
-/// What a user is told from: others who say the phrase, and background (cohort normalisation: Rosenberg et al., "The use of cohort
-/// normalized scores for speaker verification", 1992). Of the background there is also some sound, which noise is made of.
+/// What a user is told from: others who say the phrase, and background (cohort normalisation: Rosenberg et al., "The use of
+/// cohort normalized scores for speaker verification", 1992). Of the background there is also some sound, which noise is made of.
 struct Population
 {
     /// Where a network found the phrase, or what is most like it.

@@ -20,8 +20,8 @@ struct SpeakerModel
 {
     /// Factors e of the false-alarm rate that one unit of the speaker's log ratio counts beside the phrase's own.
     static constexpr float Weight = 6.0F;
-    /// The user's score lies at most so many factors e above the phrase's own: a voice makes good what noise took from the phrase,
-    /// but does not turn another phrase into it.
+    /// The user's score lies at most so many factors e above the phrase's own: a voice makes good what noise took from the
+    /// phrase, but does not turn another phrase into it.
     static constexpr float MostAbovePhrase = 1.0F;
 
     std::vector<GaussianMixture> generic;

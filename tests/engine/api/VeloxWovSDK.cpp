@@ -449,8 +449,8 @@ TEST_F(VeloxWovSDK, ScoresAreTheSameFromEveryCompiler)
         float anybodys; ///< score with the phrase's model
         float users;    ///< score with the user's
     };
-    for (const Case& one : {Case{User, 152.237F, 162.237F}, Case{{0.008, 0.0, 0.0}, 74.159F, 84.159F},
-                            Case{{0.2, 0.9, 900.0}, 152.237F, 162.237F}})
+    for (const Case& one :
+         {Case{User, 152.237F, 162.237F}, Case{{0.008, 0.0, 0.0}, 74.159F, 84.159F}, Case{{0.2, 0.9, 900.0}, 152.237F, 162.237F}})
     {
         SCOPED_TRACE(one.voice.amplitude);
         const std::vector<float> said = TinyLanguage::SayPhrase(one.voice, 9);
