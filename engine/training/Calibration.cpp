@@ -64,7 +64,7 @@ std::vector<float> JudgeHeldOutTakes(const HeldOutPlaces& heldOut, const PhraseM
 {
     constexpr float TooShort = -100.0F;
     std::vector<float> background = ScoresOf(heldOut.background, LogOddsBy(model));
-    const BackgroundTail tail = BackgroundTail::Fit(background);
+    const BackgroundTail tail{BackgroundTail::Fit(background).start, model.tail.slope};
     return ScoresOf(heldOut.phrases.takes, [&](const PhrasePlace& place) {
         return place.features.empty() ? TooShort : tail.FactorsBelowHalf(LogOddsBy(model)(place));
     });

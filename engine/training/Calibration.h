@@ -15,8 +15,8 @@ namespace velox::engine
 /// @param model     with the judge; receives the tails
 void CalibrateTails(const std::vector<PhrasePlace>& heard, const HeldOutPlaces& heldOut, PhraseModel* model);
 
-/// The judge's word on each take by the network that had not heard its voice, in factors e of the false-alarm rate below half an
-/// alarm per hour; very low for one that is too short.
+/// The judge's word on each take by the network that had not heard its voice, beside that network's tail on unheard background
+/// with the model's slope, in factors e of the false-alarm rate below half an alarm per hour; very low for one that is too short.
 std::vector<float> JudgeHeldOutTakes(const HeldOutPlaces& heldOut, const PhraseModel& model);
 
 } // namespace velox::engine

@@ -15,7 +15,7 @@ constexpr int64_t MostFrames = 35;
 
 float Energy(const MelFrame& frame)
 {
-    return std::reduce(frame.begin(), frame.end());
+    return std::accumulate(frame.begin(), frame.end(), 0.0F);
 }
 
 } // namespace

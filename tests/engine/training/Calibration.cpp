@@ -50,15 +50,16 @@ TEST(Calibration, TailsAreMovedAndStretchedAsUnheardBackgroundIs)
 
 TEST(Calibration, HeldOutTakesAreJudgedAgainstUnheardBackground)
 {
-    const PhraseModel model = ModelOfTones();
+    PhraseModel model = ModelOfTones();
+    model.tail.slope = 0.5F;
     HeldOutPlaces heldOut{{}, {}, Background(-2.5, 0.6), Background(-3.0, 0.5)};
     heldOut.phrases.takes.resize(2);
     heldOut.phrases.takes[0] = Background(2.0, 0.0).front();
     heldOut.phrases.takes[0].features.resize(TinyLanguage::States);
     const std::vector<float> factors = JudgeHeldOutTakes(heldOut, model);
     ASSERT_EQ(factors.size(), 2U);
-    // Half an alarm is one block in 3600: ln 3600 slopes above where all blocks begin.
-    EXPECT_NEAR(factors[0], (2.0 + 2.5) / 0.6 - std::log(3600.0), 0.2);
+    // The tail starts where one block in 20 lies above; half an alarm is one in 3600, so ln 180 of the model's slopes above it.
+    EXPECT_NEAR(factors[0], (2.0 + 2.5 - 0.6 * std::log(20.0)) / 0.5 - std::log(180.0), 0.2);
     EXPECT_EQ(ScoreScale::FromFactors(factors[1]), ScoreScale::Least) << "too short";
 }
 
