@@ -54,9 +54,10 @@ bool Decoder::Push(const float* logPosteriors)
         const std::size_t s = k / SubStates;
         const std::size_t sub = k % SubStates;
         const bool first = k == 0;
-        const float stay = sub == SubStates - 1 ? totals[k] + logStay[s] : Impossible;
-        const float advance = first ? 0.0F : totals[k - 1] + (sub == 0 ? logLeave[s - 1] : 0.0F);
         PhrasePath& path = paths[k];
+        const bool mayStay = sub == SubStates - 1 && path.counts[s] < MostFrames;
+        const float stay = mayStay ? totals[k] + logStay[s] : Impossible;
+        const float advance = first ? 0.0F : totals[k - 1] + (sub == 0 ? logLeave[s - 1] : 0.0F);
         if (first)
         {
             path.startFrame = frames;

@@ -31,6 +31,8 @@ class Decoder
 public:
     /// Sub-states of a state: the least duration in frames.
     static constexpr std::size_t SubStates = 3;
+    /// Most frames in a state, a pause between two words included: no noise may draw a phrase out for seconds.
+    static constexpr int32_t MostFrames = 60;
     /// Bounds of a frame's log ratio: a few frames must not decide.
     static constexpr float LeastRatio = -4.0F;
     static constexpr float MostRatio = 3.0F;

@@ -152,6 +152,21 @@ TEST_F(Decoder, APauseWithinAStateCostsNoFit)
     EXPECT_THAT(Best().fits, ElementsAre(Hit, Hit, Hit)) << "the best three frames in a row";
 }
 
+TEST_F(Decoder, NoNoiseDrawsAStateOutBeyondSixTenthsOfASecond)
+{
+    UseStates({EvenDuration, EvenDuration, EvenDuration});
+    Push({Hit, Miss, Miss}, 3);
+    Push({Miss, Hit, Miss}, 55);
+    ASSERT_TRUE(Push({Miss, Miss, Hit}, 3));
+    EXPECT_THAT(Best().counts, ElementsAre(3, 55, 3));
+
+    UseStates({EvenDuration, EvenDuration, EvenDuration});
+    Push({Hit, Miss, Miss}, 3);
+    Push({Miss, Hit, Miss}, 70);
+    ASSERT_TRUE(Push({Miss, Miss, Hit}, 3));
+    EXPECT_LE(Best().counts[1], velox::engine::Decoder::MostFrames);
+}
+
 TEST_F(Decoder, ThePathHoldsWhatMakesTheLargestTotal)
 {
     UseStates({EvenDuration, EvenDuration});

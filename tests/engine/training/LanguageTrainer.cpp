@@ -53,13 +53,22 @@ std::vector<Detection> Hear(const std::vector<uint8_t>& blob, std::span<const fl
     std::vector<Detection> detections;
     for (std::size_t start = 0; start + FrameSize <= audio.size(); start += FrameSize)
     {
-        if (const auto detection = detector.Push(audio.data() + start);
-            detection && static_cast<double>(detection->score) > Trained().preDefinedThreshold)
+        if (const auto detection = detector.Push(audio.data() + start))
         {
             detections.push_back(*detection);
         }
     }
     return detections;
+}
+
+float HighestScore(const std::vector<Detection>& detections)
+{
+    float highest = 0.0F;
+    for (const Detection& detection : detections)
+    {
+        highest = std::max(highest, detection.score);
+    }
+    return highest;
 }
 
 TEST(LanguageTrainer, LearnsThePhraseFromRecordings)
@@ -68,12 +77,14 @@ TEST(LanguageTrainer, LearnsThePhraseFromRecordings)
     const TinyLanguage::Voice unseen{0.15, 0.2, 3900.0};
     const auto whole = Hear(Trained().firmwareModel, TinyLanguage::Say(Tones{0, 1, 2, 3}, Before, Before, unseen, 77));
     ASSERT_EQ(whole.size(), 1U);
+    EXPECT_GT(static_cast<double>(whole[0].score), Trained().preDefinedThreshold);
     EXPECT_NEAR(static_cast<double>(whole[0].startSample), Before, 0.1 * SampleRate);
     EXPECT_NEAR(static_cast<double>(whole[0].endSample), Before + TinyLanguage::PhraseSamples, 0.1 * SampleRate);
     for (const Tones& tones : {Tones{0, 1}, Tones{2, 3}, Tones{3, 2, 1, 0}})
     {
         SCOPED_TRACE(testing::PrintToString(tones));
-        EXPECT_TRUE(Hear(Trained().firmwareModel, TinyLanguage::Say(tones, Before, Before, unseen, 77)).empty());
+        const auto other = Hear(Trained().firmwareModel, TinyLanguage::Say(tones, Before, Before, unseen, 77));
+        EXPECT_LT(HighestScore(other), whole[0].score - 4.0F * ScoreScale::StepsPerFactorE);
     }
 }
 
