@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 
 namespace velox::engine
 {
@@ -34,6 +35,8 @@ Decoder::Decoder(const StateModel& model) : logPrior(model.logPrior)
         logLeave.push_back(std::log(leave));
         logStay.push_back(std::log1p(-leave));
     }
+    const float meanFrames = std::accumulate(model.meanDuration.begin(), model.meanDuration.end(), 0.0F);
+    framesToStay = std::lround(LongestPhrase * meanFrames);
     totals.assign(states * SubStates, Impossible);
     paths.assign(states * SubStates, {0, std::vector<float>(states, 0.0F), std::vector<int32_t>(states, 0), {}});
     ratios.assign(states, 0.0F);
@@ -55,7 +58,7 @@ bool Decoder::Push(const float* logPosteriors)
         const std::size_t sub = k % SubStates;
         const bool first = k == 0;
         PhrasePath& path = paths[k];
-        const bool mayStay = sub == SubStates - 1 && path.counts[s] < MostFrames;
+        const bool mayStay = sub == SubStates - 1 && frames - path.startFrame < framesToStay;
         const float stay = mayStay ? totals[k] + logStay[s] : Impossible;
         const float advance = first ? 0.0F : totals[k - 1] + (sub == 0 ? logLeave[s - 1] : 0.0F);
         if (first)

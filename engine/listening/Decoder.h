@@ -31,8 +31,8 @@ class Decoder
 public:
     /// Sub-states of a state: the least duration in frames.
     static constexpr std::size_t SubStates = 3;
-    /// Most frames in a state, a pause between two words included: no noise may draw a phrase out for seconds.
-    static constexpr int32_t MostFrames = 60;
+    /// A phrase that has lasted so many times its mean hurries to its end: no noise may draw it out over seconds.
+    static constexpr float LongestPhrase = 2.0F;
     /// Bounds of a frame's log ratio: a few frames must not decide.
     static constexpr float LeastRatio = -4.0F;
     static constexpr float MostRatio = 3.0F;
@@ -62,6 +62,7 @@ private:
     std::vector<float> totals; ///< best total of each sub-state
     std::vector<PhrasePath> paths;
     std::vector<float> ratios;
+    int64_t framesToStay = 0; ///< since a path's start
     int64_t frames = 0;
 };
 

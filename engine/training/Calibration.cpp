@@ -10,12 +10,19 @@ namespace velox::engine
 namespace
 {
 
-/// Exceeding blocks that the usual slope counts as, and that heard and unheard background have one slope.
-constexpr float SlopePrior = 300.0F;
-/// From the start to half an alarm per hour of unheard speech. The scores are bounded: the tail falls off faster there than a fit
-/// to its beginning says.
-constexpr float UsualSearchSlope = 0.38F;
-constexpr float UsualJudgeSlope = 0.65F;
+/// Exceeding blocks that the usual slope counts as.
+constexpr float SlopePrior = 600.0F;
+/// The scores are bounded: down to half an alarm per hour the tail falls off faster than its beginning says.
+constexpr float FallOff = 0.75F;
+
+/// What is known of a score beforehand.
+struct UsualTail
+{
+    float unheard; ///< so much higher than background that the network learned from scores what it never heard
+    float slope;
+};
+constexpr UsualTail UsualSearch{0.5F, 0.4F};
+constexpr UsualTail UsualJudge{0.8F, 0.7F};
 
 auto LogOddsBy(const PhraseModel& model)
 {
@@ -32,32 +39,23 @@ std::vector<float> ScoresOf(const std::vector<PhrasePlace>& places, Score score)
     return scores;
 }
 
-/// The tail of the model's own scores, moved and stretched as the halves' networks' scores are on what they did not hear. Of
-/// little background both are known badly.
+/// The tail of unheard background by what the network learned from. Of little background the slope is known badly.
 template <typename Score>
-BackgroundTail TailOf(const std::vector<PhrasePlace>& heard, const HeldOutPlaces& heldOut, float usualSlope, Score score)
+BackgroundTail TailOf(const std::vector<PhrasePlace>& heard, const UsualTail& usual, Score score)
 {
     std::vector<float> own = ScoresOf(heard, score);
-    std::vector<float> halvesHeard = ScoresOf(heldOut.heardBackground, score);
-    std::vector<float> halvesUnheard = ScoresOf(heldOut.background, score);
-    const BackgroundTail before = BackgroundTail::Fit(halvesHeard);
-    const BackgroundTail after = BackgroundTail::Fit(halvesUnheard);
-    const auto blocks = static_cast<float>(static_cast<double>(own.size()) * BackgroundTail::ExceedingShare);
-    const auto drawn = [blocks](float measured, float usual) {
-        return (blocks * measured + SlopePrior * usual) / (blocks + SlopePrior);
-    };
-    BackgroundTail tail = BackgroundTail::Fit(own);
-    tail.start += after.start - before.start;
-    tail.slope = drawn(tail.slope, usualSlope) * drawn(after.slope / before.slope, 1.0F);
-    return tail;
+    const auto exceeding = static_cast<float>(static_cast<double>(own.size()) * BackgroundTail::ExceedingShare);
+    const BackgroundTail measured = BackgroundTail::Fit(own);
+    return {measured.start + usual.unheard,
+            (exceeding * FallOff * measured.slope + SlopePrior * usual.slope) / (exceeding + SlopePrior)};
 }
 
 } // namespace
 
-void CalibrateTails(const std::vector<PhrasePlace>& heard, const HeldOutPlaces& heldOut, PhraseModel* model)
+void CalibrateTails(const std::vector<PhrasePlace>& heard, PhraseModel* model)
 {
-    model->searchTail = TailOf(heard, heldOut, UsualSearchSlope, [](const PhrasePlace& place) { return place.score; });
-    model->tail = TailOf(heard, heldOut, UsualJudgeSlope, LogOddsBy(*model));
+    model->searchTail = TailOf(heard, UsualSearch, [](const PhrasePlace& place) { return place.score; });
+    model->tail = TailOf(heard, UsualJudge, LogOddsBy(*model));
 }
 
 std::vector<float> JudgeHeldOutTakes(const HeldOutPlaces& heldOut, const PhraseModel& model)

@@ -40,11 +40,7 @@ void SearchHeldOut(const PhraseModel& model, int fold, const SearchedMaterial& m
     }
     FindPhrasePlaces(model, recordings, pool, &places->phrases);
     Append(FindDamagedPlaces(model, recordings, material.seed, pool), &places->damaged);
-    for (int part = 0; part < Folds::Count; ++part)
-    {
-        Append(FindBackgroundPeaks(model, RecordingsOf(part, material), pool),
-               part == fold ? &places->background : &places->heardBackground);
-    }
+    Append(FindBackgroundPeaks(model, RecordingsOf(fold, material), pool), &places->background);
 }
 
 } // namespace velox::engine

@@ -5,13 +5,12 @@
 namespace velox::engine
 {
 
-/// What networks that learned from one half of the material each find in the other half, and where they are told so in their own.
+/// What networks that learned from one half of the material each find in the other half.
 struct HeldOutPlaces
 {
-    PhrasePlaces phrases;                     ///< takes and copies by their numbers
-    std::vector<PhrasePlace> damaged;         ///< takes
-    std::vector<PhrasePlace> background;      ///< peaks of the half not learned from
-    std::vector<PhrasePlace> heardBackground; ///< peaks of the half learned from
+    PhrasePlaces phrases;                ///< takes and copies by their numbers
+    std::vector<PhrasePlace> damaged;    ///< takes
+    std::vector<PhrasePlace> background; ///< peaks
 };
 
 /// What is searched, and how it falls into halves.

@@ -177,7 +177,7 @@ std::optional<LanguageModels> TrainLanguage(const LanguageMaterial& material, co
 
     std::vector<PhrasePlace> peaks = FindBackgroundPeaks(
         phrase, std::vector<std::span<const float>>(material.background.begin(), material.background.end()), &pool);
-    CalibrateTails(peaks, *heldOut, &phrase);
+    CalibrateTails(peaks, &phrase);
     const std::vector<float> factors = JudgeHeldOutTakes(*heldOut, phrase);
     std::ranges::transform(factors, std::back_inserter(models.heldOutScores), ScoreScale::FromFactors);
     acoustic.generic = TrainGenericPart(heldOut->phrases, alignment.states, options.seed);

@@ -152,19 +152,16 @@ TEST_F(Decoder, APauseWithinAStateCostsNoFit)
     EXPECT_THAT(Best().fits, ElementsAre(Hit, Hit, Hit)) << "the best three frames in a row";
 }
 
-TEST_F(Decoder, NoNoiseDrawsAStateOutBeyondSixTenthsOfASecond)
+TEST_F(Decoder, NoNoiseDrawsAPhraseOutBeyondTwiceItsMean)
 {
-    UseStates({EvenDuration, EvenDuration, EvenDuration});
-    Push({Hit, Miss, Miss}, 3);
-    Push({Miss, Hit, Miss}, 55);
-    ASSERT_TRUE(Push({Miss, Miss, Hit}, 3));
-    EXPECT_THAT(Best().counts, ElementsAre(3, 55, 3));
+    const std::vector<float> durations{20.0F, 30.0F, 10.0F};
+    UseStates(durations);
+    ASSERT_TRUE(PushPhrase({40, 60, 17}));
+    EXPECT_THAT(Best().counts, ElementsAre(40, 60, 17));
 
-    UseStates({EvenDuration, EvenDuration, EvenDuration});
-    Push({Hit, Miss, Miss}, 3);
-    Push({Miss, Hit, Miss}, 70);
-    ASSERT_TRUE(Push({Miss, Miss, Hit}, 3));
-    EXPECT_LE(Best().counts[1], velox::engine::Decoder::MostFrames);
+    UseStates(durations);
+    ASSERT_TRUE(PushPhrase({40, 100, 20}));
+    EXPECT_GT(Best().startFrame, 160 - 120 - 5);
 }
 
 TEST_F(Decoder, ThePathHoldsWhatMakesTheLargestTotal)

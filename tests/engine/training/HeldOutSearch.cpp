@@ -31,15 +31,12 @@ TEST(HeldOutSearch, EachHalfIsSearchedByTheNetworkThatDidNotLearnFromIt)
     EXPECT_THAT(places.phrases.takes[2].features, IsEmpty());
     EXPECT_THAT(places.damaged, SizeIs(12));
     const std::size_t ofThree = places.background.size();
-    const std::size_t ofFour = places.heardBackground.size();
-    EXPECT_LT(ofThree, ofFour);
 
     SearchHeldOut(TinyLanguage::Phrase(), 1, searched, &pool, &places);
     EXPECT_THAT(places.phrases.takes[1].features, Not(IsEmpty()));
     EXPECT_THAT(places.phrases.takes[2].features, Not(IsEmpty()));
     EXPECT_THAT(places.damaged, SizeIs(24));
-    EXPECT_THAT(places.background, SizeIs(ofThree + ofFour));
-    EXPECT_THAT(places.heardBackground, SizeIs(ofThree + ofFour));
+    EXPECT_GT(places.background.size(), 2 * ofThree) << "four recordings more";
 }
 
 } // namespace
