@@ -1,5 +1,7 @@
 #include "tests/support/Registry.h"
 
+#include "tests/support/RegistryAdministrator.h"
+
 #include <windows.h>
 
 #include <stdexcept>
@@ -33,7 +35,7 @@ void WriteValue(const wchar_t* name, DWORD type, const void* data, DWORD size)
 
 void RemoveSettingsKey()
 {
-    const LSTATUS status = RegDeleteKeyExW(HKEY_LOCAL_MACHINE, SettingsKey, KEY_WOW64_64KEY, 0);
+    const LSTATUS status = RegDeleteTreeW(HKEY_LOCAL_MACHINE, SettingsKey);
     Check(status == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : status, "removal");
 }
 
@@ -46,3 +48,6 @@ void WriteSettingsQword(const wchar_t* name, uint64_t value)
 {
     WriteValue(name, REG_QWORD, &value, sizeof(value));
 }
+
+RegistryAdministrator::RegistryAdministrator() = default;
+RegistryAdministrator::~RegistryAdministrator() = default;
