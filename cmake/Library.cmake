@@ -1,14 +1,19 @@
 # VeloxHwKwsImpl.dll, its version resource and its install tree.
-enable_language(RC)
-configure_file(${PROJECT_SOURCE_DIR}/cmake/version.rc.in ${PROJECT_BINARY_DIR}/version.rc @ONLY)
+include(VersionResource)
 
-add_library(VeloxHwKwsImpl SHARED ${PROJECT_BINARY_DIR}/version.rc)
+add_library(VeloxHwKwsImpl SHARED)
+velox_version_resource(VeloxHwKwsImpl ${PROJECT_DESCRIPTION})
 target_link_libraries(VeloxHwKwsImpl PRIVATE velox_hwkws)
 set_target_properties(VeloxHwKwsImpl PROPERTIES PREFIX "" EXPORT_NAME HwKwsImpl LINKER_LANGUAGE CXX)
 target_include_directories(VeloxHwKwsImpl INTERFACE
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/library/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 target_compile_features(VeloxHwKwsImpl INTERFACE cxx_std_20)
 add_library(Velox::HwKwsImpl ALIAS VeloxHwKwsImpl)
+
+# A copy beside the stand-in engine, for the program and the module that lie there.
+add_custom_command(TARGET VeloxHwKwsImpl POST_BUILD
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/engine
+    COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:VeloxHwKwsImpl> ${PROJECT_BINARY_DIR}/engine)
 
 if(MSVC)
     # The engine's DLL lies beside the library, wherever the host's program is: the library's own folder is searched first
