@@ -1,0 +1,115 @@
+#include "oemadapter/logging/AdapterLogger.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstring>
+
+namespace velox::oemadapter
+{
+
+namespace
+{
+
+constexpr std::string_view Cut = "...";
+
+/// A message, what stands before it and its code fit.
+constexpr std::size_t LongestLine = AdapterLogger::LongestMessage + 256;
+
+const char* SourceName(uint32_t source)
+{
+    switch (source)
+    {
+    case VeloxLogSource::Adapter:
+        return "library";
+    case VeloxLogSource::Internals:
+        return "internals";
+    default:
+        return "adapter";
+    }
+}
+
+bool IsControlCharacter(char character)
+{
+    const auto code = static_cast<unsigned char>(character);
+    return code < 0x20 || code == 0x7F;
+}
+
+} // namespace
+
+void AdapterLogger::SetFile(const WideText* path)
+{
+    file.Close();
+    filePath = path;
+}
+
+void AdapterLogger::Log(uint32_t level, uint32_t source, const std::string& message)
+{
+    Add(level, source, message);
+}
+
+void AdapterLogger::LogWithStatus(uint32_t level, uint32_t source, const std::string& message, int32_t status)
+{
+    Add(level, source, message, static_cast<uint32_t>(status));
+}
+
+void AdapterLogger::LogWithCode(uint32_t level, uint32_t source, const std::string& message, uint32_t code)
+{
+    Add(level, source, message, code);
+}
+
+void AdapterLogger::LogFormat(uint32_t level, uint32_t source, const char* format, ...)
+{
+    // One character more than is shown tells that the message is too long.
+    std::array<char, LongestMessage + 2> message{};
+    va_list arguments;
+    va_start(arguments, format);
+    const int length = std::vsnprintf(message.data(), message.size(), format, arguments);
+    va_end(arguments);
+    Add(level, source, length < 0 ? format : message.data());
+}
+
+void AdapterLogger::SetLevel(uint32_t level)
+{
+    threshold = level;
+}
+
+void AdapterLogger::SetLogToFile(bool enabled)
+{
+    if (enabled && filePath != nullptr)
+    {
+        file.Open(*filePath);
+    }
+    else
+    {
+        file.Close();
+    }
+}
+
+void AdapterLogger::Add(uint32_t level, uint32_t source, std::string_view message, std::optional<uint32_t> code)
+{
+    std::array<char, LongestLine> line{};
+    const auto start =
+        static_cast<std::size_t>(std::max(0, std::snprintf(line.data(), LongestLine - LongestMessage, "%u %s %.100s ", level,
+                                                           SourceName(source), operation.Method())));
+
+    char* const text = line.data() + start;
+    std::size_t length = std::min(message.size(), LongestMessage);
+    std::replace_copy_if(message.begin(), message.begin() + static_cast<std::ptrdiff_t>(length), text, IsControlCharacter, ' ');
+    if (message.size() > LongestMessage)
+    {
+        std::ranges::copy(Cut, text + length - Cut.size());
+    }
+    if (code)
+    {
+        length += static_cast<std::size_t>(std::max(0, std::snprintf(text + length, sizeof(" 0x00000000"), " 0x%08X", *code)));
+    }
+
+    operation.Add(level, {text, length});
+    if (level <= threshold)
+    {
+        file.Write({line.data(), start + length});
+    }
+}
+
+} // namespace velox::oemadapter

@@ -1,0 +1,36 @@
+#include "oemadapter/logging/OperationLog.h"
+
+#include <algorithm>
+
+namespace velox::oemadapter
+{
+
+void OperationLog::Begin(const char* begun)
+{
+    method = begun;
+    counts = {};
+    length = 0;
+}
+
+void OperationLog::Add(uint32_t level, std::string_view line)
+{
+    if (level >= counts.size())
+    {
+        return;
+    }
+    ++counts[level];
+
+    const std::array<char, 2> before{static_cast<char>('0' + level), ' '};
+    constexpr std::string_view After = "\r\n";
+    if (before.size() + line.size() + After.size() > text.size() - length)
+    {
+        return;
+    }
+    for (const std::string_view part : {std::string_view(before.data(), before.size()), line, After})
+    {
+        std::ranges::copy(part, text.data() + length);
+        length += part.size();
+    }
+}
+
+} // namespace velox::oemadapter
