@@ -1,0 +1,27 @@
+#include "oemadapter/detector/PcmRecording.h"
+
+#include "tests/oemadapter/support/LiveObjects.h"
+#include "tests/oemadapter/support/PcmTake.h"
+#include "tests/support/FaultInjector.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+TEST(PcmRecordingFaults, EveryFailureOfTheBufferIsTheResultAndLeavesNothing)
+{
+    const std::size_t before = LivePlatformObjects();
+    velox::oemadapter::ComPointer<IMFMediaBuffer> recording;
+    PcmTake take({1, 2});
+    const HRESULT expected[] = {E_OUTOFMEMORY, E_OUTOFMEMORY, E_UNEXPECTED, E_INVALIDARG}; // create, lock, unlock, set the length
+    for (uint64_t call = 1; call <= std::size(expected); ++call)
+    {
+        const FaultPlan plan = FaultPlan::Nth(call);
+        EXPECT_EQ(velox::oemadapter::MakeRecording(take.Format(), &recording), expected[call - 1]) << call;
+        EXPECT_EQ(recording, nullptr);
+        EXPECT_EQ(LivePlatformObjects(), before);
+    }
+}
+
+} // namespace
