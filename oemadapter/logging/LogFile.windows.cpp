@@ -32,6 +32,48 @@ void ShowToDebugger(std::string_view line)
     OutputDebugStringW(wide.data());
 }
 
+/// Keeps other processes that write the file away from its end, for which a byte far behind it stands. Windows moves to the end
+/// and writes in one step, but not on every file system. A process that was stopped while it wrote is not waited for.
+class EndOfFileLock
+{
+public:
+    explicit EndOfFileLock(HANDLE lockedFile) : file(lockedFile)
+    {
+        constexpr int MostMilliseconds = 100;
+        for (int waited = 0; waited < MostMilliseconds && !TryLock(); ++waited)
+        {
+            Sleep(1);
+        }
+    }
+    EndOfFileLock(const EndOfFileLock&) = delete;
+    EndOfFileLock& operator=(const EndOfFileLock&) = delete;
+    ~EndOfFileLock()
+    {
+        if (isLocked)
+        {
+            UnlockFileEx(file, 0, 1, 0, &place);
+        }
+    }
+
+private:
+    bool TryLock()
+    {
+        isLocked = LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) != FALSE;
+        return isLocked;
+    }
+
+    static OVERLAPPED FarBehind()
+    {
+        OVERLAPPED position{};
+        position.OffsetHigh = 0x7FFFFFFF;
+        return position;
+    }
+
+    HANDLE file;
+    OVERLAPPED place = FarBehind();
+    bool isLocked = false;
+};
+
 } // namespace
 
 LogFile::~LogFile()
@@ -43,9 +85,11 @@ void LogFile::Open(const WideText& path)
 {
     Close();
     CreateDirectoryW(Wide(path.substr(0, path.find_last_of(u'\\'))), nullptr);
-    // With the right to append and none to write elsewhere, Windows puts every write at the end, whoever else writes.
-    file = CreateFileW(Wide(path), FILE_APPEND_DATA | SYNCHRONIZE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                       nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    // With the right to append and none to write elsewhere, Windows puts every write at the end, whoever else writes. The lock
+    // needs the right to read.
+    file =
+        CreateFileW(Wide(path), FILE_APPEND_DATA | FILE_READ_DATA | SYNCHRONIZE,
+                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
 void LogFile::Close()
@@ -70,6 +114,7 @@ void LogFile::Write(std::string_view line)
     ShowToDebugger({text.data(), length});
     if (file != INVALID_HANDLE_VALUE)
     {
+        const EndOfFileLock lock(file);
         DWORD written = 0;
         WriteFile(file, text.data(), static_cast<DWORD>(length), &written, nullptr);
     }

@@ -74,22 +74,21 @@ LSTATUS RegistryKey::Make(HKEY root, const WideText& path, REGSAM access)
 
 LSTATUS RegistryKey::Read(const WCHAR* name, RegistryValue* value) const
 {
+    constexpr std::size_t MostUsualBytes = 512;
     RegistryValue found;
-    DWORD size = 0;
-    if (const LSTATUS status = RegQueryValueExW(key.get(), name, nullptr, nullptr, nullptr, &size); status != ERROR_SUCCESS)
+    found.bytes.resize(MostUsualBytes);
+    LSTATUS status = ERROR_MORE_DATA;
+    while (status == ERROR_MORE_DATA)
     {
-        return status;
+        auto size = static_cast<DWORD>(found.bytes.size());
+        status = RegQueryValueExW(key.get(), name, nullptr, &found.type, found.bytes.data(), &size);
+        found.bytes.resize(size);
     }
-    // One byte more: an empty vector's data may be null, which would ask for the size again.
-    found.bytes.resize(std::size_t{size} + 1);
-    if (const LSTATUS status = RegQueryValueExW(key.get(), name, nullptr, &found.type, found.bytes.data(), &size);
-        status != ERROR_SUCCESS)
+    if (status == ERROR_SUCCESS)
     {
-        return status;
+        *value = std::move(found);
     }
-    found.bytes.resize(size);
-    *value = std::move(found);
-    return ERROR_SUCCESS;
+    return status;
 }
 
 LSTATUS RegistryKey::Write(const WCHAR* name, const RegistryValue& value) const

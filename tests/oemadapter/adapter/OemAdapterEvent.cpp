@@ -1,9 +1,11 @@
 // The contract of the second generation's methods: for each argument and each answer of the library, the result and the outputs.
 // What is left of task memory and references at a test's end is looked at natively.
 #include "oemadapter/windows/ProvisionalResultCodes.h"
+#include "tests/oemadapter/support/OemAdapterOutputs.h"
 #include "tests/oemadapter/support/OemAdapterTest.h"
 
 #include <optional>
+#include <utility>
 
 namespace
 {
@@ -38,49 +40,20 @@ protected:
 
 // GetCapabilities
 
-struct EventCapabilities
-{
-    HRESULT Get(IEventDetectorOemAdapter* adapter, int missing = -1)
-    {
-        return adapter->GetCapabilities(missing == 0 ? nullptr : &features, missing == 1 ? nullptr : &languageIds,
-                                        missing == 2 ? nullptr : &languageCount, missing == 3 ? nullptr : &recordingCount,
-                                        missing == 4 ? nullptr : &format);
-    }
-
-    void ExpectNothing() const
-    {
-        EXPECT_EQ(features, EVENTFEATURES_None);
-        EXPECT_EQ(languageIds, nullptr);
-        EXPECT_EQ(languageCount, 0U);
-        EXPECT_EQ(recordingCount, 0U);
-        EXPECT_EQ(format, nullptr);
-    }
-
-    LANGID noLanguage = 0;
-    WAVEFORMATEX noFormat{};
-    EVENTFEATURES features = EVENTFEATURES_UserDefinedKeyword;
-    LANGID* languageIds = &noLanguage;
-    ULONG languageCount = 4711;
-    ULONG recordingCount = 4711;
-    WAVEFORMATEX* format = &noFormat;
-};
-
 TEST_F(OemAdapterEvent, CapabilitiesAreTheLibrarysWithItsPcm)
 {
     EventCapabilities outputs;
     ASSERT_EQ(outputs.Get(event), S_OK);
-    const TaskMemory<LANGID> languages(outputs.languageIds);
-    const TaskMemory<WAVEFORMATEX> format(outputs.format);
     EXPECT_EQ(outputs.features, EVENTFEATURES_UserTraining);
     ASSERT_EQ(outputs.languageCount, 2U);
     EXPECT_EQ(outputs.languageIds[0], English);
     EXPECT_EQ(outputs.languageIds[1], Italian);
     EXPECT_EQ(outputs.recordingCount, 5U);
-    EXPECT_EQ(format->wFormatTag, WAVE_FORMAT_PCM);
-    EXPECT_EQ(format->nChannels, 1);
-    EXPECT_EQ(format->nSamplesPerSec, 16000U);
-    EXPECT_EQ(format->wBitsPerSample, 16);
-    EXPECT_EQ(format->cbSize, 0);
+    EXPECT_EQ(outputs.format->wFormatTag, WAVE_FORMAT_PCM);
+    EXPECT_EQ(outputs.format->nChannels, 1);
+    EXPECT_EQ(outputs.format->nSamplesPerSec, 16000U);
+    EXPECT_EQ(outputs.format->wBitsPerSample, 16);
+    EXPECT_EQ(outputs.format->cbSize, 0);
 }
 
 TEST_F(OemAdapterEvent, CapabilitiesNeedEveryOutputAndThenWriteNone)
@@ -89,8 +62,7 @@ TEST_F(OemAdapterEvent, CapabilitiesNeedEveryOutputAndThenWriteNone)
     {
         EventCapabilities outputs;
         EXPECT_EQ(outputs.Get(event, missing), E_POINTER) << missing;
-        EXPECT_EQ(outputs.languageCount, 4711U);
-        EXPECT_EQ(outputs.recordingCount, 4711U);
+        EXPECT_TRUE(outputs.AreUntouched());
     }
     EXPECT_THAT(library.calls, IsEmpty());
 }
@@ -107,7 +79,7 @@ TEST_F(OemAdapterEvent, CapabilitiesThatCannotBeHadLeaveNoOutput)
         library.capabilitiesEnd = end;
         EventCapabilities outputs;
         EXPECT_EQ(outputs.Get(event), result);
-        outputs.ExpectNothing();
+        EXPECT_TRUE(outputs.AreNothing());
     }
 }
 
@@ -448,44 +420,6 @@ TEST_F(OemAdapterEvent, ArmingNeedsSomewhereToPutTheBlock)
 
 // ParseDetectionResultData
 
-struct EventParse
-{
-    HRESULT Parse(IEventDetectorOemAdapter* adapter, IStream* stream, SOUNDDETECTOR_PATTERNHEADER* result, int missing = -1)
-    {
-        return adapter->ParseDetectionResultData(stream, result, missing == 0 ? nullptr : &context,
-                                                 missing == 1 ? nullptr : &selector, missing == 2 ? nullptr : &action,
-                                                 missing == 3 ? nullptr : &start, missing == 4 ? nullptr : &end,
-                                                 missing == 5 ? nullptr : &debugOutput);
-    }
-
-    void ExpectNothingBut(HRESULT error) const
-    {
-        EXPECT_EQ(context, nullptr);
-        EXPECT_EQ(selector.Event.EventId, GUID{});
-        EXPECT_EQ(selector.LangId, 0);
-        EXPECT_EQ(start, 0U);
-        EXPECT_EQ(end, 0U);
-        EXPECT_EQ(debugOutput, nullptr);
-        ExpectError(error);
-    }
-
-    void ExpectError(HRESULT error) const
-    {
-        EXPECT_EQ(action.EventActionType, EVENTACTIONTYPE_Error);
-        EXPECT_EQ(action.EventActionContextType, EVENTACTIONCONTEXTTYPE_ErrorCode);
-        EXPECT_EQ(action.EventActionContext.ErrorCode, error);
-    }
-
-    WCHAR noText = 0;
-    SOUNDDETECTOR_PATTERNHEADER noContext{};
-    SOUNDDETECTOR_PATTERNHEADER* context = &noContext;
-    DETECTIONEVENTSELECTOR selector{.Event = {}, .LangId = 4711, .UserId = 4711, .Armed = 4711};
-    EVENTACTION action{};
-    ULONG64 start = 4711;
-    ULONG64 end = 4711;
-    WCHAR* debugOutput = &noText;
-};
-
 TEST_F(OemAdapterEvent, ParsingAcceptsWithConfidenceAndTellsForWhomItWasArmed)
 {
     DETECTIONEVENTSELECTOR armed = Selector(Italian);
@@ -493,7 +427,7 @@ TEST_F(OemAdapterEvent, ParsingAcceptsWithConfidenceAndTellsForWhomItWasArmed)
     armed.Armed = TRUE;
     Arm(armed, StreamOf("VWOV mine").get());
     block = ResultBlock(1, 0x7F80);
-    EventParse outputs;
+    EventDetection outputs;
     ASSERT_EQ(outputs.Parse(event, empty.get(), AsResult(block)), S_OK);
     EXPECT_EQ(outputs.context, nullptr);
     EXPECT_EQ(outputs.selector.Event.EventId, EventId);
@@ -507,20 +441,18 @@ TEST_F(OemAdapterEvent, ParsingAcceptsWithConfidenceAndTellsForWhomItWasArmed)
     EXPECT_FLOAT_EQ(outputs.action.EventActionContext.ConfidenceValue, 0.5F);
     EXPECT_EQ(outputs.start, 1250000U);
     EXPECT_EQ(outputs.end, 1260800U);
-    CoTaskMemFree(outputs.debugOutput);
 }
 
 TEST_F(OemAdapterEvent, ParsingRejectsAnotherKeyword)
 {
     Arm(Selector(), empty.get());
     block = ResultBlock(2);
-    EventParse outputs;
+    EventDetection outputs;
     ASSERT_EQ(outputs.Parse(event, empty.get(), AsResult(block)), S_OK);
     EXPECT_EQ(outputs.action.EventActionType, EVENTACTIONTYPE_Reject);
     EXPECT_EQ(outputs.action.EventActionContextType, EVENTACTIONCONTEXTTYPE_None);
     EXPECT_EQ(outputs.selector.LangId, English);
     EXPECT_EQ(outputs.selector.Event.UserModelValid, FALSE);
-    CoTaskMemFree(outputs.debugOutput);
 }
 
 TEST_F(OemAdapterEvent, ParsingsDebugOutputIsTheCallsLinesWhateverIsShown)
@@ -529,9 +461,10 @@ TEST_F(OemAdapterEvent, ParsingsDebugOutputIsTheCallsLinesWhateverIsShown)
     NextProcess();
     Arm(Selector(), empty.get());
     library.lines["ParseDetectionResultData"] = {4, 5};
-    EventParse outputs;
+    EventDetection outputs;
     ASSERT_EQ(outputs.Parse(event, empty.get(), AsResult(block)), S_OK);
-    EXPECT_EQ(TakeText(outputs.debugOutput), "4 [ParseDetectionResultData] A line.\r\n5 [ParseDetectionResultData] A line.\r\n");
+    EXPECT_EQ(TakeText(std::exchange(outputs.debugOutput, nullptr)),
+              "4 [ParseDetectionResultData] A line.\r\n5 [ParseDetectionResultData] A line.\r\n");
     EXPECT_THAT(log.Read(), Not(HasSubstr("ParseDetectionResultData")));
 }
 
@@ -545,41 +478,40 @@ TEST_F(OemAdapterEvent, ParsingWithoutAnArmingOfThisGenerationKnowsNoUser)
     SOUNDDETECTOR_PATTERNHEADER* pattern = nullptr;
     ASSERT_EQ(keyword->BuildArmingPatternData(empty.get(), &selector, 1, &pattern), S_OK);
     CoTaskMemFree(pattern);
-    EventParse outputs;
+    EventDetection outputs;
     ASSERT_EQ(outputs.Parse(event, empty.get(), AsResult(block)), S_OK);
     EXPECT_EQ(outputs.selector.LangId, Italian);
     EXPECT_EQ(outputs.selector.UserId, 0U);
     EXPECT_EQ(outputs.selector.Armed, FALSE);
-    CoTaskMemFree(outputs.debugOutput);
 }
 
 TEST_F(OemAdapterEvent, RepairOfParsingNullStreamIsAnEmptyOne)
 {
     Arm(Selector(), empty.get());
     NextProcess();
-    EventParse outputs;
+    EventDetection outputs;
     ASSERT_EQ(outputs.Parse(event, nullptr, AsResult(block)), S_OK);
     EXPECT_EQ(library.stream, "");
     EXPECT_THAT(library.calls, ElementsAre("BuildArmingPatternData(1033)", "ParseDetectionResultData(1033)"));
-    CoTaskMemFree(outputs.debugOutput);
 }
 
 TEST_F(OemAdapterEvent, RepairOfParsingStoredBlockInANewProcessHasLanguageAndUserMatch)
 {
     Arm(Selector(Italian), empty.get());
     NextProcess();
-    EventParse outputs;
+    EventDetection outputs;
     ASSERT_EQ(outputs.Parse(event, StreamOf("VWOV mine").get(), AsResult(block)), S_OK);
     EXPECT_EQ(outputs.selector.LangId, Italian);
     EXPECT_EQ(outputs.selector.Event.UserModelValid, TRUE);
-    EXPECT_THAT(TakeText(outputs.debugOutput), HasSubstr("Arming language 1040"));
+    EXPECT_THAT(TakeText(std::exchange(outputs.debugOutput, nullptr)), HasSubstr("Arming language 1040"));
 }
 
 TEST_F(OemAdapterEvent, RepairOfParsingUnknownLanguageIsAFailureAndNeverLanguageZero)
 {
-    EventParse outputs;
+    EventDetection outputs;
     EXPECT_EQ(outputs.Parse(event, empty.get(), AsResult(block)), GenFailure);
-    outputs.ExpectNothingBut(GenFailure);
+    EXPECT_TRUE(outputs.IsNothing());
+    EXPECT_TRUE(outputs.IsError(GenFailure));
 }
 
 TEST_F(OemAdapterEvent, ParsingNeedsEveryOutputAndTellsSoInTheAction)
@@ -588,13 +520,12 @@ TEST_F(OemAdapterEvent, ParsingNeedsEveryOutputAndTellsSoInTheAction)
     for (int missing = 0; missing < 6; ++missing)
     {
         SCOPED_TRACE(missing);
-        EventParse outputs;
+        EventDetection outputs;
         EXPECT_EQ(outputs.Parse(event, empty.get(), AsResult(block), missing), E_POINTER);
-        EXPECT_EQ(outputs.selector.LangId, 4711);
-        EXPECT_EQ(outputs.debugOutput, &outputs.noText);
+        EXPECT_TRUE(outputs.IsUntouched());
         if (missing != 2)
         {
-            outputs.ExpectError(E_POINTER);
+            EXPECT_TRUE(outputs.IsError(E_POINTER));
         }
     }
 }
@@ -603,9 +534,10 @@ TEST_F(OemAdapterEvent, ParsingsFailuresLeaveNoOutputButTheError)
 {
     Arm(Selector(), empty.get());
     const auto expect = [&](HRESULT result, std::vector<uint8_t> damaged) {
-        EventParse outputs;
+        EventDetection outputs;
         EXPECT_EQ(outputs.Parse(event, empty.get(), damaged.empty() ? nullptr : AsResult(damaged)), result);
-        outputs.ExpectNothingBut(result);
+        EXPECT_TRUE(outputs.IsNothing());
+        EXPECT_TRUE(outputs.IsError(result));
     };
     expect(E_POINTER, {});
     expect(E_INVALIDARG, ResultBlock(1, 0, 59));
@@ -642,7 +574,7 @@ TEST_F(OemAdapterEvent, NoExceptionLeavesAMethod)
     DETECTIONEVENTSELECTOR selector = Selector();
     SOUNDDETECTOR_PATTERNHEADER* pattern = nullptr;
     EventCapabilities capabilities;
-    EventParse parsed;
+    EventDetection parsed;
     DETECTIONEVENT* events = nullptr;
     ULONG count = 0;
     EXPECT_EQ(capabilities.Get(event), GenFailure);
@@ -652,8 +584,9 @@ TEST_F(OemAdapterEvent, NoExceptionLeavesAMethod)
     EXPECT_EQ(event->BuildArmingPatternData(empty.get(), &selector, 1, &pattern), GenFailure);
     WriteNumber(HKEY_CURRENT_USER, UserKey, u"LastLanguage", English);
     EXPECT_EQ(parsed.Parse(event, empty.get(), AsResult(block)), GenFailure);
-    capabilities.ExpectNothing();
-    parsed.ExpectNothingBut(GenFailure);
+    EXPECT_TRUE(capabilities.AreNothing());
+    EXPECT_TRUE(parsed.IsNothing());
+    EXPECT_TRUE(parsed.IsError(GenFailure));
 }
 
 } // namespace

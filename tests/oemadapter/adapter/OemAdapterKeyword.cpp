@@ -2,20 +2,20 @@
 // What is left of task memory and references at a test's end is looked at natively.
 #include "oemadapter/settings/DetectorId.h"
 #include "oemadapter/windows/ProvisionalResultCodes.h"
+#include "tests/oemadapter/support/OemAdapterOutputs.h"
 #include "tests/oemadapter/support/OemAdapterTest.h"
 #include "tests/support/AudioFormat.h"
 #include "tests/support/MediaBuffer.h"
 
 #include <functional>
 #include <optional>
+#include <utility>
 
 namespace
 {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using velox::oemadapter::ComPointer;
-using velox::oemadapter::TaskMemory;
 
 class OemAdapterKeyword : public OemAdapterTest
 {
@@ -33,47 +33,10 @@ protected:
 
 // GetCapabilities
 
-/// The outputs, with values of no meaning at first. One that `missing` names is not given.
-struct CapabilitiesOutputs
-{
-    HRESULT Get(IKeywordDetectorOemAdapter* adapter, int missing = -1)
-    {
-        BOOL* const a = missing == 0 ? nullptr : &supportsUserModels;
-        KEYWORDID** const b = missing == 1 ? nullptr : &keywordIds;
-        ULONG* const c = missing == 2 ? nullptr : &keywordCount;
-        LANGID** const d = missing == 3 ? nullptr : &languageIds;
-        ULONG* const e = missing == 4 ? nullptr : &languageCount;
-        IMFMediaType** const f = missing == 5 ? nullptr : &audioFormat;
-        return adapter->GetCapabilities(a, b, c, d, e, f);
-    }
-
-    void ExpectNothing() const
-    {
-        EXPECT_EQ(supportsUserModels, FALSE);
-        EXPECT_EQ(keywordIds, nullptr);
-        EXPECT_EQ(keywordCount, 0U);
-        EXPECT_EQ(languageIds, nullptr);
-        EXPECT_EQ(languageCount, 0U);
-        EXPECT_EQ(audioFormat, nullptr);
-    }
-
-    KEYWORDID noKeyword = KwSelection;
-    LANGID noLanguage = 0;
-    BOOL supportsUserModels = 4711;
-    KEYWORDID* keywordIds = &noKeyword;
-    ULONG keywordCount = 4711;
-    LANGID* languageIds = &noLanguage;
-    ULONG languageCount = 4711;
-    IMFMediaType* audioFormat = reinterpret_cast<IMFMediaType*>(&noKeyword);
-};
-
 TEST_F(OemAdapterKeyword, CapabilitiesAreTheLibrarysWithOwnedArrays)
 {
-    CapabilitiesOutputs outputs;
+    KeywordCapabilities outputs;
     ASSERT_EQ(outputs.Get(keyword), S_OK);
-    const TaskMemory<KEYWORDID> keywords(outputs.keywordIds);
-    const TaskMemory<LANGID> languages(outputs.languageIds);
-    const ComPointer<IMFMediaType> format(outputs.audioFormat);
     EXPECT_EQ(outputs.supportsUserModels, TRUE);
     ASSERT_EQ(outputs.keywordCount, 1U);
     EXPECT_EQ(*outputs.keywordIds, KwVoiceAssistant);
@@ -84,24 +47,21 @@ TEST_F(OemAdapterKeyword, CapabilitiesAreTheLibrarysWithOwnedArrays)
 
 TEST_F(OemAdapterKeyword, RepairOfCapabilitiesFormatIsFloatAndNotTheLibrarysPcm)
 {
-    CapabilitiesOutputs outputs;
+    KeywordCapabilities outputs;
     ASSERT_EQ(outputs.Get(keyword), S_OK);
-    CoTaskMemFree(outputs.keywordIds);
-    CoTaskMemFree(outputs.languageIds);
     const WAVEFORMATEX format = ReadAudioFormat(outputs.audioFormat);
     EXPECT_EQ(format.wFormatTag, WAVE_FORMAT_IEEE_FLOAT);
     EXPECT_EQ(format.wBitsPerSample, 32);
-    EXPECT_EQ(outputs.audioFormat->Release(), 0U);
+    EXPECT_EQ(std::exchange(outputs.audioFormat, nullptr)->Release(), 0U);
 }
 
 TEST_F(OemAdapterKeyword, CapabilitiesNeedEveryOutputAndThenWriteNone)
 {
     for (int missing = 0; missing < 6; ++missing)
     {
-        CapabilitiesOutputs outputs;
+        KeywordCapabilities outputs;
         EXPECT_EQ(outputs.Get(keyword, missing), E_POINTER) << missing;
-        EXPECT_EQ(missing == 2 || outputs.keywordCount == 4711, true);
-        EXPECT_EQ(missing == 4 || outputs.languageCount == 4711, true);
+        EXPECT_TRUE(outputs.AreUntouched());
     }
     EXPECT_THAT(library.calls, IsEmpty());
 }
@@ -116,9 +76,9 @@ TEST_F(OemAdapterKeyword, CapabilitiesThatCannotBeHadLeaveNoOutput)
                                       {CapabilitiesEnd::Exception, GenFailure}})
     {
         library.capabilitiesEnd = end;
-        CapabilitiesOutputs outputs;
+        KeywordCapabilities outputs;
         EXPECT_EQ(outputs.Get(keyword), result);
-        outputs.ExpectNothing();
+        EXPECT_TRUE(outputs.AreNothing());
     }
 }
 
@@ -340,34 +300,9 @@ TEST_F(OemAdapterKeyword, ArmingNeedsSomewhereToPutTheBlock)
 
 // ParseDetectionResultData
 
-struct ParseOutputs
-{
-    HRESULT Parse(IKeywordDetectorOemAdapter* adapter, IStream* stream, SOUNDDETECTOR_PATTERNHEADER* result, int missing = -1)
-    {
-        return adapter->ParseDetectionResultData(stream, result, missing == 0 ? nullptr : &keywordId,
-                                                 missing == 1 ? nullptr : &languageId, missing == 2 ? nullptr : &isUserMatch,
-                                                 missing == 3 ? nullptr : &start, missing == 4 ? nullptr : &end);
-    }
-
-    void ExpectNothing() const
-    {
-        EXPECT_EQ(keywordId, KwInvalid);
-        EXPECT_EQ(languageId, 0);
-        EXPECT_EQ(isUserMatch, FALSE);
-        EXPECT_EQ(start, 0U);
-        EXPECT_EQ(end, 0U);
-    }
-
-    KEYWORDID keywordId = KwSelection;
-    LANGID languageId = 4711;
-    BOOL isUserMatch = 4711;
-    ULONG64 start = 4711;
-    ULONG64 end = 4711;
-};
-
 TEST_F(OemAdapterKeyword, ParsingTellsWhatWasDetected)
 {
-    ParseOutputs outputs;
+    KeywordDetection outputs;
     Arm(Italian, StreamOf("VWOV mine").get());
     ASSERT_EQ(outputs.Parse(keyword, empty.get(), AsResult(block)), S_OK);
     EXPECT_EQ(outputs.keywordId, KwVoiceAssistant);
@@ -379,7 +314,7 @@ TEST_F(OemAdapterKeyword, ParsingTellsWhatWasDetected)
 
 TEST_F(OemAdapterKeyword, ParsingTellsAnotherKeywordAsInvalid)
 {
-    ParseOutputs outputs;
+    KeywordDetection outputs;
     Arm(English, empty.get());
     block = ResultBlock(2);
     ASSERT_EQ(outputs.Parse(keyword, empty.get(), AsResult(block)), S_OK);
@@ -390,7 +325,7 @@ TEST_F(OemAdapterKeyword, ParsingTellsAnotherKeywordAsInvalid)
 
 TEST_F(OemAdapterKeyword, ParsingTellsWhatAnotherObjectArmed)
 {
-    ParseOutputs outputs;
+    KeywordDetection outputs;
     Arm(Italian, empty.get());
     ReleaseAdapter();
     CreateAdapter();
@@ -401,23 +336,23 @@ TEST_F(OemAdapterKeyword, ParsingTellsWhatAnotherObjectArmed)
 
 TEST_F(OemAdapterKeyword, ParsingNeedsEveryOutput)
 {
-    ParseOutputs outputs;
+    KeywordDetection outputs;
     Arm(English, empty.get());
     for (int missing = 0; missing < 5; ++missing)
     {
         EXPECT_EQ(outputs.Parse(keyword, empty.get(), AsResult(block), missing), E_POINTER) << missing;
-        EXPECT_EQ(outputs.languageId, 4711);
+        EXPECT_TRUE(outputs.IsUntouched());
     }
 }
 
 TEST_F(OemAdapterKeyword, ParsingFailuresLeaveNoOutput)
 {
-    ParseOutputs outputs;
+    KeywordDetection outputs;
     Arm(English, empty.get());
     const auto expect = [&](HRESULT result, IStream* stream, std::vector<uint8_t> damaged) {
         outputs = {};
         EXPECT_EQ(outputs.Parse(keyword, stream, damaged.empty() ? nullptr : AsResult(damaged)), result);
-        outputs.ExpectNothing();
+        EXPECT_TRUE(outputs.IsNothing());
     };
     expect(E_POINTER, nullptr, block);
     expect(E_POINTER, empty.get(), {});
@@ -432,7 +367,7 @@ TEST_F(OemAdapterKeyword, ParsingFailuresLeaveNoOutput)
 
 TEST_F(OemAdapterKeyword, ParsingTakesABlockThatSaysItIsLarger)
 {
-    ParseOutputs outputs;
+    KeywordDetection outputs;
     Arm(English, empty.get());
     block = ResultBlock(1, 0, 0xFFFFFFFF);
     EXPECT_EQ(outputs.Parse(keyword, empty.get(), AsResult(block)), S_OK);
@@ -440,7 +375,7 @@ TEST_F(OemAdapterKeyword, ParsingTakesABlockThatSaysItIsLarger)
 
 TEST_F(OemAdapterKeyword, RepairOfParsingStoredBlockInANewProcessHasLanguageAndUserMatch)
 {
-    ParseOutputs outputs;
+    KeywordDetection outputs;
     Arm(Italian, empty.get());
     NextProcess();
     ASSERT_EQ(outputs.Parse(keyword, StreamOf("VWOV mine").get(), AsResult(block)), S_OK);
@@ -450,9 +385,9 @@ TEST_F(OemAdapterKeyword, RepairOfParsingStoredBlockInANewProcessHasLanguageAndU
 
 TEST_F(OemAdapterKeyword, RepairOfParsingUnknownLanguageIsAFailureAndNeverLanguageZero)
 {
-    ParseOutputs outputs;
+    KeywordDetection outputs;
     EXPECT_EQ(outputs.Parse(keyword, empty.get(), AsResult(block)), GenFailure);
-    outputs.ExpectNothing();
+    EXPECT_TRUE(outputs.IsNothing());
 }
 
 TEST_F(OemAdapterKeyword, NoExceptionLeavesAMethod)
@@ -465,16 +400,16 @@ TEST_F(OemAdapterKeyword, NoExceptionLeavesAMethod)
     LONG ends[] = {0};
     KEYWORDSELECTOR selector{KwVoiceAssistant, English};
     SOUNDDETECTOR_PATTERNHEADER* pattern = nullptr;
-    CapabilitiesOutputs outputs;
-    ParseOutputs parsed;
+    KeywordCapabilities outputs;
+    KeywordDetection parsed;
     EXPECT_EQ(outputs.Get(keyword), E_OUTOFMEMORY);
     EXPECT_EQ(keyword->VerifyUserKeyword(empty.get(), KwVoiceAssistant, English, 0, take.get()), E_OUTOFMEMORY);
     EXPECT_EQ(keyword->ComputeAndAddUserModelData(empty.get(), selector, ends, recordings, 1), E_OUTOFMEMORY);
     EXPECT_EQ(keyword->BuildArmingPatternData(empty.get(), &selector, 1, &pattern), E_OUTOFMEMORY);
     WriteNumber(HKEY_CURRENT_USER, UserKey, u"LastLanguage", English);
     EXPECT_EQ(parsed.Parse(keyword, empty.get(), AsResult(block)), E_OUTOFMEMORY);
-    outputs.ExpectNothing();
-    parsed.ExpectNothing();
+    EXPECT_TRUE(outputs.AreNothing());
+    EXPECT_TRUE(parsed.IsNothing());
 }
 
 } // namespace

@@ -55,6 +55,15 @@ TEST_F(RegistryKey, ReadsAValueAsItStands)
     EXPECT_THAT(value.bytes, testing::ElementsAre('a', 'b', 'c'));
 }
 
+TEST_F(RegistryKey, ReadsALongValue)
+{
+    const std::string bytes(5000, 'x');
+    WriteValue(HKEY_LOCAL_MACHINE, Path, u"Some", REG_BINARY, bytes);
+    OpenForReading();
+    EXPECT_EQ(key.Read(L"Some", &value), ERROR_SUCCESS);
+    EXPECT_EQ(std::string(value.bytes.begin(), value.bytes.end()), bytes);
+}
+
 TEST_F(RegistryKey, ReadsAnEmptyValue)
 {
     WriteValue(HKEY_LOCAL_MACHINE, Path, u"Some", REG_SZ, "");

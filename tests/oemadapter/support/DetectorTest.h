@@ -4,6 +4,7 @@
 #include "tests/oemadapter/support/LiveObjects.h"
 #include "tests/oemadapter/support/LogText.h"
 #include "tests/oemadapter/support/RegistryTree.h"
+#include "tests/oemadapter/support/ResultBlock.h"
 #include "tests/oemadapter/support/ScriptedLibrary.h"
 
 #include <gtest/gtest.h>
