@@ -58,6 +58,7 @@ void AdapterLogger::LogWithCode(uint32_t level, uint32_t source, const std::stri
     Add(level, source, message, code);
 }
 
+// NOLINTNEXTLINE(cert-dcl50-cpp): the interface is given
 void AdapterLogger::LogFormat(uint32_t level, uint32_t source, const char* format, ...)
 {
     // One character more than is shown tells that the message is too long.

@@ -26,7 +26,7 @@ struct Module
 Module& TheModule();
 
 /// Ends it, while the module is being unloaded: nothing of the module is used any more. The library is closed and its last line
-/// logged; none of that waits for another thread or loads a module, as the system's loader demands.
+/// logged, within the system loader's lock: that waits for no other thread and loads no module.
 void EndModule();
 
 } // namespace velox::oemadapter

@@ -1,6 +1,8 @@
 // How long the module stays, what it exports, and what many objects leave behind.
 #include "tests/oemadapter/com/ComHost.h"
 
+#include <gmock/gmock.h>
+
 #include <psapi.h>
 
 #include <array>
@@ -8,6 +10,9 @@
 
 namespace
 {
+
+using testing::EndsWith;
+using testing::Not;
 
 constexpr const wchar_t* Module = L"VeloxOemAdapter.dll";
 
@@ -65,6 +70,17 @@ TEST_F(Lifetime, TheModuleComesBackAfterItWent)
         CoFreeUnusedLibrariesEx(0, 0);
         EXPECT_EQ(GetModuleHandleW(Module), nullptr);
     }
+}
+
+TEST_F(Lifetime, TheModulesEndIsTheLibrarysLastLine)
+{
+    const Apartment apartment(COINIT_APARTMENTTHREADED);
+    WriteNumber(HKEY_LOCAL_MACHINE, LibraryKey, u"LoggerLevel", 4);
+    WriteNumber(HKEY_LOCAL_MACHINE, LibraryKey, u"LogToFile", 1);
+    EXPECT_EQ(Arm(), S_OK);
+    EXPECT_THAT(ReadWholeFile(logFile.string()), Not(EndsWith(" Destructor.\r\n")));
+    CoFreeUnusedLibrariesEx(0, 0);
+    EXPECT_THAT(ReadWholeFile(logFile.string()), EndsWith(" Destructor.\r\n"));
 }
 
 TEST_F(Lifetime, AHeldFactoryKeepsTheModule)

@@ -53,8 +53,8 @@ TEST(SharedLogWriter, DISABLED_Writes)
 
 TEST_F(SharedLog, HasWholeLinesOfBothProcesses)
 {
-    WriteNumber(HKEY_LOCAL_MACHINE, u"SOFTWARE\\Velox\\KeywordDetectorAdapter", u"LoggerLevel", 5);
-    WriteNumber(HKEY_LOCAL_MACHINE, u"SOFTWARE\\Velox\\KeywordDetectorAdapter", u"LogToFile", 1);
+    WriteNumber(HKEY_LOCAL_MACHINE, LibraryKey, u"LoggerLevel", 5);
+    WriteNumber(HKEY_LOCAL_MACHINE, LibraryKey, u"LogToFile", 1);
     WriteNumber(HKEY_CURRENT_USER, UserKey, u"LastLanguage", 1033);
     const HANDLE first = StartWriter();
     const HANDLE second = StartWriter();
@@ -85,7 +85,7 @@ TEST_F(SharedLog, HasWholeLinesOfBothProcesses)
 TEST_F(SharedLog, IsNotThereWithoutBeingAskedFor)
 {
     const Apartment apartment(COINIT_MULTITHREADED);
-    WriteNumber(HKEY_LOCAL_MACHINE, u"SOFTWARE\\Velox\\KeywordDetectorAdapter", u"LoggerLevel", 5);
+    WriteNumber(HKEY_LOCAL_MACHINE, LibraryKey, u"LoggerLevel", 5);
     WriteNumber(HKEY_CURRENT_USER, UserKey, u"LastLanguage", 1033);
     EXPECT_EQ(CreateUseAndRelease(), S_OK);
     EXPECT_FALSE(std::filesystem::exists(logFile));

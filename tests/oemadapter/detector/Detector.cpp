@@ -5,8 +5,11 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <new>
 #include <stdexcept>
+#include <thread>
+#include <vector>
 
 namespace
 {
@@ -105,6 +108,34 @@ TEST_F(Detector, ACallsResultIsItsLastLine)
     EXPECT_THAT(log.Read(), Not(HasSubstr("Failed.")));
     EXPECT_EQ(Call([](DetectorContents&) { return E_INVALIDARG; }), E_INVALIDARG);
     EXPECT_THAT(log.Read(), HasSubstr("1 adapter IThing::Method Failed. 0x80070057\r\n"));
+}
+
+TEST_F(Detector, CallsOfSeveralThreadsDoNotOverlap)
+{
+    EXPECT_EQ(detector->AddUser(), S_OK);
+    std::atomic<int> underWay = 0;
+    std::atomic<bool> overlapped = false;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; ++i)
+    {
+        threads.emplace_back([&] {
+            for (int call = 0; call < 50; ++call)
+            {
+                EXPECT_EQ(Call([&](DetectorContents&) {
+                              overlapped = ++underWay > 1 || overlapped;
+                              std::this_thread::yield();
+                              --underWay;
+                              return S_OK;
+                          }),
+                          S_OK);
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+    {
+        thread.join();
+    }
+    EXPECT_FALSE(overlapped);
 }
 
 TEST_F(Detector, NoExceptionLeavesACall)

@@ -7,6 +7,7 @@
 
 // Keys and values in the registry: the real one on Windows, in the tests' private Wine prefix; the double's natively.
 
+constexpr const char16_t* LibraryKey = u"SOFTWARE\\Velox\\KeywordDetectorAdapter";
 constexpr const char16_t* AdapterKey = u"SOFTWARE\\Velox\\KeywordDetectorAdapter\\OemAdapter";
 constexpr const char16_t* UserKey = u"Software\\Velox\\KeywordDetectorAdapter";
 constexpr const char16_t* ClassKey = u"SOFTWARE\\Classes\\CLSID\\{3B0E9B6C-5C1D-4A57-8E07-61C2A94D7F25}";

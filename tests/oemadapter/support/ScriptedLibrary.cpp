@@ -201,19 +201,6 @@ private:
     template <typename Action>
     HRESULT Answer(const std::string& operation, const std::string& arguments, const Action& action)
     {
-        struct UnderWay
-        {
-            UnderWay(const UnderWay&) = delete;
-            UnderWay& operator=(const UnderWay&) = delete;
-            UnderWay()
-            {
-                GetScriptedLibrary().overlapped |= ++GetScriptedLibrary().callsAtOnce > 1;
-            }
-            ~UnderWay()
-            {
-                --GetScriptedLibrary().callsAtOnce;
-            }
-        } const underWay;
         const FaultPause pause;
         script.calls.push_back(operation + "(" + arguments + ")");
         for (const uint32_t level : script.lines[operation])

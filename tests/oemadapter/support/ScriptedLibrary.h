@@ -43,10 +43,8 @@ public:
     std::vector<std::vector<float>> recordings; ///< that were verified or computed
     std::string stream;                         ///< what the operation's stream held; "null" for none
     GUID detectorId{};
-    int objects = 0;         ///< that live
-    int mostObjects = 0;     ///< that lived at once
-    int callsAtOnce = 0;     ///< that are under way
-    bool overlapped = false; ///< whether a call began while another was under way
+    int objects = 0;     ///< that live
+    int mostObjects = 0; ///< that lived at once
 };
 
 ScriptedLibrary& GetScriptedLibrary();
