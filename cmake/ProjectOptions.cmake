@@ -38,6 +38,11 @@ if(VELOX_COVERAGE)
     add_link_options(-fprofile-instr-generate)
 endif()
 
+# The same sources give the same programs, whenever they are linked.
+if(MINGW)
+    add_link_options(LINKER:--no-insert-timestamp)
+endif()
+
 # Adds the options above to a target of the project.
 function(velox_project_target target)
     target_link_libraries(${target} PRIVATE velox_project_options)
