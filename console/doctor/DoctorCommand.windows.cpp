@@ -1,4 +1,6 @@
 #include "console/doctor/DoctorCommand.h"
+
+#include "console/doctor/AdapterCheck.h"
 #include "console/doctor/Bundle.h"
 #include "console/hosting/DetectorOptions.h"
 #include "console/hosting/NarrowPath.h"
@@ -58,7 +60,8 @@ Report Examine(const std::filesystem::path& configuration, const std::filesystem
             "The library's caller cannot hand it over.", "Rename the file or its folder; letters without accents always work.",
             EveryOperation);
     }
-    for (const Findings& more : {CheckEngine(engine), CheckSettings(settings)})
+    const AdapterFacts adapter = ProbeAdapter(DefaultDetectorId);
+    for (const Findings& more : {CheckEngine(engine), CheckSettings(settings), CheckAdapter(adapter, configuration)})
     {
         check.findings.insert(check.findings.end(), more.begin(), more.end());
     }
@@ -74,12 +77,13 @@ Report Examine(const std::filesystem::path& configuration, const std::filesystem
 
 void AddDoctorCommand(CLI::App& app, Commands& commands)
 {
-    CLI::App* command =
-        app.add_subcommand("doctor", "Checks a configuration file, the files that it names, the engine and the registry");
+    CLI::App* command = app.add_subcommand(
+        "doctor", "Checks a configuration file, the files that it names, the engine, the registry and the OEM adapter");
     const auto options = std::make_shared<DetectorOptions>();
     const auto bundle = std::make_shared<std::string>();
     AddDetectorOptions(command, options.get());
     command->remove_option(command->get_option("--detector-id")); // no block is looked at
+    command->remove_option(command->get_option("--through"));
     command->add_option("CONFIG", options->configuration, "The same as --config FILE");
     command
         ->add_option("--bundle", *bundle, "Also write a text for support: findings, configuration, versions, log; without voice")

@@ -41,9 +41,7 @@ struct CapabilitiesAnswer : Answer
 struct ArmingAnswer : Answer
 {
     std::vector<uint8_t> pattern; ///< exactly as the library returns it
-
-    /// Whether the stream held a user's model; everybody's was used otherwise.
-    bool UsedUserModel() const;
+    bool usedUserModel = false;   ///< the stream held one; everybody's was used otherwise
 };
 
 struct DetectionAnswer : Answer
@@ -55,12 +53,12 @@ struct DetectionAnswer : Answer
     uint64_t keywordEnd = 0;
 };
 
-/// The library's adapter, as an OEM adapter holds it.
+/// The library's adapter, as an OEM adapter holds it; or the registered OEM adapter, as Windows holds that.
 class Detector
 {
 public:
-    /// @throws CommandFailure for a GUID that is none, a path that the process's code page cannot hold, or a log file that cannot
-    ///     be written
+    /// @throws CommandFailure for a GUID that is none, a path that the process's code page cannot hold, a log file that cannot be
+    ///     written, or an adapter that cannot be created
     Detector(const DetectorOptions& options, const LogOptions& log);
 
     CapabilitiesAnswer GetCapabilities();

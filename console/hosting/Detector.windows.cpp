@@ -4,6 +4,8 @@
 #include "console/hosting/ConfigurationXml.h"
 #include "console/hosting/LogExplanation.h"
 #include "console/hosting/NarrowPath.h"
+#include "console/hosting/RegisteredAdapter.h"
+#include "console/hosting/UserModelStream.h"
 #include "console/text/CommandFailure.h"
 #include "console/text/LastError.h"
 #include "console/text/StatusText.h"
@@ -12,6 +14,7 @@
 #include <mfapi.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace velox::console
@@ -31,6 +34,14 @@ struct TaskMemoryFree
 };
 template <typename Element>
 using TaskMemory = std::unique_ptr<Element, TaskMemoryFree>;
+
+/// What the library looks for, too.
+bool BeginsAsUserModel(IStream* stream)
+{
+    constexpr std::array<uint8_t, 4> Signature{'V', 'W', 'O', 'V'};
+    const std::vector<uint8_t> content = Content(stream);
+    return content.size() >= Signature.size() && std::equal(Signature.begin(), Signature.end(), content.begin());
+}
 
 GUID ParseGuid(const std::string& text)
 {
@@ -121,19 +132,20 @@ void Answer::Require(const std::string& operation) const
     }
 }
 
-bool ArmingAnswer::UsedUserModel() const
-{
-    return std::ranges::find(lines, "[BuildArmingPatternData] Using user model.", &LoggedLine::message) != lines.end();
-}
-
 Detector::Detector(const DetectorOptions& options, const LogOptions& log) : logger(log)
 {
+    const GUID id = ParseGuid(options.detectorId);
+    const std::string configuration = ConfigurationPath(options.configuration);
+    if (options.through == ThroughAdapter)
+    {
+        adapter = std::make_unique<RegisteredAdapter>(id, &logger);
+        return;
+    }
     RequireLibrary();
     logger.Begin();
-    adapter.reset(
-        KeywordDetectorAdapterImplementation::CreateKeywordDetectorAdapterImpl(
-            &logger, ConfigurationPath(options.configuration), "velox-kws " VELOX_VERSION, ParseGuid(options.detectorId))
-            .release());
+    adapter.reset(KeywordDetectorAdapterImplementation::CreateKeywordDetectorAdapterImpl(&logger, configuration,
+                                                                                         "velox-kws " VELOX_VERSION, id)
+                      .release());
     logger.TakeLines();
 }
 
@@ -198,6 +210,7 @@ ArmingAnswer Detector::Arm(IStream* userModel, uint16_t language)
     if (answer.Succeeded())
     {
         std::memcpy(&length, block, sizeof(length));
+        answer.usedUserModel = BeginsAsUserModel(userModel);
     }
     answer.pattern = TakeBuffer(block, length);
     return answer;

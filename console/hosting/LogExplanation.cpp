@@ -106,6 +106,9 @@ constexpr std::array Explanations{
                 "Compare its bytes 4 to 19 with the GUID of --detector-id; velox-kws inspect shows them."},
     Explanation{"[VerifyUserKeyword] Validation error", Configuration, NotConfigured, ListLanguages},
     Explanation{"expected keyword ID", Configuration, NotConfigured, ListLanguages},
+    Explanation{"The OEM adapter failed", Library, "the OEM adapter refused it",
+                "Its log file, %ProgramData%\\Velox\\VeloxOemAdapter.log when not set otherwise, tells why; or try without "
+                "--through adapter."},
     Explanation{"Failed to allocate", Library, "memory ran out", "Close other programs, or give less."},
 };
 

@@ -95,6 +95,7 @@ void AddMakeLanguageCommand(CLI::App& app, Commands& commands)
         ->type_name("DIR");
     addFolder("--out", &request.folder, "Folder for the language's files: the configuration's directory");
     AddDetectorOptions(command, &options->detector);
+    command->remove_option(command->get_option("--through")); // what is made is tried with the library itself
     addNumber("--false-alarms-per-hour", &request.training.falseAlarmsPerHour, 0.001, 50.0,
               "What the thresholds aim at; default 0.5");
     command->add_option("--name", request.name, "In the files' names, kp_NAME.bin; default the language's id")

@@ -62,7 +62,7 @@ Report Arm(const PatternOptions& options, const Context& context)
     const bool isUserModel = !options.userModel.empty();
     Detector detector(options.detector, context.log);
     const ArmingAnswer answer = ArmFor(language, UserModelOf(options).get(), &detector);
-    if (isUserModel && !answer.UsedUserModel())
+    if (isUserModel && !answer.usedUserModel)
     {
         throw CommandFailure(ExitCode::BadInput, options.userModel + " holds no user model: it does not begin with VWOV.",
                              "Make one with velox-kws enroll, or leave --model out to arm everybody's model.");

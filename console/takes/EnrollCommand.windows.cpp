@@ -94,7 +94,7 @@ private:
         // A model that the library cannot arm with must not replace one that it can.
         const ArmingAnswer armed = verifier.detector.Arm(stream.get(), verifier.language);
         armed.Require("Arming with the new model");
-        if (!armed.UsedUserModel())
+        if (!armed.usedUserModel)
         {
             throw CommandFailure(ExitCode::LibraryFailure, "The library does not take the new model for a user's.",
                                  "Is the VeloxWovSDK.dll beside the program the right one?");

@@ -84,9 +84,9 @@ TEST_F(Detector, AFailureHasTheLinesOfItsOperationAlone)
 
 TEST_F(Detector, WhoseModelWasArmedIsTold)
 {
-    EXPECT_FALSE(detector.Arm(EmptyStream().get(), ToneProject::English).UsedUserModel());
+    EXPECT_FALSE(detector.Arm(EmptyStream().get(), ToneProject::English).usedUserModel);
     project.Write("user.vwov", std::string("VWOV and whatever follows"));
-    EXPECT_TRUE(detector.Arm(OpenUserModel(project.File("user.vwov")).get(), ToneProject::English).UsedUserModel());
+    EXPECT_TRUE(detector.Arm(OpenUserModel(project.File("user.vwov")).get(), ToneProject::English).usedUserModel);
 }
 
 TEST_F(Detector, WhatIsRequiredAndFailedIsExplained)
