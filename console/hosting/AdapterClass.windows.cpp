@@ -13,19 +13,15 @@ namespace
 /// A text of the 64-bit registry, with its variables put in.
 std::optional<std::wstring> RegistryTextOf(const std::wstring& key, const wchar_t* name)
 {
-    constexpr DWORD Texts = RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ | RRF_SUBKEY_WOW6464KEY;
-    DWORD size = 0;
-    if (RegGetValueW(HKEY_LOCAL_MACHINE, key.c_str(), name, Texts, nullptr, nullptr, &size) != ERROR_SUCCESS)
+    constexpr DWORD LongestText = 32768;
+    std::wstring text(LongestText, L'\0');
+    DWORD size = LongestText * sizeof(wchar_t);
+    if (RegGetValueW(HKEY_LOCAL_MACHINE, key.c_str(), name, RRF_RT_REG_SZ | RRF_SUBKEY_WOW6464KEY, nullptr, text.data(), &size) !=
+        ERROR_SUCCESS)
     {
         return std::nullopt;
     }
-    std::wstring text(size / sizeof(wchar_t), L'\0');
-    if (RegGetValueW(HKEY_LOCAL_MACHINE, key.c_str(), name, Texts, nullptr, text.data(), &size) != ERROR_SUCCESS)
-    {
-        return std::nullopt;
-    }
-    text.resize(wcslen(text.c_str()));
-    return text;
+    return text.c_str();
 }
 
 } // namespace

@@ -1,0 +1,50 @@
+#include "console/doctor/AdapterCheck.h"
+
+#include "console/hosting/DetectorOptions.h"
+#include "console/text/Utf8Path.h"
+#include "tests/console/support/AdapterRegistration.h"
+#include "tests/console/support/ToneProject.h"
+
+#include <gmock/gmock.h>
+
+using namespace velox::console;
+
+namespace
+{
+
+class AdapterProbe : public testing::Test
+{
+protected:
+    ToneProject project;
+    AdapterRegistration registration{project.Configuration()};
+};
+
+} // namespace
+
+TEST_F(AdapterProbe, FindsNothingWrongWithTheAdapter)
+{
+    const AdapterFacts facts = ProbeAdapter(DefaultDetectorId);
+    EXPECT_TRUE(facts.isModuleThere);
+    EXPECT_EQ(facts.machine, 0x8664);
+    EXPECT_EQ(facts.byAdapter.failure, "");
+    EXPECT_THAT(facts.byAdapter.languages, testing::ElementsAre(ToneProject::English));
+    EXPECT_TRUE(facts.byAdapter == facts.byLibrary);
+    for (const Finding& finding : CheckAdapter(facts, PathFromUtf8(project.Configuration())))
+    {
+        EXPECT_EQ(finding.tone, Tone::Good) << finding.message;
+    }
+}
+
+TEST_F(AdapterProbe, FindsAModuleThatIsNoneOrNotThere)
+{
+    project.Write("text.dll", std::string("This is no program."));
+    const std::wstring text = PathFromUtf8(project.File("text.dll")).make_preferred().wstring();
+    AdapterRegistration::WriteClassText(L"\\InprocServer32", nullptr, text);
+    const AdapterFacts facts = ProbeAdapter(DefaultDetectorId);
+    EXPECT_TRUE(facts.isModuleThere);
+    EXPECT_EQ(facts.machine, 0);
+    EXPECT_NE(facts.byAdapter.failure, "");
+
+    AdapterRegistration::WriteClassText(L"\\InprocServer32", nullptr, text + L".none");
+    EXPECT_FALSE(ProbeAdapter(DefaultDetectorId).isModuleThere);
+}
