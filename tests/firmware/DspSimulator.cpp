@@ -255,6 +255,26 @@ TEST_F(DspSimulator, ARefusedPatternDisarmsAndLeavesNone)
     EXPECT_FALSE(dsp.Arm());
 }
 
+TEST_F(DspSimulator, TellsHowNearThePhraseIs)
+{
+    EXPECT_EQ(dsp.CurrentScore(), std::nullopt);
+    ArmWith(Pattern(255 * 256));
+    const std::vector<float> audio = Phrases(1);
+    std::vector<float> scores;
+    for (std::span<const float> left = audio; !left.empty();)
+    {
+        std::span<const float> block = left.first(std::min<std::size_t>(160, left.size()));
+        left = left.subspan(block.size());
+        dsp.Hear(&block);
+        scores.push_back(dsp.CurrentScore().value_or(0.0F));
+    }
+    ASSERT_THAT(peaks, SizeIs(1));
+    EXPECT_EQ(*std::ranges::max_element(scores), peaks[0].detection.searchScore);
+    EXPECT_LT(scores.front(), 1.0F);
+    dsp.Disarm();
+    EXPECT_EQ(dsp.CurrentScore(), std::nullopt);
+}
+
 TEST_F(DspSimulator, SilenceOfTheLatencyBringsTheLastKeyword)
 {
     EXPECT_EQ(dsp.Latency(), 0);
