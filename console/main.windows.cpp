@@ -124,7 +124,8 @@ Report CommandLine::RunParsed(bool errorsAreTerminal)
 {
     const CLI::App* command = app.get_subcommands().front();
     commandName = command->get_name();
-    Progress progress(errorsAreTerminal && !options.verbose ? &std::cerr : nullptr);
+    Progress progress(errorsAreTerminal && !options.verbose ? &std::cerr : nullptr, std::chrono::steady_clock::now,
+                      options.json ? &std::cerr : &std::cout);
     const LogOptions log{options.verbose, PathFromUtf8(options.logFile)};
     Context context{progress, log, PathFromUtf8(commands.page)};
     return RunCommand(commandName, commands.run.at(command), context);

@@ -7,7 +7,7 @@ namespace velox::console
 void RequestInterruption();
 /// Whether somebody asked.
 bool InterruptionRequested();
-/// Forgets the request, for tests.
+/// Forgets the request: it has done what it was for.
 void ForgetInterruption();
 /// @throws CommandFailure with ExitCode::Interrupted when somebody asked
 void StopIfInterrupted();

@@ -28,8 +28,8 @@ std::string TimeLeft(double seconds)
 
 } // namespace
 
-Progress::Progress(std::ostream* where, Clock theClock)
-    : terminal(where), clock(std::move(theClock)), start(clock()), drawn(start)
+Progress::Progress(std::ostream* where, Clock theClock, std::ostream* whereLinesGo)
+    : terminal(where), clock(std::move(theClock)), lines(whereLinesGo), start(clock()), drawn(start)
 {
 }
 
@@ -61,6 +61,25 @@ bool Progress::Continue(double share)
 {
     Draw(share);
     return !Interrupted();
+}
+
+void Progress::Status(const std::function<std::string()>& text)
+{
+    const auto now = clock();
+    if (terminal != nullptr && (width == 0 || now - drawn >= Redraw))
+    {
+        Show(text());
+        drawn = now;
+    }
+}
+
+void Progress::Say(const std::string& line)
+{
+    Wipe();
+    if (lines != nullptr)
+    {
+        *lines << line << "\n" << std::flush;
+    }
 }
 
 void Progress::Draw(double share)

@@ -8,16 +8,18 @@
 namespace velox::console
 {
 
-/// A bar with the time left, for work that takes longer than a second, and the place where a command learns of Ctrl-C. It is
-/// drawn with carriage returns and blanks alone: not every console knows more.
+/// What is seen of a command while it works, and the place where it learns of Ctrl-C: a bar with the time left, for work that
+/// takes longer than a second, or a line that says how things stand, and lines that stay. The bar is drawn with carriage returns
+/// and blanks alone: not every console knows more.
 class Progress
 {
 public:
     using Clock = std::function<std::chrono::steady_clock::time_point()>;
 
-    /// @param terminal  where the bar is drawn; null for none (the stream is no terminal, or --json)
+    /// @param terminal  where the bar is drawn; null for none (the stream is no terminal)
     /// @param clock     the time, for tests
-    explicit Progress(std::ostream* terminal, Clock clock = std::chrono::steady_clock::now);
+    /// @param lines     where the lines that stay go; null for nowhere
+    explicit Progress(std::ostream* terminal, Clock clock = std::chrono::steady_clock::now, std::ostream* lines = nullptr);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
     /// Wipes the bar away.
@@ -36,6 +38,13 @@ public:
     /// As Update, without throwing. @return false after Ctrl-C
     bool Continue(double share);
 
+    /// Draws how things stand in the bar's place, ten times a second at most.
+    /// @param text  is called when it is time; ASCII
+    void Status(const std::function<std::string()>& text);
+
+    /// Writes a line that stays, at once. @param line  may hold several
+    void Say(const std::string& line);
+
 private:
     void Draw(double share);
     void Show(const std::string& line);
@@ -43,6 +52,7 @@ private:
 
     std::ostream* terminal;
     Clock clock;
+    std::ostream* lines;
     std::string what;
     std::chrono::steady_clock::time_point start;
     std::chrono::steady_clock::time_point drawn;

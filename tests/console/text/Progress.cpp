@@ -18,7 +18,9 @@ namespace console = velox::console;
 class Progress : public testing::Test
 {
 protected:
-    Progress() : progress(&terminal, [this] { return now; })
+    Progress()
+        : progress(
+              &terminal, [this] { return now; }, &lines)
     {
         progress.Begin("Training");
     }
@@ -37,6 +39,7 @@ protected:
 
     std::chrono::steady_clock::time_point now{};
     std::ostringstream terminal;
+    std::ostringstream lines;
     console::Progress progress;
 };
 
@@ -78,6 +81,42 @@ TEST_F(Progress, TheEndWipesTheBarAway)
     Drawn();
     progress.Update(1.0);
     EXPECT_EQ(Drawn(), "\r" + std::string(51, ' ') + "\r");
+}
+
+TEST_F(Progress, AStatusIsShownAtOnceAndThenTenTimesASecondAtMost)
+{
+    progress.Status([] { return "-32 dB"; });
+    EXPECT_EQ(Drawn(), "\r-32 dB");
+    now += 99ms;
+    progress.Status([]() -> std::string {
+        ADD_FAILURE() << "it is not time";
+        return {};
+    });
+    now += 1ms;
+    progress.Status([] { return "0 dB"; });
+    EXPECT_EQ(Drawn(), "\r0 dB  ") << "what is left of the one before is wiped away";
+}
+
+TEST_F(Progress, ALineThatStaysStandsClearOfTheStatus)
+{
+    progress.Status([] { return "-32 dB"; });
+    Drawn();
+    progress.Say("detected");
+    EXPECT_EQ(Drawn(), "\r      \r");
+    EXPECT_EQ(lines.str(), "detected\n");
+}
+
+TEST_F(Progress, WithoutATerminalThereAreLinesAlone)
+{
+    console::Progress bare(
+        nullptr, [this] { return now; }, &lines);
+    bare.Status([]() -> std::string {
+        ADD_FAILURE() << "nobody sees it";
+        return {};
+    });
+    bare.Say("detected");
+    EXPECT_EQ(lines.str(), "detected\n");
+    console::Progress(nullptr).Say("nobody hears it");
 }
 
 TEST_F(Progress, CtrlCStopsTheWork)
