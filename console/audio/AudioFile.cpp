@@ -1,14 +1,13 @@
 #include "console/audio/AudioFile.h"
 
 #include "console/audio/OpenSound.h"
+#include "console/audio/Resampler.h"
 #include "console/audio/SampleTime.h"
 #include "console/text/CommandFailure.h"
 #include "console/text/Utf8Path.h"
 #include "firmware/LittleEndian.h"
 
 #include <fmt/format.h>
-
-#include <samplerate.h>
 
 #include <algorithm>
 #include <array>
@@ -24,9 +23,6 @@ namespace
 {
 
 constexpr sf_count_t BlockFrames = 65536;
-/// Scores of takes differ from those with the best quality by 0.3 at most, 0.01 on average; the fastest one cuts speech above
-/// 6.4 kHz off, and a score in a hundred changes.
-constexpr int ResamplerQuality = SRC_SINC_MEDIUM_QUALITY;
 
 [[noreturn]] void FailSound(const std::filesystem::path& file, const std::string& what, const std::string& fix)
 {
@@ -87,19 +83,6 @@ std::streamoff MissingBytes(const std::filesystem::path& file)
     return 0;
 }
 
-std::string ConversionText(const SF_INFO& info)
-{
-    if (info.samplerate == SamplesPerSecond && info.channels == 1)
-    {
-        return {};
-    }
-    const std::string channels = info.channels == 1   ? "mono"
-                                 : info.channels == 2 ? "stereo"
-                                                      : fmt::format("{} channels", info.channels);
-    const char* band = info.samplerate < SamplesPerSecond ? ", which lacks the upper part of speech" : "";
-    return fmt::format("converted from {:g} kHz {}{}", info.samplerate / 1000.0, channels, band);
-}
-
 } // namespace
 
 /// What is found out about the sound on the way.
@@ -146,14 +129,6 @@ struct AudioStream::Listened
 
 struct AudioStream::State
 {
-    struct DeleteResampler
-    {
-        void operator()(SRC_STATE* converter) const
-        {
-            src_delete(converter);
-        }
-    };
-
     explicit State(const std::filesystem::path& soundFile) : file(soundFile)
     {
         CheckFile(file);
@@ -167,21 +142,7 @@ struct AudioStream::State
         {
             FailSound(file, "is not a sound file that this program knows.", "Give a WAV or FLAC file.");
         }
-        if (info.samplerate != SamplesPerSecond)
-        {
-            int error = 0;
-            resampler.reset(src_new(ResamplerQuality, 1, &error));
-            CheckResampler(error);
-        }
-    }
-
-    void CheckResampler(int error) const
-    {
-        if (error != 0)
-        {
-            FailSound(file, fmt::format("cannot be converted from {} Hz: {}.", info.samplerate, src_strerror(error)),
-                      "Convert it to 16 kHz WAV.");
-        }
+        resampler.emplace(Utf8(file), info.samplerate);
     }
 
     /// The mean of the channels, in the file's rate. @return false at the end
@@ -232,28 +193,6 @@ struct AudioStream::State
         }
     }
 
-    /// @param last  nothing follows: what the resampler holds back comes out
-    void Resample(bool last, std::vector<float>* block)
-    {
-        const double ratio = static_cast<double>(SamplesPerSecond) / info.samplerate;
-        SRC_DATA conversion{};
-        conversion.src_ratio = ratio;
-        conversion.end_of_input = last ? 1 : 0;
-        std::span<const float> left(mono);
-        do
-        {
-            const std::size_t begin = block->size();
-            block->resize(begin + static_cast<std::size_t>(static_cast<double>(left.size()) * ratio) + 1024);
-            conversion.data_in = left.data();
-            conversion.input_frames = static_cast<long>(left.size());
-            conversion.data_out = block->data() + begin;
-            conversion.output_frames = static_cast<long>(block->size() - begin);
-            CheckResampler(src_process(resampler.get(), &conversion));
-            block->resize(begin + static_cast<std::size_t>(conversion.output_frames_gen));
-            left = left.subspan(static_cast<std::size_t>(conversion.input_frames_used));
-        } while (!left.empty() || (last && conversion.output_frames_gen > 0));
-    }
-
     bool Read(std::vector<float>* block)
     {
         block->clear();
@@ -264,14 +203,7 @@ struct AudioStream::State
             {
                 CheckEnd();
             }
-            if (resampler)
-            {
-                Resample(ended, block);
-            }
-            else
-            {
-                *block = mono;
-            }
+            resampler->Convert(mono, ended, block);
         }
         samples += static_cast<int64_t>(block->size());
         return !block->empty();
@@ -280,7 +212,7 @@ struct AudioStream::State
     std::filesystem::path file;
     SF_INFO info{};
     OpenedSound sound;
-    std::unique_ptr<SRC_STATE, DeleteResampler> resampler; ///< null at 16 kHz
+    std::optional<Resampler> resampler;
     std::vector<float> interleaved;
     std::vector<float> mono;
     sf_count_t frames = 0; ///< read from the file
@@ -310,7 +242,8 @@ double AudioStream::Share() const
 
 Audio AudioStream::Summary() const
 {
-    return {{}, ConversionText(state->info), Seconds(state->samples), state->listened.Warnings()};
+    return {
+        {}, ConversionText(state->info.samplerate, state->info.channels), Seconds(state->samples), state->listened.Warnings()};
 }
 
 Audio ReadAudio(const std::filesystem::path& file)
