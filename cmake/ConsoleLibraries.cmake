@@ -1,5 +1,5 @@
 # What the console is built with, both worlds: CLI11, nlohmann-json, mustache and utfcpp are headers alone, fmt is compiled here, once; libsndfile and
-# libsamplerate read recordings. Gives the target velox_console_libraries.
+# libsamplerate read recordings; on Windows PortAudio hears a microphone. Gives the target velox_console_libraries.
 add_library(velox_console_libraries INTERFACE)
 
 if(MSVC)
@@ -32,8 +32,9 @@ if(WIN32)
     else()
         find_package(SampleRate REQUIRED)
         find_package(SndFile REQUIRED)
+        find_package(portaudio CONFIG REQUIRED)
     endif()
-    target_link_libraries(velox_console_libraries INTERFACE SampleRate::samplerate SndFile::sndfile)
+    target_link_libraries(velox_console_libraries INTERFACE SampleRate::samplerate SndFile::sndfile portaudio)
 else()
     find_library(SNDFILE_LIBRARY sndfile REQUIRED)
     find_library(SAMPLERATE_LIBRARY samplerate REQUIRED)

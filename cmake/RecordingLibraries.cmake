@@ -1,5 +1,6 @@
-# What the console reads recordings with, for Windows from Linux: libsndfile with FLAC, but without Ogg Vorbis, Opus and MP3, and
-# libsamplerate. Gives the targets SndFile::sndfile and SampleRate::samplerate.
+# What the console reads recordings and hears a microphone with, for Windows from Linux: libsndfile with FLAC, but without Ogg Vorbis,
+# Opus and MP3, libsamplerate, and PortAudio over Windows' waveform functions (MME) alone. Gives the targets SndFile::sndfile,
+# SampleRate::samplerate and portaudio.
 #
 # The definitions are what the packages' own configure checks would find out about this one compiler; their config.h is empty.
 include(DebianSource)
@@ -47,3 +48,15 @@ target_link_libraries(sndfile PRIVATE flac)
 target_compile_options(flac PRIVATE -O1)
 target_compile_options(sndfile PRIVATE -O1)
 add_library(SndFile::sndfile ALIAS sndfile)
+
+velox_debian_source(portaudio19 portaudio19)
+set(sources common/pa_allocation common/pa_converters common/pa_cpuload common/pa_debugprint common/pa_dither common/pa_front
+    common/pa_process common/pa_stream os/win/pa_win_hostapis os/win/pa_win_util os/win/pa_win_waveformat hostapi/wmme/pa_win_wmme)
+list(TRANSFORM sources PREPEND ${portaudio19}/src/)
+list(TRANSFORM sources APPEND .c)
+velox_third_party(portaudio ${portaudio19}/include ${sources})
+target_include_directories(portaudio PRIVATE ${portaudio19}/src/common ${portaudio19}/src/os/win)
+# The names of devices are UTF-8 with UNICODE alone.
+target_compile_definitions(portaudio PRIVATE UNICODE _UNICODE PA_LITTLE_ENDIAN PA_USE_WMME=1 PA_USE_DS=0 PA_USE_WASAPI=0 PA_USE_WDMKS=0
+    PA_USE_ASIO=0 PA_USE_SKELETON=0)
+target_link_libraries(portaudio PUBLIC winmm)

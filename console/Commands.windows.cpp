@@ -1,5 +1,6 @@
 #include "console/Commands.h"
 
+#include "console/audio/MicrophoneCommands.h"
 #include "console/doctor/DoctorCommand.h"
 #include "console/hosting/CapabilitiesCommand.h"
 #include "console/inspect/InspectCommand.h"
@@ -15,6 +16,7 @@ void AddCommands(CLI::App& app, Commands& commands)
 {
     AddDoctorCommand(app, commands);
     AddCapabilitiesCommand(app, commands);
+    AddDevicesCommand(app, commands);
     AddVerifyCommand(app, commands);
     AddEnrollCommand(app, commands);
     AddArmCommand(app, commands);
