@@ -70,6 +70,10 @@ constexpr std::array KindsOfOutput{
                      return head.size() >= sizeof(uint32_t) &&
                             firmware::ReadUnsigned<uint32_t>(head, firmware::BlockHead::SizeOffset) == size;
                  }},
+    KindOfOutput{OutputKind::Recording, "WAV recording",
+                 [](Head head, uintmax_t) {
+                     return AsText(head).starts_with("RIFF");
+                 }},
     KindOfOutput{OutputKind::Log, "log of this program",
                  [](Head head, uintmax_t) {
                      return IsLogLine(AsText(head));

@@ -15,6 +15,7 @@ enum class OutputKind
     UserModel,
     Pattern,
     ResultBlock,
+    Recording,
     Log,
     Configuration,
     Bundle,

@@ -1,37 +1,28 @@
 #include "console/listening/Listening.h"
 
 #include "console/audio/AudioFile.h"
+#include "console/audio/LevelMeter.h"
 #include "console/audio/SampleTime.h"
-#include "console/listening/Pattern.h"
+#include "console/listening/ListeningReport.h"
+#include "console/listening/ListeningRun.h"
+#include "console/text/Interruption.h"
 #include "console/text/Utf8Path.h"
+#include "console/text/Wording.h"
 #include "console/text/WriteWhole.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <tuple>
+#include <utility>
 
 namespace velox::console
 {
 
 namespace
 {
-
-/// Before and after a phrase in its close-up, in samples.
-constexpr int64_t CloseUpMargin = SamplesPerSecond;
-/// Of a close-up: 8 ms.
-constexpr int64_t SamplesPerStretch = 128;
-
-void SetPattern(std::span<const uint8_t> pattern, firmware::DspSimulator* dsp)
-{
-    if (const auto refusal = dsp->SetPattern(pattern))
-    {
-        const bool foreign = *refusal == firmware::PatternRefusal::ForeignDetector;
-        throw CommandFailure(ExitCode::BadInput, "The DSP refuses the pattern " + RefusalText(*refusal),
-                             foreign ? "Name the detector that it was built for with --detector-id."
-                                     : "Build it again with velox-kws arm. velox-kws inspect shows the fields of this one.");
-    }
-}
 
 auto Rank(const HeardPhrase& phrase)
 {
@@ -52,108 +43,81 @@ std::vector<RankedPhrase> Ranked(std::span<HeardFile> files)
     return ranked;
 }
 
-/// One run over one piece of audio, of which nothing is kept but its shape.
-class Run
+/// To its end, or as far as it can be read.
+void HearRecording(ListeningRun* run, HeardFile* heard, Progress* progress)
+{
+    try
+    {
+        progress->Begin(heard->name);
+        AudioStream stream(PathFromUtf8(heard->name));
+        for (std::vector<float> samples; stream.Read(&samples);)
+        {
+            run->Hear(samples);
+            progress->Update(stream.Share());
+        }
+        heard->conversion = stream.Summary().conversion;
+        heard->warnings = stream.Summary().warnings;
+    }
+    catch (const CommandFailure& failure)
+    {
+        heard->failures.push_back(failure);
+    }
+    try
+    {
+        run->Finish();
+    }
+    catch (const CommandFailure&)
+    {
+        // Ctrl-C: it was told above, or the next recording tells it.
+    }
+}
+
+/// What is shown of a session while it lasts.
+class LiveStatus
 {
 public:
-    Run(const ListeningSetup& listeningSetup, const BlockParser& parser, HeardFile* heardFile)
-        : setup(listeningSetup), parse(parser), heard(*heardFile),
-          dsp(setup.detector, setup.counter,
-              [this](const firmware::Peak& peak) { AddPeak(peak, dsp.Threshold(), &heard.phrases); })
+    LiveStatus(Microphone* heardMicrophone, Progress* terminal) : microphone(*heardMicrophone), progress(*terminal)
     {
-        dsp.SetFault(setup.fault);
-        SetPattern(setup.pattern, &dsp);
-        if (!setup.newerPattern.empty())
-        {
-            SetPattern(setup.newerPattern, &dsp);
-        }
-        dsp.Arm();
-    }
-    Run(const Run&) = delete;
-    Run& operator=(const Run&) = delete;
-
-    const firmware::DspSimulator& Dsp() const
-    {
-        return dsp;
     }
 
-    /// To its end, or as far as it can be read.
-    void HearRecording(Progress* progress)
+    void Show(std::span<const float> samples, const ListeningRun& run)
     {
-        try
-        {
-            progress->Begin(heard.name);
-            AudioStream stream(PathFromUtf8(heard.name));
-            for (std::vector<float> samples; stream.Read(&samples);)
-            {
-                Hear(samples);
-                progress->Update(stream.Share());
-            }
-            heard.conversion = stream.Summary().conversion;
-            heard.warnings = stream.Summary().warnings;
-        }
-        catch (const CommandFailure& failure)
-        {
-            heard.failures.push_back(failure);
-        }
-        HearBlock(std::vector<float>(static_cast<std::size_t>(dsp.Latency()), 0.0F)); // a keyword at the end is reported later
-        heard.seconds = Seconds(samplesHeard);
-        heard.wave = wave.Finish();
+        meter.Hear(samples);
+        score = std::max(score, run.Dsp().CurrentScore().value_or(0.0F));
+        progress.Status([&] {
+            const double threshold = static_cast<double>(run.Dsp().Threshold()) / 256.0;
+            const double share = threshold > 0.0 ? static_cast<double>(std::exchange(score, 0.0F)) / threshold : 0.0;
+            return fmt::format("{}  score {:3.0f} %  {}{}", meter.Text(), 100.0 * share,
+                               ClockText(Seconds(run.HeardSamples()), 0),
+                               microphone.Overruns() > 0 ? "  " + Counted(microphone.Overruns(), "overrun") : "");
+        });
     }
 
 private:
-    void Hear(std::span<const float> samples)
-    {
-        if (setup.pictures)
-        {
-            wave.Add(samples);
-            Draw(samples);
-        }
-        samplesHeard += static_cast<int64_t>(samples.size());
-        for (; !samples.empty(); samples = samples.subspan(std::min(setup.blockSamples, samples.size())))
-        {
-            HearBlock(samples.first(std::min(setup.blockSamples, samples.size())));
-        }
-    }
-
-    void HearBlock(std::span<const float> block)
-    {
-        while (!block.empty())
-        {
-            if (const auto result = dsp.Hear(&block))
-            {
-                const std::span<const uint8_t> bytes = result->Bytes();
-                heard.phrases.back().block.assign(bytes.begin(), bytes.end());
-                heard.phrases.back().parsed = parse(bytes);
-                dsp.Arm();
-            }
-        }
-        if (!dsp.HasPattern() && !heard.deafFrom)
-        {
-            heard.deafFrom = Seconds(heard.phrases.back().peak.detection.endSample);
-        }
-    }
-
-    void Draw(std::span<const float> samples)
-    {
-        for (int64_t at = samplesHeard; const float sample : samples)
-        {
-            if (at++ % SamplesPerStretch == 0)
-            {
-                heard.shape.push_back({sample, sample});
-            }
-            SampleRange& last = heard.shape.back();
-            last = {std::min(last.least, sample), std::max(last.most, sample)};
-        }
-    }
-
-    const ListeningSetup& setup;
-    const BlockParser& parse;
-    HeardFile& heard;
-    firmware::DspSimulator dsp;
-    WaveBuilder wave;
-    int64_t samplesHeard = 0;
+    const Microphone& microphone;
+    Progress& progress;
+    LevelMeter meter;
+    float score = 0.0F; ///< the highest since it was shown
 };
+
+/// Until its time is over, Ctrl-C, or the device is gone.
+void HearSession(std::optional<double> seconds, Microphone* microphone, Progress* progress, ListeningRun* run)
+{
+    const auto most = seconds ? std::llround(*seconds * SamplesPerSecond) : std::numeric_limits<long long>::max();
+    LiveStatus status(microphone, progress);
+    while (run->HeardSamples() < most && !InterruptionRequested())
+    {
+        const std::vector<float> sound = microphone->Read();
+        if (run->HeardSamples() == 0 && !sound.empty())
+        {
+            progress->Say("Listening to " + microphone->Name() + ". Ctrl-C ends it.");
+        }
+        const auto left = static_cast<std::size_t>(most - run->HeardSamples());
+        const auto wanted = std::span(sound).first(std::min(sound.size(), left));
+        run->Hear(wanted);
+        status.Show(wanted, *run);
+    }
+}
 
 /// @param number  of the last block in the run
 void SaveBlocks(const std::string& folder, HeardFile* file, std::size_t* number)
@@ -162,12 +126,11 @@ void SaveBlocks(const std::string& folder, HeardFile* file, std::size_t* number)
     {
         std::error_code error;
         std::filesystem::create_directories(PathFromUtf8(folder), error); // what is wrong, writing tells
-        const std::string stem = Utf8(PathFromUtf8(file->name).stem());
         for (HeardPhrase& phrase : file->phrases)
         {
             if (!phrase.block.empty())
             {
-                const auto path = PathFromUtf8(folder) / PathFromUtf8(fmt::format("{}-{:03}.result", stem, ++*number));
+                const auto path = PathFromUtf8(folder) / PathFromUtf8(fmt::format("{}-{:03}.result", file->stem, ++*number));
                 WriteWhole(path, phrase.block);
                 phrase.savedBlock = Utf8(path);
             }
@@ -221,19 +184,12 @@ void KeepBest(HeardFile* file)
     std::erase_if(file->phrases, [](const HeardPhrase& phrase) { return !phrase.peak.passed && !phrase.isNear; });
 }
 
-void DrawCloseUps(std::span<HeardFile> files)
+void KeepBestCloseUps(std::span<HeardFile> files)
 {
-    std::vector<RankedPhrase> drawn = Ranked(files);
-    drawn.resize(std::min(drawn.size(), MostCloseUps));
-    for (const auto& [best, file] : drawn)
+    const std::vector<RankedPhrase> ranked = Ranked(files);
+    for (const auto& [phrase, file] : std::span(ranked).subspan(std::min(ranked.size(), MostCloseUps)))
     {
-        const engine::Detection& phrase = best->peak.detection;
-        const auto end = std::ssize(file->shape);
-        const auto first = std::clamp<std::ptrdiff_t>((phrase.startSample - CloseUpMargin) / SamplesPerStretch, 0, end);
-        const auto last = std::clamp<std::ptrdiff_t>((phrase.endSample + CloseUpMargin) / SamplesPerStretch, first, end);
-        best->picture = {Seconds(first * SamplesPerStretch),
-                         Seconds((last - first) * SamplesPerStretch),
-                         {file->shape.begin() + first, file->shape.begin() + last}};
+        phrase->picture = {};
     }
 }
 
@@ -241,13 +197,14 @@ Heard HearRecordings(const ListeningSetup& setup, const BlockParser& parse, Prog
 {
     Heard heard;
     std::size_t blocks = 0;
+    std::size_t sounds = 0;
     for (const std::string& recording : setup.recordings)
     {
-        HeardFile file{recording};
-        Run run(setup, parse, &file);
+        HeardFile file{recording, Utf8(PathFromUtf8(recording).stem())};
+        ListeningRun run(setup, parse, {}, &sounds, &file);
         heard.threshold = run.Dsp().Threshold();
         heard.userModel = run.Dsp().HasUserModel();
-        run.HearRecording(progress);
+        HearRecording(&run, &file, progress);
         KeepBest(&file);
         const bool stopped = !file.failures.empty() && file.failures.back().exitCode == ExitCode::Interrupted;
         if (!setup.blockFolder.empty() && !stopped)
@@ -255,12 +212,49 @@ Heard HearRecordings(const ListeningSetup& setup, const BlockParser& parse, Prog
             SaveBlocks(setup.blockFolder, &file, &blocks);
         }
         heard.files.push_back(std::move(file));
+        KeepBestCloseUps(heard.files);
         if (stopped)
         {
             break;
         }
     }
-    DrawCloseUps(heard.files);
+    return heard;
+}
+
+Heard HearMicrophone(const ListeningSetup& setup, std::optional<double> seconds, const BlockParser& parse, Microphone* microphone,
+                     Progress* progress)
+{
+    std::size_t blocks = 0;
+    std::size_t sounds = 0;
+    HeardFile session{microphone->Name(), MicrophoneStem, microphone->Conversion()};
+    double threshold = 0.0;
+    const auto say = [&](const HeardPhrase& phrase) {
+        progress->Say(PhraseLine(phrase, threshold));
+    };
+    ListeningRun run(setup, parse, say, &sounds, &session);
+    threshold = static_cast<double>(run.Dsp().Threshold()) / 256.0;
+    try
+    {
+        HearSession(seconds, microphone, progress, &run);
+    }
+    catch (const CommandFailure& failure)
+    {
+        if (failure.exitCode != ExitCode::Interrupted)
+        {
+            session.failures.push_back(failure);
+        }
+    }
+    ForgetInterruption(); // it has ended the session, and what follows is to be written
+    progress->Update(1.0);
+    run.Finish();
+    session.overruns = microphone->Overruns();
+    KeepBest(&session);
+    if (!setup.blockFolder.empty())
+    {
+        SaveBlocks(setup.blockFolder, &session, &blocks);
+    }
+    Heard heard{run.Dsp().Threshold(), run.Dsp().HasUserModel(), {std::move(session)}};
+    KeepBestCloseUps(heard.files);
     return heard;
 }
 

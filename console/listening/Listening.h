@@ -1,5 +1,6 @@
 #pragma once
 
+#include "console/audio/Microphone.h"
 #include "console/report/Picture.h"
 #include "console/text/CommandFailure.h"
 #include "console/text/Progress.h"
@@ -38,7 +39,9 @@ struct HeardPhrase
     std::vector<uint8_t> block{}; ///< that was reported; empty for none
     ParsedBlock parsed{};         ///< of the block
     std::string savedBlock{};     ///< its file; empty when it was not saved
-    Picture picture{};            ///< of the sound around it
+    std::string savedAudio{};     ///< likewise, of the sound around it
+    Picture picture{};            ///< of the sound around it; empty beyond the best MostCloseUps
+    bool isOver = false;          ///< the sound behind it was heard
 
     /// Whether the library told the host of the keyword.
     bool Told() const
@@ -55,10 +58,11 @@ inline constexpr float NearMissMargin = 20.0F;
 /// @param phrases    in the order of time
 void AddPeak(const firmware::Peak& peak, uint32_t threshold, std::vector<HeardPhrase>* phrases);
 
-/// A recording that was listened to.
+/// A recording, or a microphone's session, that was listened to.
 struct HeardFile
 {
     std::string name;
+    std::string stem{};       ///< what the names of the files begin with that are saved of it
     std::string conversion{}; ///< what was done to its audio; empty when nothing was
     std::vector<std::string> warnings{};
     double seconds = 0.0;                    ///< that were heard
@@ -66,9 +70,9 @@ struct HeardFile
     std::size_t lowerNearMisses = 0;         ///< beyond MostNearMisses
     std::optional<uint16_t> highestSilent{}; ///< highest score of a phrase that did not fire, Q8
     std::optional<double> deafFrom{};        ///< second of a reset, after which nothing was heard
+    std::size_t overruns = 0;                ///< how often a microphone's sound was lost
     std::vector<SampleRange> wave{};         ///< of the whole
-    std::vector<SampleRange> shape{};        ///< in stretches of 8 ms, for close-ups
-    std::vector<CommandFailure> failures{};  ///< why it was not heard to its end, or a block not written
+    std::vector<CommandFailure> failures{};  ///< why it was not heard to its end, or a file not written
 };
 
 inline constexpr std::size_t MostNearMisses = 2000;
@@ -77,13 +81,13 @@ inline constexpr std::size_t MostCloseUps = 200;
 /// Leaves what fired and the best near misses, and counts the rest.
 void KeepBest(HeardFile* file);
 
-/// Of all files together: of what fired, then of the best near misses. Where no shape is known the picture is empty.
-void DrawCloseUps(std::span<HeardFile> files);
+/// Of all files together: of what fired, then of the best near misses. The pictures of others are removed.
+void KeepBestCloseUps(std::span<HeardFile> files);
 
 /// What is heard, and how.
 struct ListeningSetup
 {
-    std::vector<std::string> recordings; ///< each is heard from its beginning
+    std::vector<std::string> recordings; ///< each is heard from its beginning; none when a microphone is heard
     std::vector<uint8_t> pattern;
     std::vector<uint8_t> newerPattern; ///< set after the first one, for the stale fault; empty for none
     firmware::DetectorId detector{};
@@ -92,7 +96,11 @@ struct ListeningSetup
     std::size_t blockSamples = engine::FrameSize; ///< that the simulator gets at once, at most
     bool pictures = false;
     std::string blockFolder; ///< for each recording's result blocks when it has ended, counted through the run; empty for none
+    std::string audioFolder; ///< likewise for the sound around each detection and near miss, a second after it
 };
+
+/// What the files begin with that are saved of a microphone's session.
+inline constexpr const char* MicrophoneStem = "microphone";
 
 struct Heard
 {
@@ -104,5 +112,12 @@ struct Heard
 /// Listens, and arms again after each detection, as the system does. What cannot be read does not keep the rest from being heard.
 /// @throws CommandFailure BadInput when the simulator refuses the pattern
 Heard HearRecordings(const ListeningSetup& setup, const BlockParser& parse, Progress* progress);
+
+/// Listens to a microphone, and says of each detection at once and of each near miss a second later. Ctrl-C ends it in order.
+/// However long it lasts, at most twice MostNearMisses near misses are held.
+/// @param seconds  after which it ends; nothing: only Ctrl-C does
+/// @throws CommandFailure as HearRecordings
+Heard HearMicrophone(const ListeningSetup& setup, std::optional<double> seconds, const BlockParser& parse, Microphone* microphone,
+                     Progress* progress);
 
 } // namespace velox::console

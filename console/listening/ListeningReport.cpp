@@ -133,7 +133,8 @@ Entry PartOf(HeardPhrase& phrase, double threshold)
                   {"keywordStart", ifAccepted(parsed.keywordStart)},
                   {"keywordEnd", ifAccepted(parsed.keywordEnd)},
                   {"reason", phrase.isNear ? Value(cameOf) : Value(), "what came of it", cameOf},
-                  {"block", phrase.savedBlock.empty() ? Value() : Value(phrase.savedBlock), "block", phrase.savedBlock}};
+                  {"block", phrase.savedBlock.empty() ? Value() : Value(phrase.savedBlock), "block", phrase.savedBlock},
+                  {"audio", phrase.savedAudio.empty() ? Value() : Value(phrase.savedAudio), "audio", phrase.savedAudio}};
     part.picture = std::move(phrase.picture);
     part.picture.threshold = threshold;
     return part;
@@ -145,12 +146,18 @@ std::vector<Remark> RemarksOf(const HeardFile& file)
     std::vector<Remark> remarks;
     for (const CommandFailure& failure : file.failures)
     {
-        const char* code = failure.exitCode == ExitCode::WriteFailed ? "BlockNotWritten" : "NotHeard";
+        const char* code = failure.exitCode == ExitCode::WriteFailed ? "NotWritten" : "NotHeard";
         remarks.push_back({Tone::Bad, code, failure.what(), failure.fix});
     }
     for (const std::string& warning : file.warnings)
     {
         remarks.push_back({Tone::Warning, "Audio", warning, ""});
+    }
+    if (file.overruns > 0)
+    {
+        remarks.push_back({Tone::Warning, "SoundLost",
+                           fmt::format("sound was lost {}: a phrase may have been missed", Counted(file.overruns, "time")),
+                           "The computer was too busy: end other programs."});
     }
     if (file.deafFrom)
     {
@@ -167,12 +174,13 @@ std::vector<Remark> RemarksOf(const HeardFile& file)
     return remarks;
 }
 
-Entry EntryOf(HeardFile& file, double threshold)
+Entry EntryOf(HeardFile& file, double threshold, bool isLive)
 {
     const ListeningSums sums({&file, 1});
     Entry entry{file.name};
-    const bool whole = file.failures.empty() || file.failures.front().exitCode == ExitCode::WriteFailed;
-    entry.status = !whole && sums.unreadable > 0 ? "unreadable"
+    const bool whole =
+        std::ranges::all_of(file.failures, [](const auto& failure) { return failure.exitCode == ExitCode::WriteFailed; });
+    entry.status = !whole && sums.unreadable > 0 ? (isLive ? "gone" : "unreadable")
                    : !whole                      ? "interrupted"
                    : file.deafFrom               ? "deaf"
                    : sums.told < sums.reported   ? "reported"
@@ -186,7 +194,8 @@ Entry EntryOf(HeardFile& file, double threshold)
                    {"detections", sums.reported, "detections", fmt::format("{}", sums.reported)},
                    {"nearMisses", sums.nearMisses, "near misses", fmt::format("{}", sums.nearMisses)},
                    {"highestSilentScore", highest, "highest that did not fire", highest ? fmt::format("{:.1f}", *highest) : ""},
-                   {"deafFrom", file.deafFrom}};
+                   {"deafFrom", file.deafFrom},
+                   {"overruns", file.overruns}};
     entry.remarks = RemarksOf(file);
     std::vector<Mark> marks;
     for (HeardPhrase& phrase : file.phrases)
@@ -224,7 +233,8 @@ std::vector<Fact> FactsOf(const ListeningSubject& subject, const Heard& heard, c
         {"userModel", heard.userModel, "model", heard.userModel ? "a user's" : "everybody's"},
         {"threshold", ScoreOf(heard.threshold), "threshold", fmt::format("{:g}", ScoreOf(heard.threshold)),
          "the least score that fires; with ten more there are 2.7 times fewer false alarms"},
-        {"seconds", all.seconds, "heard", DurationText(all.seconds) + " in " + Counted(heard.files.size(), "file")},
+        {"seconds", all.seconds, "heard",
+         DurationText(all.seconds) + (subject.isLive ? "" : " in " + Counted(heard.files.size(), "file"))},
         {"detections", all.reported, "detections",
          fmt::format("{}", all.reported) + (hasRate ? fmt::format(" ({:.1f} per hour)", perHour) : "")},
         {"detectionsPerHour", hasRate ? Value(perHour) : Value()},
@@ -234,34 +244,44 @@ std::vector<Fact> FactsOf(const ListeningSubject& subject, const Heard& heard, c
     };
 }
 
-std::string ListeningVerdict(const ListeningSums& all, std::size_t files)
+std::string ListeningVerdict(const ListeningSums& all, std::size_t files, bool isLive)
 {
     const std::string heard = " in " + DurationText(all.seconds);
     const std::string blocks = Counted(all.reported, "result block");
     std::string verdict =
-        all.refused > 0  ? fmt::format("The library refused {} of {}{}", all.refused, blocks, heard)
-        : all.resets > 0 ? fmt::format("The DSP reset itself in {} and was deaf from then on", Counted(all.resets, "file"))
+        all.refused > 0 ? fmt::format("The library refused {} of {}{}", all.refused, blocks, heard)
+        : all.resets > 0
+            ? fmt::format("The DSP reset itself{} and was deaf from then on", isLive ? "" : " in " + Counted(all.resets, "file"))
         : all.told < all.reported ? fmt::format("{} of {} named a keyword that was not armed", all.reported - all.told, blocks)
         : all.told > 0            ? Counted(all.told, "detection") + heard
                                   : "Nothing was detected" + heard;
     if (all.unreadable > 0)
     {
-        verdict += fmt::format("; {} of {} could not be read", all.unreadable, Counted(files, "recording"));
+        verdict += isLive ? "; then the microphone was gone"
+                          : fmt::format("; {} of {} could not be read", all.unreadable, Counted(files, "recording"));
     }
     return verdict + (all.worst != nullptr && all.worst->exitCode == ExitCode::Interrupted ? "; interrupted." : ".");
 }
 
 } // namespace
 
+std::string PhraseLine(const HeardPhrase& phrase, double threshold)
+{
+    const Mark mark = MarkOf(phrase);
+    return fmt::format("{}  {} to {}  {}, {}", StatusOf(phrase).text, ClockText(mark.begin), ClockText(mark.end), mark.text,
+                       WhatCameOf(phrase, threshold));
+}
+
 Report ListeningReport(const ListeningSubject& subject, Heard heard)
 {
     const ListeningSums all(heard.files);
     Report report;
-    report.exitCode = all.worst != nullptr ? all.worst->exitCode
-                      : all.refused > 0    ? ExitCode::LibraryFailure
-                      : all.told > 0       ? ExitCode::Success
-                                           : ExitCode::Refused;
-    report.verdict = ListeningVerdict(all, heard.files.size());
+    const bool isQuiet = subject.isLive && all.reported == 0 && all.resets == 0;
+    report.exitCode = all.worst != nullptr      ? all.worst->exitCode
+                      : all.refused > 0         ? ExitCode::LibraryFailure
+                      : all.told > 0 || isQuiet ? ExitCode::Success
+                                                : ExitCode::Refused;
+    report.verdict = ListeningVerdict(all, heard.files.size(), subject.isLive);
     report.facts = FactsOf(subject, heard, all);
     report.remarks = subject.remarks;
     if (all.worst != nullptr)
@@ -270,7 +290,7 @@ Report ListeningReport(const ListeningSubject& subject, Heard heard)
     }
     for (HeardFile& file : heard.files)
     {
-        report.results.push_back(EntryOf(file, ScoreOf(heard.threshold)));
+        report.results.push_back(EntryOf(file, ScoreOf(heard.threshold), subject.isLive));
     }
     return report;
 }

@@ -16,7 +16,12 @@ struct ListeningSubject
     std::size_t patternBytes = 0;
     uint16_t language = 0;
     std::vector<Remark> remarks; ///< what is odd about the pattern or the fault
+    bool isLive = false;         ///< a microphone was heard, in which nobody need have said the phrase
 };
+
+/// A phrase and what came of it, in one line.
+/// @param threshold  in the unit of the threshold files
+std::string PhraseLine(const HeardPhrase& phrase, double threshold);
 
 /// What came of a run of listen.
 Report ListeningReport(const ListeningSubject& subject, Heard heard);

@@ -1,5 +1,7 @@
 #include "console/listening/PatternCommands.h"
 
+#include "console/audio/MicrophoneCommands.h"
+#include "console/audio/PortAudioMicrophone.h"
 #include "console/audio/RecordingArguments.h"
 #include "console/hosting/Detector.h"
 #include "console/hosting/LogExplanation.h"
@@ -38,7 +40,9 @@ struct PatternOptions
 struct ListenOptions : PatternOptions
 {
     int blockMilliseconds = 10;
-    ListeningSetup setup; ///< as far as the command line tells it
+    ListeningSetup setup;                    ///< as far as the command line tells it
+    std::optional<std::string> microphone{}; ///< heard in place of recordings: a part of its name, or empty
+    std::optional<double> seconds{};
 };
 
 ComPointer<IStream> UserModelOf(const PatternOptions& options)
@@ -90,25 +94,39 @@ Report Arm(const PatternOptions& options, const Context& context)
     return report;
 }
 
-/// Of the result blocks those files may be replaced that hold one; a file must not lie where their folder should be.
-void RefuseToReplaceFiles(const ListenOptions& options, const std::vector<std::string>& recordings, const Context& context)
+/// A folder, and the files in it that a run with these recordings may replace.
+std::vector<Output> OutputsIn(const std::string& folderName, OutputKind kind, const std::string& ending,
+                              const std::vector<std::string>& stems)
 {
-    std::vector<std::filesystem::path> inputs{PathFromUtf8(options.detector.configuration), PathFromUtf8(options.pattern),
-                                              PathFromUtf8(options.userModel)};
-    std::ranges::transform(recordings, std::back_inserter(inputs), PathFromUtf8);
-    const std::filesystem::path folder = PathFromUtf8(options.setup.blockFolder);
-    std::vector<Output> outputs{{folder, OutputKind::ResultBlock}};
+    const std::filesystem::path folder = PathFromUtf8(folderName);
+    std::vector<Output> outputs{{folder, kind}};
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator(folder, error))
     {
         const std::string name = Utf8(entry.path().filename());
-        if (name.ends_with(".result") && std::ranges::any_of(recordings, [&](const std::string& recording) {
-                return name.starts_with(Utf8(PathFromUtf8(recording).stem()) + "-");
-            }))
+        if (name.ends_with(ending) &&
+            std::ranges::any_of(stems, [&](const std::string& stem) { return name.starts_with(stem + "-"); }))
         {
-            outputs.push_back({entry.path(), OutputKind::ResultBlock});
+            outputs.push_back({entry.path(), kind});
         }
     }
+    return outputs;
+}
+
+/// Of result blocks and saved sounds those files may be replaced that hold one; a file must not lie where their folder should be.
+void RefuseToReplaceFiles(const ListenOptions& options, const std::vector<std::string>& recordings, const Context& context)
+{
+    std::vector<std::filesystem::path> inputs{PathFromUtf8(options.detector.configuration), PathFromUtf8(options.pattern),
+                                              PathFromUtf8(options.userModel)};
+    std::vector<std::string> stems{MicrophoneStem};
+    for (const std::string& recording : recordings)
+    {
+        inputs.push_back(PathFromUtf8(recording));
+        stems.push_back(Utf8(inputs.back().stem()));
+    }
+    std::vector<Output> outputs = OutputsIn(options.setup.blockFolder, OutputKind::ResultBlock, ".result", stems);
+    const std::vector<Output> sounds = OutputsIn(options.setup.audioFolder, OutputKind::Recording, ".wav", stems);
+    outputs.insert(outputs.end(), sounds.begin(), sounds.end());
     RefuseToReplace(context, inputs, outputs);
 }
 
@@ -188,7 +206,13 @@ Report Listen(const ListenOptions& options, Context& context)
                            answer.Succeeded() ? ""
                                               : ExplainFailure("Parsing the result block", answer.result, answer.lines).what()};
     };
-    const ListeningSubject subject{options.pattern, setup.pattern.size(), origin.language, Remarks(setup.fault, origin)};
+    const ListeningSubject subject{options.pattern, setup.pattern.size(), origin.language, Remarks(setup.fault, origin),
+                                   options.microphone.has_value()};
+    if (options.microphone)
+    {
+        const auto microphone = OpenMicrophone(*options.microphone);
+        return ListeningReport(subject, HearMicrophone(setup, options.seconds, parse, microphone.get(), &context.progress));
+    }
     return ListeningReport(subject, HearRecordings(setup, parse, &context.progress));
 }
 
@@ -213,13 +237,18 @@ void AddArmCommand(CLI::App& app, Commands& commands)
 
 void AddListenCommand(CLI::App& app, Commands& commands)
 {
-    CLI::App* command = app.add_subcommand("listen", "Let the DSP simulator hear recordings with an arming pattern");
+    CLI::App* command =
+        app.add_subcommand("listen", "Let the DSP simulator hear recordings or a microphone with an arming pattern");
     const auto options = std::make_shared<ListenOptions>();
-    command
-        ->add_option("WAV", options->setup.recordings,
-                     "Recordings of any length and sample rate, folders of them, or patterns as *.wav")
-        ->required()
-        ->type_name("");
+    CLI::Option* recordings = command
+                                  ->add_option("WAV", options->setup.recordings,
+                                               "Recordings of any length and sample rate, folders of them, or patterns as *.wav")
+                                  ->type_name("");
+    CLI::Option* microphone = AddMicrophoneOption(command, recordings, &options->microphone);
+    command->add_option("--seconds", options->seconds, "How long the microphone is heard; without it until Ctrl-C")
+        ->needs(microphone)
+        ->check(CLI::PositiveNumber)
+        ->type_name("NUMBER");
     command->add_option("--pattern", options->pattern, "The block that arms it, from velox-kws arm")
         ->required()
         ->type_name("FILE");
@@ -229,6 +258,10 @@ void AddListenCommand(CLI::App& app, Commands& commands)
         ->type_name("LANG");
     command->add_option("--model", options->userModel, "The user's model that the pattern was built with")->type_name("FILE");
     command->add_option("--save-results", options->setup.blockFolder, "Folder for the result blocks, a file each")
+        ->type_name("DIR");
+    command
+        ->add_option("--save-audio", options->setup.audioFolder,
+                     "Folder for the sound around each detection and near miss, a WAV each")
         ->type_name("DIR");
     commands.AddPageOption(command);
     command->add_option("--block", options->blockMilliseconds, "Audio that the simulator gets at once; default 10")
@@ -251,7 +284,8 @@ void AddListenCommand(CLI::App& app, Commands& commands)
         ->transform(CLI::CheckedTransformer(faults))
         ->type_name("FAULT");
     AddDetectorOptions(command, &options->detector);
-    command->footer("  velox-kws listen --pattern pattern.bin evening.wav --save-results blocks\n");
+    command->footer("  velox-kws listen --pattern pattern.bin evening.wav --save-results blocks\n"
+                    "  velox-kws listen --pattern pattern.bin --microphone\n");
     commands.run[command] = [options](Context& context) {
         return Listen(*options, context);
     };

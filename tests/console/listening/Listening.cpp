@@ -2,6 +2,7 @@
 
 #include "console/text/Interruption.h"
 #include "console/text/Utf8Path.h"
+#include "tests/console/support/FileMicrophone.h"
 #include "tests/console/support/SoundFile.h"
 #include "tests/engine/support/TinyLanguage.h"
 #include "tests/firmware/support/HandMadePattern.h"
@@ -10,7 +11,10 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <filesystem>
+#include <sstream>
 
 namespace
 {
@@ -68,14 +72,36 @@ protected:
         return Write(name, SoundFile::FloatWav(samples));
     }
 
+    static ParsedBlock Accept(std::span<const uint8_t> block)
+    {
+        return {0, block[48], 1033, false, 0, 0, {}};
+    }
+
     static Heard Hear(ListeningSetup setup, const std::vector<std::string>& recordings)
     {
         setup.recordings = recordings;
         Progress progress(nullptr);
-        const BlockParser accept = [](std::span<const uint8_t> block) {
-            return ParsedBlock{0, block[48], 1033, false, 0, 0, {}};
-        };
-        return HearRecordings(setup, accept, &progress);
+        return HearRecordings(setup, Accept, &progress);
+    }
+
+    /// Hears a microphone, and keeps the lines that are said.
+    HeardFile HearLive(const ListeningSetup& setup, FileMicrophone* microphone, std::optional<double> seconds = {})
+    {
+        Progress progress(nullptr, std::chrono::steady_clock::now, &lines);
+        const Heard heard = HearMicrophone(setup, seconds, Accept, microphone, &progress);
+        EXPECT_EQ(heard.files.size(), 1U);
+        return heard.files.at(0);
+    }
+
+    std::size_t SavedSounds() const
+    {
+        const std::filesystem::directory_iterator files(SoundFolder());
+        return static_cast<std::size_t>(std::distance(begin(files), end(files)));
+    }
+
+    std::string SoundFolder() const
+    {
+        return folder.Path() + "/sounds";
     }
 
     HeardFile Hear(const ListeningSetup& setup, std::span<const float> samples) const
@@ -90,6 +116,7 @@ protected:
     }
 
     TemporaryFolder folder;
+    std::ostringstream lines;
 };
 
 TEST_F(Listening, ArmsAgainAfterEachDetection)
@@ -387,7 +414,7 @@ TEST_F(Listening, AllDetectionsAndTheBestNearMissesAreKept)
         std::ranges::none_of(file.phrases, [&](const auto& phrase) { return phrase.peak.detection.startSample == lowestAt; }));
 }
 
-TEST_F(Listening, CloseUpsAreOfDetectionsFirst)
+TEST_F(Listening, CloseUpsOfDetectionsStayFirst)
 {
     std::vector<HeardFile> files(2);
     for (int i = 0; i < 300; ++i)
@@ -397,9 +424,12 @@ TEST_F(Listening, CloseUpsAreOfDetectionsFirst)
     }
     for (HeardFile& file : files)
     {
-        file.shape.resize(300 * 125);
+        for (HeardPhrase& phrase : file.phrases)
+        {
+            phrase.picture.seconds = 2.5;
+        }
     }
-    DrawCloseUps(files);
+    KeepBestCloseUps(files);
     std::size_t drawn = 0;
     for (const HeardFile& file : files)
     {
@@ -411,6 +441,174 @@ TEST_F(Listening, CloseUpsAreOfDetectionsFirst)
         }
     }
     EXPECT_EQ(drawn, MostCloseUps);
+}
+
+TEST_F(Listening, AMicrophoneIsHeardAsARecordingIs)
+{
+    const std::vector<float> audio = Phrases(3);
+    const HeardFile reference = Hear(SetupWith(60.0), audio);
+    for (const std::size_t piece : {160U, 441U, 1600U})
+    {
+        SCOPED_TRACE(piece);
+        FileMicrophone microphone(audio);
+        microphone.piece = piece;
+        const HeardFile heard = HearLive(SetupWith(60.0), &microphone);
+        ASSERT_EQ(heard.phrases.size(), reference.phrases.size());
+        for (std::size_t i = 0; i < heard.phrases.size(); ++i)
+        {
+            EXPECT_EQ(heard.phrases[i].block, reference.phrases[i].block);
+        }
+        EXPECT_EQ(heard.name, "Desk");
+        EXPECT_EQ(heard.conversion, "converted from 48 kHz mono");
+    }
+}
+
+TEST_F(Listening, DetectionsAreSaidAsTheyHappen)
+{
+    FileMicrophone microphone(Phrases(2));
+    std::vector<std::size_t> detectionsAt; // samples played when a line was there
+    microphone.before = [&](std::size_t played) {
+        const std::string said = lines.str();
+        std::size_t count = 0;
+        for (std::size_t at = said.find("detected"); at != std::string::npos; at = said.find("detected", at + 1))
+        {
+            ++count;
+        }
+        detectionsAt.resize(std::max(count, detectionsAt.size()), played);
+    };
+    const HeardFile heard = HearLive(SetupWith(60.0), &microphone);
+    EXPECT_THAT(lines.str(), testing::StartsWith("Listening to Desk. Ctrl-C ends it.\ndetected  0:00."));
+    ASSERT_THAT(heard.phrases, SizeIs(2));
+    ASSERT_THAT(detectionsAt, SizeIs(2));
+    for (std::size_t i = 0; i < 2; ++i)
+    {
+        const int64_t end = heard.phrases[i].peak.detection.endSample;
+        EXPECT_LE(static_cast<int64_t>(detectionsAt[i]), end + 16000 * 3 / 10) << "within 300 ms";
+    }
+}
+
+TEST_F(Listening, ANearMissIsSaidOnceWhenItIsOver)
+{
+    FileMicrophone microphone(Phrases(1));
+    HearLive(SetupWith(PhraseScore() + 10.0), &microphone);
+    EXPECT_THAT(lines.str(), HasSubstr("near miss  0:00."));
+    EXPECT_THAT(lines.str(), HasSubstr("the words are not clear enough\n"));
+    EXPECT_EQ(lines.str().find("near miss"), lines.str().rfind("near miss"));
+}
+
+TEST_F(Listening, ASessionEndsAfterItsSeconds)
+{
+    FileMicrophone microphone(Phrases(3));
+    const HeardFile heard = HearLive(SetupWith(60.0), &microphone, 1.7);
+    EXPECT_DOUBLE_EQ(heard.seconds, 1.7);
+    EXPECT_THAT(heard.phrases, SizeIs(1));
+    EXPECT_THAT(heard.failures, IsEmpty());
+}
+
+TEST_F(Listening, CtrlCEndsASessionInOrder)
+{
+    ListeningSetup setup = SetupWith(60.0);
+    setup.audioFolder = SoundFolder();
+    setup.blockFolder = folder.Path() + "/blocks";
+    FileMicrophone microphone(Phrases(3));
+    microphone.before = [&](std::size_t) {
+        if (lines.str().find("detected") != std::string::npos)
+        {
+            RequestInterruption();
+        }
+    };
+    const HeardFile heard = HearLive(setup, &microphone);
+    EXPECT_THAT(heard.failures, IsEmpty());
+    ASSERT_THAT(heard.phrases, SizeIs(1));
+    EXPECT_NE(heard.phrases[0].savedAudio, "") << "what was heard is written all the same";
+    EXPECT_NE(heard.phrases[0].savedBlock, "");
+    EXPECT_FALSE(InterruptionRequested());
+}
+
+TEST_F(Listening, AMicrophoneThatIsUnpluggedKeepsWhatWasHeard)
+{
+    FileMicrophone microphone(Phrases(2));
+    const HeardFile heard = HearLive(SetupWith(60.0), &microphone);
+    EXPECT_THAT(heard.phrases, SizeIs(2));
+    ASSERT_THAT(heard.failures, SizeIs(1));
+    EXPECT_EQ(heard.failures[0].exitCode, ExitCode::BadInput);
+    EXPECT_STREQ(heard.failures[0].what(), "The microphone Desk gives no sound any more.");
+}
+
+TEST_F(Listening, LostSoundIsCounted)
+{
+    FileMicrophone microphone(Phrases(1));
+    microphone.overruns = 3;
+    EXPECT_EQ(HearLive(SetupWith(60.0), &microphone).overruns, 3U);
+}
+
+TEST_F(Listening, TheStatusShowsLevelScoreTimeAndLostSound)
+{
+    FileMicrophone microphone(Phrases(1));
+    microphone.piece = 16000;
+    microphone.overruns = 1;
+    std::chrono::steady_clock::time_point now{};
+    microphone.before = [&](std::size_t) {
+        now += std::chrono::seconds(1);
+    };
+    std::ostringstream terminal;
+    Progress progress(
+        &terminal, [&] { return now; }, &lines);
+    HearMicrophone(SetupWith(60.0), {}, Accept, &microphone, &progress);
+    const std::string drawn = terminal.str();
+    EXPECT_THAT(drawn, testing::ContainsRegex("-[0-9]+ dB \\[#+ +\\]  score +[1-9][0-9]* %  0:01  1 overrun"));
+    EXPECT_THAT(drawn, testing::EndsWith(" \r")) << "it is wiped away";
+}
+
+TEST_F(Listening, TheSoundAroundWhatWasHeardIsSaved)
+{
+    ListeningSetup setup = SetupWith(PhraseScore() - 1.0);
+    setup.audioFolder = SoundFolder();
+    std::vector<float> audio(48000, 0.001F);
+    const std::vector<float> said = Phrases(1);
+    audio.insert(audio.end(), said.begin(), said.end());
+    audio.resize(audio.size() + 48000, 0.001F);
+    const HeardFile heard = Hear(setup, audio);
+    ASSERT_THAT(heard.phrases, SizeIs(1));
+    EXPECT_EQ(PathFromUtf8(heard.phrases[0].savedAudio), PathFromUtf8(SoundFolder()) / "a-001-4s.wav");
+    const Audio saved = ReadAudio(PathFromUtf8(heard.phrases[0].savedAudio));
+    const engine::Detection& place = heard.phrases[0].peak.detection;
+    ASSERT_EQ(std::ssize(saved.samples), place.endSample - place.startSample + 24000) << "a second before, half a second behind";
+    const auto first = static_cast<std::size_t>(place.startSample) - 16000;
+    for (std::size_t i = 0; i < saved.samples.size(); ++i)
+    {
+        ASSERT_NEAR(saved.samples[i], audio[first + i], 1.0 / 32768.0) << i;
+    }
+}
+
+TEST_F(Listening, NearMissesAreSavedTooAndNumberedThroughTheRun)
+{
+    ListeningSetup setup = SetupWith(PhraseScore() + 10.0);
+    setup.audioFolder = SoundFolder();
+    const Heard heard = Hear(setup, {Record("one.wav", Phrases(1)), Record("two.wav", Phrases(1))});
+    EXPECT_THAT(heard.files.at(1).phrases.at(0).savedAudio, HasSubstr("two-002-"));
+    EXPECT_EQ(SavedSounds(), 2U);
+}
+
+TEST_F(Listening, SoundThatCannotBeSavedIsToldOnceAndLosesNothingElse)
+{
+    ListeningSetup setup = SetupWith(60.0);
+    setup.audioFolder = Write("sounds", "a file, where the folder should be");
+    const HeardFile heard = Hear(setup, Phrases(3));
+    EXPECT_THAT(heard.phrases, SizeIs(3));
+    ASSERT_THAT(heard.failures, SizeIs(1));
+    EXPECT_EQ(heard.failures[0].exitCode, ExitCode::WriteFailed);
+}
+
+TEST_F(Listening, AfterCtrlCNoSoundIsSaved)
+{
+    ListeningSetup setup = SetupWith(60.0);
+    setup.audioFolder = SoundFolder();
+    RequestInterruption();
+    const HeardFile heard = Hear(setup, Phrases(1));
+    ASSERT_THAT(heard.failures, SizeIs(1));
+    EXPECT_EQ(heard.failures[0].exitCode, ExitCode::Interrupted);
+    EXPECT_FALSE(std::filesystem::exists(heard.phrases.at(0).savedAudio));
 }
 
 } // namespace

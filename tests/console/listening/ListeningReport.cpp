@@ -65,6 +65,11 @@ std::string TextFor(const std::vector<HeardFile>& files)
     return ReportText(ReportFor(files), false, false);
 }
 
+Report LiveReportFor(const HeardFile& session)
+{
+    return ListeningReport({"arm.bin", 1234, 1033, {}, true}, {100 * 256, false, {session}});
+}
+
 Json DocumentFor(const std::vector<HeardFile>& files)
 {
     return Json::parse(ReportDocument("listen", ReportFor(files)));
@@ -115,17 +120,17 @@ TEST(ListeningReport, TellsMachinesTheSame)
         "highestSilentScore": 91.25})"));
     EXPECT_EQ(document["results"], Json::parse(R"([
         {"title": "evening.wav", "status": "detected", "file": "evening.wav", "seconds": 10.0, "conversion": "",
-         "detections": 1, "nearMisses": 1, "highestSilentScore": 91.25, "deafFrom": null, "remarks": [],
+         "detections": 1, "nearMisses": 1, "highestSilentScore": 91.25, "deafFrom": null, "overruns": 0, "remarks": [],
          "parts": [{"title": "0:01.25 to 0:01.75", "status": "detected", "start": 1.25, "end": 1.75, "score": 104.5,
                     "threshold": 100.0, "phraseScore": 104.5, "result": "0x00000000 S_OK", "keywordId": 1, "language": 1033,
                     "userMatch": true, "keywordStart": 5000000, "keywordEnd": 10000000, "reason": null,
-                    "block": "blocks/evening-001.result", "remarks": [], "parts": []},
+                    "block": "blocks/evening-001.result", "audio": null, "remarks": [], "parts": []},
                    {"title": "0:20.00 to 0:20.50", "status": "near miss", "start": 20.0, "end": 20.5, "score": 91.25,
                     "threshold": 100.0, "phraseScore": 91.25, "result": null, "keywordId": null, "language": null,
                     "userMatch": null, "keywordStart": null, "keywordEnd": null, "reason": "the words are not clear enough",
-                    "block": null, "remarks": [], "parts": []}]},
+                    "block": null, "audio": null, "remarks": [], "parts": []}]},
         {"title": "silence.wav", "status": "nothing", "file": "silence.wav", "seconds": 1.0, "conversion": "",
-         "detections": 0, "nearMisses": 0, "highestSilentScore": null, "deafFrom": null, "remarks": [], "parts": []}])"));
+         "detections": 0, "nearMisses": 0, "highestSilentScore": null, "deafFrom": null, "overruns": 0, "remarks": [], "parts": []}])"));
 }
 
 TEST(ListeningReport, NothingDetectedIsANo)
@@ -257,6 +262,57 @@ TEST(ListeningReport, RemarksOnPatternAndFaultAreTheRuns)
 {
     const Report report = ListeningReport({"arm.bin", 1234, 1033, {{Tone::Warning, "Odd", "something is odd", ""}}}, Heard{});
     EXPECT_THAT(ReportText(report, false, false), HasSubstr("warning: something is odd\n"));
+}
+
+TEST(ListeningReport, ALiveSessionInWhichNobodySpokeIsNoFailure)
+{
+    const Report report = LiveReportFor(FileOf("Desk", 12.0));
+    EXPECT_EQ(report.exitCode, ExitCode::Success);
+    EXPECT_EQ(report.verdict, "Nothing was detected in 12.0 s.");
+    EXPECT_THAT(ReportText(report, false, false), HasSubstr("Heard:         12.0 s\n"));
+    EXPECT_EQ(ReportFor({FileOf("a.wav", 12.0)}).exitCode, ExitCode::Refused) << "of a recording it is one";
+}
+
+TEST(ListeningReport, FaultsOfALiveSessionCountAsThoseOfARecording)
+{
+    HeardFile deaf = FileOf("Desk", 12.0, {PhraseAt(1.0, 104.5)});
+    deaf.phrases[0].peak.passed = true;
+    deaf.deafFrom = 1.5;
+    EXPECT_EQ(LiveReportFor(deaf).exitCode, ExitCode::Refused);
+    EXPECT_EQ(LiveReportFor(deaf).verdict, "The DSP reset itself and was deaf from then on.");
+
+    HeardFile refused = FileOf("Desk", 12.0, {DetectionAt(1.0, 104.5)});
+    refused.phrases[0].parsed.result = static_cast<int32_t>(0x80070057);
+    EXPECT_EQ(LiveReportFor(refused).exitCode, ExitCode::LibraryFailure);
+}
+
+TEST(ListeningReport, AMicrophoneThatIsGoneIsAnErrorBesideWhatWasHeard)
+{
+    HeardFile session = FileOf("Desk", 12.0, {DetectionAt(1.0, 104.5)});
+    session.failures = {{ExitCode::WriteFailed, "Cannot write a.wav.", ""}, {ExitCode::BadInput, "Desk is gone.", "Plug it in."}};
+    const Report report = LiveReportFor(session);
+    EXPECT_EQ(report.exitCode, ExitCode::WriteFailed) << "that which lost most";
+    EXPECT_EQ(report.results.at(0).status, "gone");
+    EXPECT_EQ(report.verdict, "1 detection in 12.0 s; then the microphone was gone.");
+    session.failures.erase(session.failures.begin());
+    EXPECT_EQ(LiveReportFor(session).exitCode, ExitCode::BadInput);
+}
+
+TEST(ListeningReport, LostSoundIsSaid)
+{
+    HeardFile session = FileOf("Desk", 12.0);
+    session.overruns = 2;
+    const Report report = LiveReportFor(session);
+    EXPECT_THAT(ReportText(report, false, false), HasSubstr("warning: sound was lost 2 times: a phrase may have been missed"));
+    EXPECT_EQ(Json::parse(ReportDocument("listen", report))["results"][0]["overruns"], 2);
+}
+
+TEST(ListeningReport, APhraseIsToldInALine)
+{
+    EXPECT_EQ(PhraseLine(DetectionAt(1.25, 104.5), 100.0),
+              "detected  0:01.25 to 0:01.75  score 104.5, 1033 (en-US), user match: yes, counter 5000000 to 10000000");
+    EXPECT_EQ(PhraseLine(NearMissAt(20.0, 91.25), 100.0),
+              "near miss  0:20.00 to 0:20.50  score 91.2, the words are not clear enough");
 }
 
 } // namespace
