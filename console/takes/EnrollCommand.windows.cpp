@@ -1,7 +1,10 @@
 #include "console/takes/EnrollCommand.h"
 
+#include "console/audio/MicrophoneCommands.h"
+#include "console/audio/PortAudioMicrophone.h"
 #include "console/hosting/LogExplanation.h"
 #include "console/hosting/UserModelStream.h"
+#include "console/takes/LiveTakes.h"
 #include "console/takes/TakeComparison.h"
 #include "console/takes/VerifyCommand.h"
 #include "console/text/Interruption.h"
@@ -29,15 +32,26 @@ struct EnrollOptions
     TakeOptions takes;
     std::string model;
     bool skipRefused = false;
+    std::optional<std::string> microphone{}; ///< asked in place of files: a part of its name, or empty
+    TakeRequest request;
 };
+
+std::vector<Output> OutputsOf(const EnrollOptions& options)
+{
+    std::vector<Output> outputs{{PathFromUtf8(options.model), OutputKind::UserModel}};
+    for (std::size_t take = 1; !options.request.folder.empty() && take <= options.request.count; ++take)
+    {
+        outputs.push_back({PathFromUtf8(TakeFile(options.request, take)), OutputKind::Recording});
+    }
+    return outputs;
+}
 
 /// One run of the command, step by step. What was found is kept, whatever fails behind it.
 class EnrollmentRun
 {
 public:
     EnrollmentRun(const EnrollOptions& enrollOptions, const Context& commandContext)
-        : options(enrollOptions), context(commandContext),
-          verifier(options.takes, context, std::vector{Output{PathFromUtf8(options.model), OutputKind::UserModel}})
+        : options(enrollOptions), context(commandContext), verifier(options.takes, context, OutputsOf(options))
     {
     }
 
@@ -60,7 +74,14 @@ public:
 private:
     Report Enroll()
     {
-        verifier.Verify(context.progress, &takes);
+        if (options.microphone)
+        {
+            AskForTakes();
+        }
+        else
+        {
+            verifier.Verify(context.progress, &takes);
+        }
         comparison = CompareTakes(takes, verifier.models);
         const std::size_t accepted = NumbersOf(takes, true).size();
         if (options.skipRefused ? accepted == 0 : accepted < takes.size())
@@ -70,6 +91,17 @@ private:
         Train();
         WriteWhole(PathFromUtf8(options.model), model);
         return ConcludeTrained();
+    }
+
+    void AskForTakes()
+    {
+        const auto open = [this] {
+            return OpenMicrophone(*options.microphone);
+        };
+        const auto judge = [this](const std::string& name, Audio audio) {
+            return verifier.Judge(name, std::move(audio));
+        };
+        RecordTakes(options.request, open, judge, &context.progress, &takes);
     }
 
     /// @throws CommandFailure when there is no model
@@ -184,14 +216,25 @@ private:
 
 void AddEnrollCommand(CLI::App& app, Commands& commands)
 {
-    CLI::App* command = app.add_subcommand("enroll", "Train a user's model from recordings of the key phrase");
+    CLI::App* command =
+        app.add_subcommand("enroll", "Train a user's model from recordings of the key phrase, or from a microphone");
     const auto options = std::make_shared<EnrollOptions>();
-    AddTakeOptions(command, commands,
-                   "Recordings of one person, each with the phrase once, or folders of them; three or more are best",
-                   &options->takes);
+    CLI::Option* files = AddTakeOptions(
+        command, commands, "Recordings of one person, each with the phrase once, or folders of them; three or more are best",
+        &options->takes);
+    CLI::Option* microphone = AddMicrophoneOption(command, files, &options->microphone);
+    command->add_option("--takes", options->request.count, "How many takes the microphone is asked for; default 3")
+        ->needs(microphone)
+        ->check(CLI::Range(1, 16))
+        ->type_name("NUMBER");
+    command->add_option("--save-takes", options->request.folder, "Folder for the takes from the microphone, take-1.wav and so on")
+        ->needs(microphone)
+        ->type_name("DIR");
     command->add_option("--model", options->model, "Where the user's model is stored")->required()->type_name("FILE");
-    command->add_flag("--skip-refused", options->skipRefused, "Train from the accepted takes when others are refused");
-    command->footer("  velox-kws enroll en-US take-1.wav take-2.wav take-3.wav --model jana.vwov\n");
+    command->add_flag("--skip-refused", options->skipRefused, "Train from the accepted takes when others are refused")
+        ->needs(files);
+    command->footer("  velox-kws enroll en-US take-1.wav take-2.wav take-3.wav --model jana.vwov\n"
+                    "  velox-kws enroll en-US --microphone --model jana.vwov --save-takes takes\n");
     commands.run[command] = [options](Context& context) {
         return EnrollmentRun(*options, context).Run();
     };

@@ -6,6 +6,11 @@
 #include "console/report/Command.h"
 #include "console/takes/TakeReport.h"
 
+namespace CLI
+{
+class Option;
+}
+
 namespace velox::console
 {
 
@@ -21,7 +26,8 @@ struct TakeOptions
 };
 
 /// Declares LANG, WAV, --report and the detector's options.
-void AddTakeOptions(CLI::App* command, Commands& commands, const char* filesHelp, TakeOptions* options);
+/// @return WAV, which is not required yet
+CLI::Option* AddTakeOptions(CLI::App* command, Commands& commands, const char* filesHelp, TakeOptions* options);
 
 /// A language as its takes are looked at: by the library, and by the console's own review.
 class TakeVerifier
@@ -36,6 +42,11 @@ public:
     /// @param takes  receives them one by one: they are there when it ends early
     /// @throws CommandFailure
     void Verify(Progress& progress, std::vector<Take>* takes);
+
+    /// Verifies one recording.
+    /// @param name  of the take
+    /// @throws CommandFailure
+    Take Judge(const std::string& name, Audio audio);
 
     const std::vector<std::string> files;
     const uint16_t language;

@@ -67,12 +67,13 @@ Report Verify(const TakeOptions& options, const Context& context)
 
 } // namespace
 
-void AddTakeOptions(CLI::App* command, Commands& commands, const char* filesHelp, TakeOptions* options)
+CLI::Option* AddTakeOptions(CLI::App* command, Commands& commands, const char* filesHelp, TakeOptions* options)
 {
     command->add_option("LANG", options->language, "Language: en-US, 1033 or 0x409")->required()->type_name("");
-    command->add_option("WAV", options->files, filesHelp)->required()->type_name("");
+    CLI::Option* files = command->add_option("WAV", options->files, filesHelp)->type_name("");
     commands.AddPageOption(command);
     AddDetectorOptions(command, &options->detector);
+    return files;
 }
 
 TakeVerifier::TakeVerifier(const TakeOptions& options, const Context& context, std::span<const Output> outputs)
@@ -104,13 +105,18 @@ Take TakeVerifier::VerifyFile(const std::string& file)
     {
         return UnreadableTake(file, failure);
     }
+    return Judge(file, std::move(audio));
+}
+
+Take TakeVerifier::Judge(const std::string& name, Audio audio)
+{
     const Answer answer = detector.Verify(language, audio.samples);
     if (std::ranges::find(answer.lines, VeloxLogLevel::Error, &LoggedLine::level) != answer.lines.end())
     {
-        answer.Require("Verifying " + file);
+        answer.Require("Verifying " + name);
     }
     engine::TakeReview review = engine::ReviewTake(models.phrase.get(), audio.samples);
-    return MakeTake(file, std::move(audio), std::move(review),
+    return MakeTake(name, std::move(audio), std::move(review),
                     {answer.Succeeded(), answer.lines, threshold, configured.qualityThreshold});
 }
 
@@ -118,7 +124,8 @@ void AddVerifyCommand(CLI::App& app, Commands& commands)
 {
     CLI::App* command = app.add_subcommand("verify", "Tell of recordings whether they hold the key phrase, and why not");
     const auto options = std::make_shared<TakeOptions>();
-    AddTakeOptions(command, commands, "Recordings of any sample rate, folders, or patterns such as *.wav", options.get());
+    AddTakeOptions(command, commands, "Recordings of any sample rate, folders, or patterns such as *.wav", options.get())
+        ->required();
     command->footer("  velox-kws verify en-US take-1.wav take-2.wav\n");
     commands.run[command] = [options](Context& context) {
         return Verify(*options, context);
