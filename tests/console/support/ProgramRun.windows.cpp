@@ -44,11 +44,16 @@ std::wstring ProgramPath()
 
 } // namespace
 
-ProgramRun RunVeloxKws(const std::vector<std::string>& arguments)
+struct RunningVeloxKws::State
 {
-    const TemporaryFolder folder;
-    const OutputFile output(folder.Path() + "\\output");
-    const OutputFile errors(folder.Path() + "\\errors");
+    TemporaryFolder folder;
+    OutputFile output{folder.Path() + "\\output"};
+    OutputFile errors{folder.Path() + "\\errors"};
+    PROCESS_INFORMATION process{};
+};
+
+RunningVeloxKws::RunningVeloxKws(const std::vector<std::string>& arguments) : state(std::make_unique<State>())
+{
     std::wstring line = L"\"" + ProgramPath() + L"\"";
     for (const std::string& argument : arguments)
     {
@@ -57,14 +62,32 @@ ProgramRun RunVeloxKws(const std::vector<std::string>& arguments)
     STARTUPINFOW start{};
     start.cb = sizeof(start);
     start.dwFlags = STARTF_USESTDHANDLES;
-    start.hStdOutput = output.handle;
-    start.hStdError = errors.handle;
-    PROCESS_INFORMATION process{};
-    EXPECT_NE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process), FALSE);
-    WaitForSingleObject(process.hProcess, INFINITE);
+    start.hStdOutput = state->output.handle;
+    start.hStdError = state->errors.handle;
+    EXPECT_NE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &state->process), FALSE);
+}
+
+RunningVeloxKws::~RunningVeloxKws()
+{
+    TerminateProcess(state->process.hProcess, 1); // does nothing when it has ended
+    CloseHandle(state->process.hThread);
+    CloseHandle(state->process.hProcess);
+}
+
+std::string RunningVeloxKws::Output() const
+{
+    return ReadWholeFile(state->output.path);
+}
+
+ProgramRun RunningVeloxKws::Wait()
+{
+    WaitForSingleObject(state->process.hProcess, INFINITE);
     DWORD exitCode = 0;
-    GetExitCodeProcess(process.hProcess, &exitCode);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    return {static_cast<int>(exitCode), ReadWholeFile(output.path), ReadWholeFile(errors.path)};
+    GetExitCodeProcess(state->process.hProcess, &exitCode);
+    return {static_cast<int>(exitCode), Output(), ReadWholeFile(state->errors.path)};
+}
+
+ProgramRun RunVeloxKws(const std::vector<std::string>& arguments)
+{
+    return RunningVeloxKws(arguments).Wait();
 }
