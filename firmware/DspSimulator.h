@@ -92,8 +92,8 @@ public:
     /// lets the last keyword be reported.
     int64_t Latency() const;
 
-    /// The search's score of the last frame, in the unit of the threshold files: how near what is heard just now is to the phrase.
-    /// Nothing while disarmed.
+    /// The search's score of the last frame, in the unit of the threshold files: how near what is heard just now is to the
+    /// phrase. Nothing while disarmed.
     std::optional<float> CurrentScore() const
     {
         return listener ? listener->FirstStageScore() : std::nullopt;
