@@ -182,6 +182,18 @@ void KeepBest(HeardFile* file)
         }
     }
     std::erase_if(file->phrases, [](const HeardPhrase& phrase) { return !phrase.peak.passed && !phrase.isNear; });
+    file->kept = file->phrases.size();
+}
+
+void KeepBestMeanwhile(int64_t heardSamples, HeardFile* file)
+{
+    // A peak may still overlap phrases that end later than this.
+    constexpr int64_t LongestPhrase = engine::PhraseDetector::HistoryFrames * static_cast<int64_t>(engine::FrameSize);
+    if (file->phrases.size() >= file->kept + MostNearMisses &&
+        file->phrases.back().peak.detection.endSample + 2 * LongestPhrase < heardSamples)
+    {
+        KeepBest(file);
+    }
 }
 
 void KeepBestCloseUps(std::span<HeardFile> files)

@@ -68,6 +68,7 @@ struct HeardFile
     double seconds = 0.0;                    ///< that were heard
     std::vector<HeardPhrase> phrases{};      ///< those that fired, and the best near misses, in the order of time
     std::size_t lowerNearMisses = 0;         ///< beyond MostNearMisses
+    std::size_t kept = 0;                    ///< phrases that KeepBest left last
     std::optional<uint16_t> highestSilent{}; ///< highest score of a phrase that did not fire, Q8
     std::optional<double> deafFrom{};        ///< second of a reset, after which nothing was heard
     std::size_t overruns = 0;                ///< how often a microphone's sound was lost
@@ -80,6 +81,10 @@ inline constexpr std::size_t MostCloseUps = 200;
 
 /// Leaves what fired and the best near misses, and counts the rest.
 void KeepBest(HeardFile* file);
+
+/// The same while more is to come, once in a while: at most twice MostNearMisses are held.
+/// @param heardSamples  so far
+void KeepBestMeanwhile(int64_t heardSamples, HeardFile* file);
 
 /// Of all files together: of what fired, then of the best near misses. The pictures of others are removed.
 void KeepBestCloseUps(std::span<HeardFile> files);
@@ -114,7 +119,6 @@ struct Heard
 Heard HearRecordings(const ListeningSetup& setup, const BlockParser& parse, Progress* progress);
 
 /// Listens to a microphone, and says of each detection at once and of each near miss a second later. Ctrl-C ends it in order.
-/// However long it lasts, at most twice MostNearMisses near misses are held.
 /// @param seconds  after which it ends; nothing: only Ctrl-C does
 /// @throws CommandFailure as HearRecordings
 Heard HearMicrophone(const ListeningSetup& setup, std::optional<double> seconds, const BlockParser& parse, Microphone* microphone,

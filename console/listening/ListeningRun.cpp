@@ -118,13 +118,7 @@ void ListeningRun::ConcludePhrases(int64_t upTo)
     {
         Conclude(&*phrase);
     }
-    // What lies so far back that no peak overlaps it any more.
-    constexpr int64_t LongestPhrase = engine::PhraseDetector::HistoryFrames * static_cast<int64_t>(engine::FrameSize);
-    if (heard.phrases.size() >= 2 * MostNearMisses &&
-        heard.phrases.back().peak.detection.endSample + 2 * LongestPhrase < recent.Heard())
-    {
-        KeepBest(&heard);
-    }
+    KeepBestMeanwhile(upTo, &heard);
 }
 
 void ListeningRun::Conclude(HeardPhrase* phrase)
@@ -174,7 +168,7 @@ void ListeningRun::SaveSound(HeardPhrase* phrase)
     const engine::Detection& place = phrase->peak.detection;
     int64_t from = 0;
     const std::span<const float> sound = recent.Between(place.startSample - SoundBefore, place.endSample + SoundAfter, &from);
-    const std::string name = fmt::format("{}-{:03}-{:.0f}s.wav", heard.stem, ++savedSounds, Seconds(place.startSample));
+    const std::string name = fmt::format("{}-{:03}-{}s.wav", heard.stem, ++savedSounds, place.startSample / SamplesPerSecond);
     const std::filesystem::path path = PathFromUtf8(setup.audioFolder) / PathFromUtf8(name);
     try
     {

@@ -247,7 +247,7 @@ void AddListenCommand(CLI::App& app, Commands& commands)
     CLI::Option* microphone = AddMicrophoneOption(command, recordings, &options->microphone);
     command->add_option("--seconds", options->seconds, "How long the microphone is heard; without it until Ctrl-C")
         ->needs(microphone)
-        ->check(CLI::PositiveNumber)
+        ->check(CLI::Range(0.1, 1e6))
         ->type_name("NUMBER");
     command->add_option("--pattern", options->pattern, "The block that arms it, from velox-kws arm")
         ->required()

@@ -57,6 +57,8 @@ TEST_F(Documents, OfCommandsThatRefuseOrFail)
     const std::string file = project.Configuration();
     project.Write("text.wav", std::string("no sound"));
     const std::string silence = project.Record("silence.wav", std::vector<float>(32000, 0.0F));
+    const std::string pattern = project.File("pattern.bin");
+    Keep("arm-everybody", 0, {"arm", config, file, "en-US", "--out", pattern});
     Keep("verify-refused", 1, {"verify", config, file, "en-US", Take(1), silence});
     Keep("verify-unreadable", 3, {"verify", config, file, "en-US", project.File("text.wav")});
     Keep("enroll-refused", 1, {"enroll", config, file, "en-US", silence, "--model", project.File("user.vwov")});
@@ -67,6 +69,7 @@ TEST_F(Documents, OfCommandsThatRefuseOrFail)
     project.Write("pre_1033.txt", std::string("0,75"));
     Keep("doctor-findings", 1, {"doctor", file});
     Keep("inspect-damaged", 1, {"inspect", project.File("pre_1033.txt")});
+    Keep("listen-no-such-microphone", 3, {"listen", config, file, "--pattern", pattern, "--microphone", "no such one"});
     Keep("no-command", 2, {});
     Keep("no-configuration", 4, {"capabilities", config, project.File("none.xml")});
 }

@@ -414,6 +414,35 @@ TEST_F(Listening, AllDetectionsAndTheBestNearMissesAreKept)
         std::ranges::none_of(file.phrases, [&](const auto& phrase) { return phrase.peak.detection.startSample == lowestAt; }));
 }
 
+TEST_F(Listening, HoweverManyComeNoMoreThanTwiceTheMostAreHeld)
+{
+    HeardFile meanwhile;
+    HeardFile atTheEnd;
+    std::size_t most = 0;
+    for (int i = 0; i < 9000; ++i)
+    {
+        const firmware::Peak peak = Peak(i, i + 0.5, 90.0 + static_cast<double>(i % 2371) / 256.0 * 3.0, 120);
+        for (HeardFile* file : {&meanwhile, &atTheEnd})
+        {
+            AddPeak(peak, 120 * 256, &file->phrases);
+        }
+        KeepBestMeanwhile(std::lround((i + 0.6) * 16000.0), &meanwhile);
+        EXPECT_TRUE(meanwhile.phrases.back().peak.detection.startSample == peak.detection.startSample)
+            << "another peak may still overlap it";
+        KeepBestMeanwhile(std::lround((i + 10.0) * 16000.0), &meanwhile);
+        most = std::max(most, meanwhile.phrases.size());
+    }
+    KeepBest(&meanwhile);
+    KeepBest(&atTheEnd);
+    EXPECT_LE(most, 2 * MostNearMisses);
+    EXPECT_EQ(meanwhile.highestSilent, atTheEnd.highestSilent);
+    EXPECT_EQ(meanwhile.lowerNearMisses, atTheEnd.lowerNearMisses);
+    ASSERT_EQ(meanwhile.phrases.size(), atTheEnd.phrases.size());
+    EXPECT_TRUE(std::ranges::equal(
+        meanwhile.phrases, atTheEnd.phrases, {}, [](const auto& phrase) { return phrase.peak.score; },
+        [](const auto& phrase) { return phrase.peak.score; }));
+}
+
 TEST_F(Listening, CloseUpsOfDetectionsStayFirst)
 {
     std::vector<HeardFile> files(2);
@@ -570,7 +599,7 @@ TEST_F(Listening, TheSoundAroundWhatWasHeardIsSaved)
     audio.resize(audio.size() + 48000, 0.001F);
     const HeardFile heard = Hear(setup, audio);
     ASSERT_THAT(heard.phrases, SizeIs(1));
-    EXPECT_EQ(PathFromUtf8(heard.phrases[0].savedAudio), PathFromUtf8(SoundFolder()) / "a-001-4s.wav");
+    EXPECT_EQ(PathFromUtf8(heard.phrases[0].savedAudio), PathFromUtf8(SoundFolder()) / "a-001-3s.wav");
     const Audio saved = ReadAudio(PathFromUtf8(heard.phrases[0].savedAudio));
     const engine::Detection& place = heard.phrases[0].peak.detection;
     ASSERT_EQ(std::ssize(saved.samples), place.endSample - place.startSample + 24000) << "a second before, half a second behind";

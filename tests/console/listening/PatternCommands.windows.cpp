@@ -337,6 +337,50 @@ TEST_F(PatternCommands, NoInputAndNoForeignFileIsReplaced)
     EXPECT_THAT(project.Read("blocks\\one-001.result"), SizeIs(60));
 }
 
+TEST_F(PatternCommands, SavedSoundsReplaceNoInputAndNoForeignFile)
+{
+    Arm("pattern.bin", ToneProject::English);
+    const std::string one = Phrases("one.wav", 1);
+    const auto run = [&](const std::string& sounds) {
+        return Listen({"--pattern", project.File("pattern.bin"), "--save-audio", sounds, one});
+    };
+    EXPECT_EQ(run(one).exitCode, ExitCode::Usage) << "a file where the folder should be";
+    std::filesystem::create_directory(PathFromUtf8(project.File("sounds")));
+    project.Write("sounds\\one-001-0s.wav", std::string("a diary"));
+    EXPECT_EQ(run(project.File("sounds")).exitCode, ExitCode::Usage);
+
+    project.Write("sounds\\one-001-0s.wav", std::string("RIFF, an older sound"));
+    const Report report = run(project.File("sounds"));
+    EXPECT_EQ(report.exitCode, ExitCode::Success) << Text(report);
+    EXPECT_THAT(Results(report)[0]["parts"][0]["audio"].get<std::string>(), EndsWith("one-001-0s.wav"));
+    EXPECT_GT(project.Read("sounds\\one-001-0s.wav").size(), 32000U);
+}
+
+TEST_F(PatternCommands, HearsRecordingsOrAMicrophone)
+{
+    Arm("pattern.bin", ToneProject::English);
+    const std::string one = Phrases("one.wav", 1);
+    for (const Arguments& wrong :
+         {Arguments{}, {one, "--microphone"}, {one, "--seconds", "1"}, {"--microphone", "--seconds", "0"}})
+    {
+        Arguments line = Line({"--pattern", project.File("pattern.bin")});
+        line.insert(line.end(), wrong.begin(), wrong.end());
+        const ProgramRun run = RunVeloxKws(line);
+        EXPECT_EQ(run.exitCode, 2) << run.output;
+        EXPECT_THAT(run.errors, testing::AnyOf(HasSubstr("--microphone"), HasSubstr("--seconds")));
+    }
+}
+
+TEST_F(PatternCommands, AMicrophoneThatIsNotThereIsNamed)
+{
+    Arm("pattern.bin", ToneProject::English);
+    const Report report = Listen({"--pattern", project.File("pattern.bin"), "--microphone", "no such one"});
+    EXPECT_EQ(report.exitCode, ExitCode::BadInput);
+    ASSERT_TRUE(report.error.has_value());
+    EXPECT_THAT(report.error->message,
+                testing::AnyOf("There is no microphone.", "No microphone has \"no such one\" in its name."));
+}
+
 TEST_F(PatternCommands, FoldersAndPatternsStandForTheirRecordings)
 {
     Arm("pattern.bin", ToneProject::English);

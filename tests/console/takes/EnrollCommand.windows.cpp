@@ -220,6 +220,36 @@ TEST_F(EnrollCommand, AModelThatCannotBeWrittenLeavesTheFormerOne)
     EXPECT_EQ(Count("user.vwov"), 1) << "nothing is left beside it";
 }
 
+TEST_F(EnrollCommand, TakesComeFromFilesOrAMicrophone)
+{
+    const std::string model = project.File("user.vwov");
+    const std::string take = Take(1);
+    for (const std::vector<std::string>& wrong : {std::vector<std::string>{},
+                                                  {take, "--microphone"},
+                                                  {take, "--takes", "2"},
+                                                  {take, "--save-takes", "takes"},
+                                                  {"--microphone", "--skip-refused"},
+                                                  {"--microphone", "--takes", "17"}})
+    {
+        std::vector<std::string> line{"--model", model};
+        line.insert(line.end(), wrong.begin(), wrong.end());
+        EXPECT_EQ(Run(line).exitCode, 2);
+    }
+    EXPECT_EQ(Run({"--microphone", "no such one", "--model", model}).exitCode, 3);
+    EXPECT_FALSE(Exists("user.vwov"));
+}
+
+TEST_F(EnrollCommand, StoredTakesReplaceNoForeignFile)
+{
+    std::filesystem::create_directory(velox::console::PathFromUtf8(project.File("takes")));
+    project.Write("takes\\take-2.wav", std::string("a diary"));
+    const std::vector<std::string> line{"--microphone", "no such one",         "--takes", "2",
+                                        "--save-takes", project.File("takes"), "--model", project.File("user.vwov")};
+    EXPECT_EQ(Run(line).exitCode, 2);
+    project.Write("takes\\take-2.wav", std::string("RIFF, an older take"));
+    EXPECT_EQ(Run(line).exitCode, 3) << "it goes on to the microphone";
+}
+
 TEST_F(EnrollCommand, AFolderThatIsNotThereIsAWriteFailure)
 {
     const ProgramRun run = Run({Take(1), Take(2), "--model", project.File("missing\\user.vwov")});
