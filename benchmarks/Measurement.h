@@ -33,3 +33,4 @@ void RegisterArmingPattern();
 void RegisterSampleConversion();
 void RegisterVerification();
 void RegisterListening();
+void RegisterOemAdapter();

@@ -25,6 +25,7 @@ int main(int argc, char** argv)
     RegisterSampleConversion();
     RegisterVerification();
     RegisterListening();
+    RegisterOemAdapter();
 
     benchmark::Initialize(&count, arguments.data());
     if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))

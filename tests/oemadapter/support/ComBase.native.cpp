@@ -7,6 +7,7 @@
 
 #include <objbase.h>
 
+#include <algorithm>
 #include <cstdio>
 
 extern "C"

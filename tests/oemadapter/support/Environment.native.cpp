@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <filesystem>
 
 std::optional<std::u16string> modulePath = DefaultModulePath;
