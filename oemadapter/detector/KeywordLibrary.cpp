@@ -96,8 +96,7 @@ HRESULT KeywordLibrary::Compute(IStream* modelData, const KeywordSelector& selec
                                 IMFMediaBuffer** recordings, uint32_t recordingCount)
 {
     const HRESULT result = library->ComputeAndAddUserModelData(modelData, selector, keywordEnds, recordings, recordingCount);
-    // A stream that takes less than the model, or does not keep it, is only told in a line: the user would have no model.
-    const bool isLost = SUCCEEDED(result) && logger->operation.Lines(VeloxLogLevel::Failure) > 0;
+    const bool isLost = SUCCEEDED(result) && logger->operation.ModelWasLost();
     return result == E_FAIL || isLost ? ProcessingFailed : result;
 }
 

@@ -13,8 +13,11 @@ namespace
 
 constexpr std::string_view Cut = "...";
 
-/// A message, what stands before it and its code fit.
-constexpr std::size_t LongestLine = AdapterLogger::LongestMessage + 256;
+/// Behind a message.
+constexpr std::size_t LongestCode = sizeof(" 0x00000000");
+
+/// Before a message: level, source and method.
+constexpr std::size_t LongestBefore = 256;
 
 const char* SourceName(uint32_t source)
 {
@@ -62,7 +65,7 @@ void AdapterLogger::LogWithCode(uint32_t level, uint32_t source, const std::stri
 void AdapterLogger::LogFormat(uint32_t level, uint32_t source, const char* format, ...)
 {
     // One character more than is shown tells that the message is too long.
-    std::array<char, LongestMessage + 2> message{};
+    std::array<char, LongestMessage + 2> message; // NOLINT(cppcoreguidelines-pro-type-member-init): as far as it is used
     va_list arguments;
     va_start(arguments, format);
     const int length = std::vsnprintf(message.data(), message.size(), format, arguments);
@@ -89,28 +92,33 @@ void AdapterLogger::SetLogToFile(bool enabled)
 
 void AdapterLogger::Add(uint32_t level, uint32_t source, std::string_view message, std::optional<uint32_t> code)
 {
-    std::array<char, LongestLine> line{};
-    const auto start =
-        static_cast<std::size_t>(std::max(0, std::snprintf(line.data(), LongestLine - LongestMessage, "%u %s %.100s ", level,
-                                                           SourceName(source), operation.Method())));
-
-    char* const text = line.data() + start;
+    std::array<char, LongestMessage + LongestCode> text; // NOLINT(cppcoreguidelines-pro-type-member-init): as far as it is used
     std::size_t length = std::min(message.size(), LongestMessage);
-    std::replace_copy_if(message.begin(), message.begin() + static_cast<std::ptrdiff_t>(length), text, IsControlCharacter, ' ');
+    std::replace_copy_if(message.begin(), message.begin() + static_cast<std::ptrdiff_t>(length), text.begin(), IsControlCharacter,
+                         ' ');
     if (message.size() > LongestMessage)
     {
-        std::ranges::copy(Cut, text + length - Cut.size());
+        std::ranges::copy(Cut, text.data() + length - Cut.size());
     }
     if (code)
     {
-        length += static_cast<std::size_t>(std::max(0, std::snprintf(text + length, sizeof(" 0x00000000"), " 0x%08X", *code)));
+        length += static_cast<std::size_t>(std::max(0, std::snprintf(text.data() + length, LongestCode, " 0x%08X", *code)));
     }
-
-    operation.Add(level, {text, length});
+    const std::string_view shown(text.data(), length);
+    operation.Add(level, shown);
     if (level <= threshold)
     {
-        file.Write({line.data(), start + length});
+        Show(level, source, shown);
     }
+}
+
+void AdapterLogger::Show(uint32_t level, uint32_t source, std::string_view text)
+{
+    std::array<char, LongestBefore + LongestMessage + LongestCode> line{};
+    const auto before = static_cast<std::size_t>(
+        std::max(0, std::snprintf(line.data(), LongestBefore, "%u %s %.100s ", level, SourceName(source), operation.Method())));
+    std::ranges::copy(text, line.data() + before);
+    file.Write({line.data(), before + text.size()});
 }
 
 } // namespace velox::oemadapter

@@ -49,6 +49,7 @@ public:
 
 private:
     void Add(uint32_t level, uint32_t source, std::string_view message, std::optional<uint32_t> code = std::nullopt);
+    void Show(uint32_t level, uint32_t source, std::string_view text);
 
     /// Until the library has told the level: a failure to make it must be seen.
     uint32_t threshold = VeloxLogLevel::Error;

@@ -1,14 +1,25 @@
 #include "oemadapter/logging/OperationLog.h"
 
+#include <IVeloxKeywordDetectorLogger.h>
+
 #include <algorithm>
 
 namespace velox::oemadapter
 {
 
+namespace
+{
+
+/// How the lines begin that the library writes about a user's model on its way into the stream.
+constexpr std::string_view WritingModel = "[WriteModelToIStream]";
+
+} // namespace
+
 void OperationLog::Begin(const char* begun)
 {
     method = begun;
     counts = {};
+    modelWasLost = false;
     length = 0;
 }
 
@@ -19,6 +30,7 @@ void OperationLog::Add(uint32_t level, std::string_view line)
         return;
     }
     ++counts[level];
+    modelWasLost = modelWasLost || (level == VeloxLogLevel::Failure && line.starts_with(WritingModel));
 
     const std::array<char, 2> before{static_cast<char>('0' + level), ' '};
     constexpr std::string_view After = "\r\n";

@@ -33,6 +33,13 @@ public:
         return counts.at(level);
     }
 
+    /// Whether the library said that a user's model did not get into the stream: not all of it was taken, or it was not
+    /// committed. It returns S_OK then all the same.
+    bool ModelWasLost() const
+    {
+        return modelWasLost;
+    }
+
     /// The lines, each with its level before it and a line break behind it.
     std::string_view Text() const
     {
@@ -42,6 +49,7 @@ public:
 private:
     const char* method = "";
     std::array<uint32_t, 6> counts{}; ///< by level
+    bool modelWasLost = false;
     std::array<char, MostText> text{};
     std::size_t length = 0;
 };

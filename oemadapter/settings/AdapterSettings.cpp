@@ -5,7 +5,8 @@
 
 #include <objbase.h>
 
-#include <iterator>
+#include <algorithm>
+#include <utility>
 
 namespace velox::oemadapter
 {
@@ -23,13 +24,14 @@ constexpr uint32_t MostUserRecordings = 16;
 
 bool TakePath(const RegistryValue& value, WideText* path)
 {
-    const std::optional<WideText> text = TextOf(value);
+    WideText text = TextOf(value).value_or(WideText());
+    std::ranges::replace(text, u'/', u'\\');
     // A path that is not absolute would depend on the current folder of whoever loads the adapter.
-    if (!text || text->size() < 3 || (text->substr(1, 2) != u":\\" && !text->starts_with(u"\\\\")))
+    if (text.size() < 3 || (text.substr(1, 2) != u":\\" && !text.starts_with(u"\\\\")))
     {
         return false;
     }
-    *path = *text;
+    *path = std::move(text);
     return true;
 }
 

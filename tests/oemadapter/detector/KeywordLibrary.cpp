@@ -149,6 +149,13 @@ TEST_F(KeywordLibrary, RepairOfComputeModelThatDidNotReachTheStreamIsAFailure)
     EXPECT_EQ(Compute(empty.get()), GenFailure);
 }
 
+TEST_F(KeywordLibrary, ATakeThatTheEngineRefusedIsNoFailureOfComputeWhereOthersMadeTheModel)
+{
+    library.lines["ComputeAndAddUserModelData"] = {2};
+    library.lineOfLevel2 = "VWoVFinalizeEnrollmentUtterance failed!";
+    EXPECT_EQ(Compute(empty.get()), S_OK);
+}
+
 TEST_F(KeywordLibrary, ComputeHandsTheOtherResultsOn)
 {
     library.lines["ComputeAndAddUserModelData"] = {3, 4, 5};

@@ -33,6 +33,18 @@ TEST_F(OperationLog, ForgetsThemWhenACallBegins)
     EXPECT_EQ(log.Lines(1), 0U);
 }
 
+TEST_F(OperationLog, KnowsOfAModelThatWasLostOnItsWayIntoTheStream)
+{
+    log.Add(2, "[TrainModel] Failed to allocate memory for model data.");
+    log.Add(4, "[WriteModelToIStream] Entry.");
+    EXPECT_FALSE(log.ModelWasLost());
+    log.Add(2, std::string(log.MostText - 100, 'x'));
+    log.Add(2, "[WriteModelToIStream] Failed to commit data to stream." + std::string(100, ' '));
+    EXPECT_TRUE(log.ModelWasLost()) << "kept or not";
+    log.Begin("Next");
+    EXPECT_FALSE(log.ModelWasLost());
+}
+
 TEST_F(OperationLog, CountsLinesThatDoNotFit)
 {
     const std::string line(1000, 'x');

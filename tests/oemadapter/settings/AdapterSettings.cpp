@@ -47,7 +47,7 @@ TEST_F(AdapterSettings, DefaultsHoldWithoutAKey)
 
 TEST_F(AdapterSettings, ValuesTakeTheDefaultsPlace)
 {
-    WriteText(HKEY_LOCAL_MACHINE, AdapterKey, u"ConfigurationFile", u"C:\\Velox\\configuration.xml");
+    WriteText(HKEY_LOCAL_MACHINE, AdapterKey, u"ConfigurationFile", u"C:/Velox/configuration.xml");
     WriteText(HKEY_LOCAL_MACHINE, AdapterKey, u"LogFile", u"\\\\server\\share\\adapter.log");
     WriteText(HKEY_LOCAL_MACHINE, AdapterKey, u"EventId", u"{01020304-0506-0708-090A-0B0C0D0E0F10}");
     WriteText(HKEY_LOCAL_MACHINE, AdapterKey, u"EventProviderId", u"{11121314-1516-1718-191a-1b1c1d1e1f20}");

@@ -205,7 +205,7 @@ private:
         script.calls.push_back(operation + "(" + arguments + ")");
         for (const uint32_t level : script.lines[operation])
         {
-            logger->Log(level, 0, "[" + operation + "] A line.");
+            logger->Log(level, 0, level == VeloxLogLevel::Failure ? script.lineOfLevel2 : "[" + operation + "] A line.");
         }
         if (script.onCall)
         {
