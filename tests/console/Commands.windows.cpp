@@ -17,6 +17,6 @@ TEST(Commands, AllStandInTheHelpsOrderWithWhatRunsThem)
         EXPECT_TRUE(commands.run.contains(command) && commands.run.at(command)) << names.back();
         EXPECT_NE(command->get_footer(), "") << "an example of " << names.back();
     }
-    EXPECT_THAT(names,
-                testing::ElementsAre("doctor", "capabilities", "verify", "enroll", "arm", "listen", "inspect", "make-language"));
+    EXPECT_THAT(names, testing::ElementsAre("doctor", "capabilities", "devices", "verify", "enroll", "arm", "listen", "inspect",
+                                            "make-language"));
 }
