@@ -93,9 +93,10 @@ public:
     std::vector<float> Read() override
     {
         queue.Fetch(ReadPatience, &fetched);
-        const auto now = std::chrono::steady_clock::now();
-        patientUntil = fetched.empty() ? patientUntil : now + Patience;
-        if (fetched.empty() && (now > patientUntil || Pa_IsStreamActive(stream.get()) != 1))
+        // Waits are counted, not the time: a program, or a computer, that slept has not waited for the device.
+        waits = fetched.empty() ? waits + 1 : 0;
+        mostWaits = fetched.empty() ? mostWaits : Patience / ReadPatience;
+        if (waits > mostWaits || (fetched.empty() && Pa_IsStreamActive(stream.get()) != 1))
         {
             throw CommandFailure(ExitCode::BadInput, "The microphone " + device.name + " gives no sound any more.", Advice);
         }
@@ -121,7 +122,8 @@ private:
     Resampler resampler;
     SoundQueue queue;
     std::vector<float> fetched;
-    std::chrono::steady_clock::time_point patientUntil = std::chrono::steady_clock::now() + StartPatience;
+    int64_t waits = 0; ///< in a row, in vain
+    int64_t mostWaits = StartPatience / ReadPatience;
     PortAudio portAudio;
     std::unique_ptr<PaStream, CloseStream> stream; // closed before what its thread uses is gone
 };
