@@ -3,6 +3,7 @@
 #include "oemadapter/windows/ProvisionalResultCodes.h"
 #include "tests/oemadapter/support/OemAdapterOutputs.h"
 #include "tests/oemadapter/support/OemAdapterTest.h"
+#include "tests/support/PlatformObjects.h"
 
 #include <optional>
 #include <utility>
@@ -547,6 +548,20 @@ TEST_F(OemAdapterEvent, ParsingsFailuresLeaveNoOutputButTheError)
     expect(GenFailure, block);
     library.results["ParseDetectionResultData"] = E_OUTOFMEMORY;
     expect(E_OUTOFMEMORY, block);
+}
+
+TEST_F(OemAdapterEvent, NoReferenceToTheCallersStreamIsKept)
+{
+    const PlatformObjects::Owned<IStream> stream = PlatformObjects::NewStream();
+    WAVEFORMATEX* recordings[] = {take.Format()};
+    LONG ends[] = {0};
+    EventDetection outputs;
+    EXPECT_EQ(event->VerifyUserEventData(stream.get(), take.Format(), Selector(), 0), S_OK);
+    EXPECT_EQ(event->ComputeAndAddUserModelData(stream.get(), Selector(), ends, recordings, 1), S_OK);
+    Arm(Selector(), stream.get());
+    EXPECT_EQ(outputs.Parse(event, stream.get(), AsResult(block)), S_OK);
+    EXPECT_EQ(stream->AddRef(), 2U);
+    EXPECT_EQ(stream->Release(), 1U);
 }
 
 // ReportOSDetectionResult

@@ -6,6 +6,7 @@
 #include "tests/oemadapter/support/OemAdapterTest.h"
 #include "tests/support/AudioFormat.h"
 #include "tests/support/MediaBuffer.h"
+#include "tests/support/PlatformObjects.h"
 
 #include <functional>
 #include <optional>
@@ -388,6 +389,23 @@ TEST_F(OemAdapterKeyword, RepairOfParsingUnknownLanguageIsAFailureAndNeverLangua
     KeywordDetection outputs;
     EXPECT_EQ(outputs.Parse(keyword, empty.get(), AsResult(block)), GenFailure);
     EXPECT_TRUE(outputs.IsNothing());
+}
+
+TEST_F(OemAdapterKeyword, NoReferenceToTheCallersObjectsIsKept)
+{
+    const PlatformObjects::Owned<IStream> stream = PlatformObjects::NewStream();
+    const PlatformObjects::Owned<IMFMediaBuffer> take = PlatformObjects::Recording(std::vector<float>{0.5F});
+    IMFMediaBuffer* recordings[] = {take.get()};
+    LONG ends[] = {0};
+    KeywordDetection outputs;
+    EXPECT_EQ(keyword->VerifyUserKeyword(stream.get(), KwVoiceAssistant, English, 0, take.get()), S_OK);
+    EXPECT_EQ(keyword->ComputeAndAddUserModelData(stream.get(), {KwVoiceAssistant, English}, ends, recordings, 1), S_OK);
+    Arm(English, stream.get());
+    EXPECT_EQ(outputs.Parse(keyword, stream.get(), AsResult(block)), S_OK);
+    EXPECT_EQ(stream->AddRef(), 2U);
+    EXPECT_EQ(stream->Release(), 1U);
+    EXPECT_EQ(take->AddRef(), 2U);
+    EXPECT_EQ(take->Release(), 1U);
 }
 
 TEST_F(OemAdapterKeyword, NoExceptionLeavesAMethod)

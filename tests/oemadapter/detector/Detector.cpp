@@ -75,6 +75,18 @@ TEST_F(Detector, APathThatTheLibraryCannotOpenIsRefusedWithALineInTheFile)
     EXPECT_EQ(detector->AddUser(), S_OK);
 }
 
+TEST_F(Detector, APathThatTheLibraryCannotOpenIsRefusedAlsoWhereThereWasALibrary)
+{
+    EXPECT_EQ(detector->AddUser(), S_OK);
+    detector->RemoveUser();
+    WriteText(HKEY_LOCAL_MACHINE, AdapterKey, u"ConfigurationFile", std::u16string(u"C:\\") + char16_t{0xD800});
+    for (int i = 0; i < 2; ++i)
+    {
+        EXPECT_EQ(detector->AddUser(), HRESULT_FROM_WIN32(ERROR_NO_UNICODE_TRANSLATION));
+        EXPECT_EQ(library.objects, 0);
+    }
+}
+
 TEST_F(Detector, ALibraryThatCannotBeMadeIsTriedAgain)
 {
     library.onCall = [](const std::string&) {
