@@ -79,13 +79,14 @@ bool Promises(const Findings& findings, Operation operation)
 
 } // namespace
 
-TEST(DoctorCommand, GoodConfigurationHasOneLineAndSucceeds)
+TEST(DoctorCommand, GoodConfigurationSucceedsAndOnlyLacksAnOemAdapter)
 {
     const DoctorProject project;
     const ProgramRun run = RunVeloxKws({"doctor", project.Path()});
     EXPECT_EQ(run.exitCode, 0) << run.output;
-    EXPECT_THAT(run.output, testing::StartsWith("Nothing is wrong: 2 languages, "));
-    EXPECT_EQ(std::count(run.output.begin(), run.output.end(), '\n'), 1);
+    EXPECT_THAT(run.output, testing::StartsWith("note  No OEM adapter is registered.\n"));
+    EXPECT_THAT(run.output, testing::HasSubstr("\nNothing is wrong: 2 languages, "));
+    EXPECT_EQ(std::count(run.output.begin(), run.output.end(), '\n'), 4);
     EXPECT_EQ(run.errors, "");
 }
 

@@ -179,8 +179,8 @@ TEST_F(MakeLanguageCommand, AFolderThatTheLibraryCannotOpenIsRefusedFirst)
 
 TEST_F(MakeLanguageCommand, ALanguageThatTheLibraryCannotUseIsNotCalledLearned)
 {
-    // So short a training gives models that the engine refuses.
-    const std::string before = "<keywords/>";
+    // The library opens the constraints of a configuration with every operation.
+    const std::string before = "<keywords constraints=\"none\\constraints.txt\"/>";
     WriteWholeFile(folder.Path("config.xml"), before);
     const ProgramRun run = RunVeloxKws(Line({"--batches", "2", "--json"}));
     EXPECT_EQ(run.exitCode, 4);
