@@ -89,6 +89,10 @@ Findings CheckAdapter(const AdapterFacts& facts, const std::filesystem::path& co
                    fmt::format("The OEM adapter's threading model is \"{}\", not \"Both\".", facts.registered->threadingModel),
                    "Calls from some threads go through a proxy, or fail.", Register);
     }
+    for (const std::string& problem : facts.settingProblems)
+    {
+        module.Add(Tone::Warning, 0, problem, "", "docs/oem-adapter.md lists the settings.");
+    }
     CheckConfigurationOf(facts, configuration, module);
     if (facts.isConfigurationThere)
     {

@@ -30,6 +30,7 @@ struct AdapterFacts
     bool isModuleThere = false;
     uint16_t machine = 0; ///< of the module's header; 0 when it is no program
     bool isConfigurationThere = false;
+    std::vector<std::string> settingProblems{}; ///< a sentence for each value of its settings that cannot be used
     AnnouncedFacts byAdapter{};
     AnnouncedFacts byLibrary{}; ///< with the adapter's configuration file
 };

@@ -3,6 +3,7 @@
 #include "console/hosting/Detector.h"
 #include "console/text/CommandFailure.h"
 #include "console/text/Utf8Path.h"
+#include "oemadapter/settings/AdapterSettings.h"
 
 #include <windows.h>
 
@@ -54,6 +55,7 @@ AdapterFacts ProbeAdapter(const std::string& detectorId)
     {
         return facts;
     }
+    oemadapter::ReadAdapterSettings(&facts.settingProblems);
     std::error_code ignored;
     facts.isModuleThere = std::filesystem::is_regular_file(facts.registered->module, ignored);
     facts.machine = facts.isModuleThere ? MachineOf(facts.registered->module) : uint16_t{0};

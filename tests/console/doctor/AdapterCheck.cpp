@@ -64,6 +64,10 @@ TEST(AdapterCheck, EachFaultIsTold)
                   [](AdapterFacts* facts) {
                       facts->isConfigurationThere = false;
                   }},
+                 {"The setting EventId is of no use", Tone::Warning,
+                  [](AdapterFacts* facts) {
+                      facts->settingProblems = {"The setting EventId is of no use: its default holds."};
+                  }},
                  {"works with another configuration file", Tone::Note,
                   [](AdapterFacts*) {
                   }},

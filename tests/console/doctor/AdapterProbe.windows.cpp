@@ -5,6 +5,8 @@
 #include "tests/console/support/AdapterRegistration.h"
 #include "tests/console/support/ToneProject.h"
 
+#include <windows.h>
+
 #include <gmock/gmock.h>
 
 using namespace velox::console;
@@ -33,6 +35,14 @@ TEST_F(AdapterProbe, FindsNothingWrongWithTheAdapter)
     {
         EXPECT_EQ(finding.tone, Tone::Good) << finding.message;
     }
+}
+
+TEST_F(AdapterProbe, FindsASettingThatIsOfNoUse)
+{
+    RegSetKeyValueW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Velox\\KeywordDetectorAdapter\\OemAdapter", L"EventId", REG_SZ, L"none",
+                    5 * sizeof(wchar_t));
+    EXPECT_THAT(ProbeAdapter(DefaultDetectorId).settingProblems,
+                testing::ElementsAre("The setting EventId is of no use: its default holds."));
 }
 
 TEST_F(AdapterProbe, FindsAModuleThatIsNoneOrNotThere)
