@@ -30,8 +30,8 @@ public:
 
     /// Operations: "GetCapabilities", "VerifyUserKeyword", "ComputeAndAddUserModelData", "BuildArmingPatternData",
     /// "ParseDetectionResultData".
-    std::map<std::string, HRESULT> results;                   ///< instead of what comes of the arguments
-    std::map<std::string, std::vector<uint32_t>> lines;       ///< levels of the lines that an operation writes
+    std::map<std::string, HRESULT> results;             ///< instead of what comes of the arguments
+    std::map<std::string, std::vector<uint32_t>> lines; ///< levels of the lines that an operation writes
     std::string lineOfLevel2 = "[WriteModelToIStream] Failed to commit data to stream.";
     std::function<void(const std::string& operation)> onCall; ///< may throw
     CapabilitiesEnd capabilitiesEnd = CapabilitiesEnd::Success;
