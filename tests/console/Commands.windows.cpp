@@ -3,6 +3,9 @@
 #include <CLI/CLI.hpp>
 #include <gmock/gmock.h>
 
+namespace CommandsOnRealTests
+{
+
 using namespace velox::console;
 
 TEST(Commands, AllStandInTheHelpsOrderWithWhatRunsThem)
@@ -20,3 +23,5 @@ TEST(Commands, AllStandInTheHelpsOrderWithWhatRunsThem)
     EXPECT_THAT(names, testing::ElementsAre("doctor", "capabilities", "devices", "verify", "enroll", "arm", "listen", "inspect",
                                             "make-language"));
 }
+
+} // namespace CommandsOnRealTests

@@ -4,10 +4,10 @@
 
 #include <gtest/gtest.h>
 
-using velox::console::ConsoleSetup;
-
-namespace
+namespace ConsoleSetupOnRealTests
 {
+
+using velox::console::ConsoleSetup;
 
 /// While it lives, a standard stream of the process is a file.
 class Redirected
@@ -32,8 +32,6 @@ private:
     HANDLE file;
 };
 
-} // namespace
-
 TEST(ConsoleSetup, AFileIsNoTerminal)
 {
     const TemporaryFolder folder;
@@ -53,3 +51,5 @@ TEST(ConsoleSetup, TheFormerCodePageComesBack)
     }
     EXPECT_EQ(GetConsoleOutputCP(), former);
 }
+
+} // namespace ConsoleSetupOnRealTests

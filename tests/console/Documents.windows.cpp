@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <fstream>
 
-namespace
+namespace DocumentsOnRealTests
 {
 
 class Documents : public testing::Test
@@ -74,4 +74,4 @@ TEST_F(Documents, OfCommandsThatRefuseOrFail)
     Keep("no-configuration", 4, {"capabilities", config, project.File("none.xml")});
 }
 
-} // namespace
+} // namespace DocumentsOnRealTests

@@ -16,7 +16,7 @@
 #include <filesystem>
 #include <thread>
 
-namespace
+namespace LiveSoundOnRealTests
 {
 
 using namespace std::chrono_literals;
@@ -144,4 +144,4 @@ TEST(LiveSoundMissing, NoMicrophoneIsAnError)
     EXPECT_THAT(run.errors, HasSubstr("error: There is no microphone.\n"));
 }
 
-} // namespace
+} // namespace LiveSoundOnRealTests

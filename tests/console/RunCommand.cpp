@@ -8,10 +8,10 @@
 
 #include <sstream>
 
-using namespace velox::console;
-
-namespace
+namespace RunCommandTests
 {
+
+using namespace velox::console;
 
 Report ReportFor(const Command& command)
 {
@@ -20,8 +20,6 @@ Report ReportFor(const Command& command)
     Context context{progress, log};
     return RunCommand("test", command, context);
 }
-
-} // namespace
 
 TEST(RunCommand, HandsTheReportOn)
 {
@@ -110,3 +108,5 @@ TEST(RunCommand, NoColourIsWantedWhereTheEnvironmentSaysSo)
     EXPECT_FALSE(WantsColour(true, "1"));
     EXPECT_FALSE(WantsColour(false, nullptr));
 }
+
+} // namespace RunCommandTests

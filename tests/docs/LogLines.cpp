@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-// docs/log-lines.md holds every text that the library can log, and no other.
-
-namespace
+namespace LogLinesTests
 {
+
+// docs/log-lines.md holds every text that the library can log, and no other.
 
 using testing::ElementsAre;
 using testing::IsSubsetOf;
@@ -145,4 +145,4 @@ TEST(LogLines, PageHoldsNoOtherLine)
     EXPECT_THAT(LogTextsOfPage(ReadWholeFile(SourceFolder + "/docs/log-lines.md")), IsSubsetOf(LogTextsOfTheProduct()));
 }
 
-} // namespace
+} // namespace LogLinesTests

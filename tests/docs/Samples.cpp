@@ -15,7 +15,7 @@
 #include <memory>
 #include <sstream>
 
-namespace
+namespace SamplesTests
 {
 
 using testing::ElementsAre;
@@ -164,4 +164,4 @@ TEST_F(Samples, ReadmeShowsTheHostAsItIs)
                 HasSubstr("```cpp\n" + ReadWholeFile(SourceFolder + "/docs/samples/Arming.h") + "```"));
 }
 
-} // namespace
+} // namespace SamplesTests

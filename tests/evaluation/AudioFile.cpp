@@ -8,10 +8,10 @@
 
 #include <stdexcept>
 
-using namespace velox::evaluation;
-
-namespace
+namespace AudioFileTests
 {
+
+using namespace velox::evaluation;
 
 void Write(const std::string& path, const std::vector<float>& interleaved, int rate, int channels)
 {
@@ -24,8 +24,6 @@ void Write(const std::string& path, const std::vector<float>& interleaved, int r
     sf_write_float(file, interleaved.data(), static_cast<sf_count_t>(interleaved.size()));
     sf_close(file);
 }
-
-} // namespace
 
 TEST(AudioFile, WhatIsWrittenIsReadBackToWithinTwoSteps)
 {
@@ -67,3 +65,5 @@ TEST(AudioFile, WhatCannotBeReadOrWrittenIsNamed)
     }
     EXPECT_THROW(WriteAudioFile(folder.Path() + "/none/a.wav", {0.0F}), std::runtime_error);
 }
+
+} // namespace AudioFileTests

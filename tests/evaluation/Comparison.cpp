@@ -11,6 +11,9 @@
 #include <fstream>
 #include <map>
 
+namespace ComparisonTests
+{
+
 using namespace velox::evaluation;
 
 TEST(Comparison, WritesWhatIsComparedWithTheEnginesScores)
@@ -48,3 +51,5 @@ TEST(Comparison, WritesWhatIsComparedWithTheEnginesScores)
     }
     EXPECT_TRUE(std::filesystem::exists(folder.Path() + "/comparison/seconds.txt"));
 }
+
+} // namespace ComparisonTests

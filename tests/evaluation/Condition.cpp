@@ -8,13 +8,13 @@
 #include <cmath>
 #include <map>
 
+namespace ConditionTests
+{
+
 using namespace velox::evaluation;
 using testing::Each;
 using testing::ElementsAre;
 using testing::Pair;
-
-namespace
-{
 
 constexpr std::size_t Second = 16'000;
 constexpr std::size_t Silence = Second / 2;
@@ -236,4 +236,4 @@ TEST_F(Condition, OtherSpeechComesBeforeThePhraseAsLoudAsIt)
     EXPECT_TRUE(std::equal(clip.begin(), clip.end(), samples.begin() + 3 * Second + Silence / 2));
 }
 
-} // namespace
+} // namespace ConditionTests

@@ -7,10 +7,10 @@
 
 #include <stdexcept>
 
-using namespace velox::evaluation;
-
-namespace
+namespace CorpusTests
 {
+
+using namespace velox::evaluation;
 
 /// A folder with a manifest of four recordings.
 class Corpus : public testing::Test
@@ -33,8 +33,6 @@ protected:
     TemporaryFolder folder;
     int files = 0;
 };
-
-} // namespace
 
 TEST_F(Corpus, AManifestHasALineForEachRecording)
 {
@@ -85,3 +83,5 @@ TEST_F(Corpus, HoursAreThoseOfAllClips)
     EXPECT_EQ(HoursOf({}), 0.0);
     EXPECT_DOUBLE_EQ(HoursOf(ReadClips(ReadManifest(folder.Path()), "dev", "a", "")), (0.1 + 0.2) / 3600.0);
 }
+
+} // namespace CorpusTests

@@ -2,11 +2,11 @@
 
 #include <gmock/gmock.h>
 
+namespace CurveChartTests
+{
+
 using namespace velox::evaluation;
 using testing::HasSubstr;
-
-namespace
-{
 
 std::size_t CountOf(const std::string& text, const std::string& piece)
 {
@@ -17,8 +17,6 @@ std::size_t CountOf(const std::string& text, const std::string& piece)
     }
     return count;
 }
-
-} // namespace
 
 TEST(CurveChart, EveryScoreIsAThreshold)
 {
@@ -51,3 +49,5 @@ TEST(CurveChart, TheAxisOfAlarmsIsLogarithmicAndWhatLeavesThePictureIsDrawnOnIts
     const std::string svg = DrawCurves("", {{"", {{0.0, 0.0}, {1.0, 20.0}, {1000.0, 100.0}}}});
     EXPECT_THAT(svg, HasSubstr("points=\"60.0,370.0 196.7,205.0 470.0,40.0 \""));
 }
+
+} // namespace CurveChartTests

@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <regex>
 
+namespace FloorsTests
+{
+
 using namespace velox::evaluation;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-namespace
-{
 
 constexpr const char* Clean = "a: predefined, missed, clean, natural";
 
@@ -36,8 +36,6 @@ Report With(const std::string& name, double figure)
     }
     return report;
 }
-
-} // namespace
 
 TEST(Floors, AreOfFiguresThatDoNotDependOnTheMachine)
 {
@@ -67,3 +65,5 @@ TEST(Floors, TheFloorItselfIsNotBroken)
     EXPECT_THAT(BrokenFloors(With(Clean, 25.1)), IsEmpty());
     EXPECT_THAT(BrokenFloors(With(Clean, 25.2)), ElementsAre(std::string(Clean) + ": 25.2 is worse than 25.1"));
 }
+
+} // namespace FloorsTests

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+namespace FormatTests
+{
+
 using namespace velox::evaluation;
 
 TEST(Format, DigitsBehindThePointAreFixed)
@@ -18,3 +21,5 @@ TEST(Format, FourDigitsCount)
     EXPECT_EQ(Short(141800.0), "1.418e+05");
     EXPECT_EQ(Short(0.00072271), "0.0007227");
 }
+
+} // namespace FormatTests

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <cmath>
 
-using namespace velox::evaluation;
-
-namespace
+namespace ImageRoomTests
 {
+
+using namespace velox::evaluation;
 
 /// Seconds in which Schroeder's backward integral falls from -5 to -25 dB, times three.
 double DecayTime(const std::vector<float>& response)
@@ -24,8 +24,6 @@ double DecayTime(const std::vector<float>& response)
     };
     return 3.0 * static_cast<double>(below(-25.0) - below(-5.0)) / 16'000.0;
 }
-
-} // namespace
 
 TEST(ImageRoom, TheDirectSoundComesFirstAndIsTheLoudest)
 {
@@ -56,3 +54,5 @@ TEST(ImageRoom, EachSeedIsARoomOfItsOwn)
     EXPECT_EQ(ImageRoomResponse(0.45, 1), ImageRoomResponse(0.45, 1));
     EXPECT_NE(ImageRoomResponse(0.45, 1), ImageRoomResponse(0.45, 2));
 }
+
+} // namespace ImageRoomTests

@@ -8,11 +8,11 @@
 #include <mutex>
 #include <set>
 
+namespace ListeningTests
+{
+
 using namespace velox;
 using namespace velox::evaluation;
-
-namespace
-{
 
 Clip Saying(const std::vector<std::size_t>& tones)
 {
@@ -28,8 +28,6 @@ const engine::PhraseModel& Model()
 const Condition AsItIs{"as it is", [](std::span<const float> clip, uint64_t) {
                            return std::vector<float>(clip.begin(), clip.end());
                        }};
-
-} // namespace
 
 TEST(Listening, APhraseAtTheVeryEndIsFound)
 {
@@ -92,3 +90,5 @@ TEST(Listening, BackgroundGivesTheSameScoresWhateverTheThreads)
     EXPECT_TRUE(std::is_sorted(scores.rbegin(), scores.rend()));
     EXPECT_EQ(ListenToBackground(Model(), background, &two), scores);
 }
+
+} // namespace ListeningTests

@@ -4,12 +4,12 @@
 
 #include <gmock/gmock.h>
 
+namespace PredefinedTrialTests
+{
+
 using namespace velox;
 using namespace velox::evaluation;
 using testing::HasSubstr;
-
-namespace
-{
 
 Clip Saying(const std::vector<std::size_t>& tones, const std::string& set)
 {
@@ -31,8 +31,6 @@ Judged Material()
     judged.talkers = {TinyLanguage::Whisper()};
     return judged;
 }
-
-} // namespace
 
 TEST(PredefinedTrial, MissesAlarmsAndNearPhrasesAreCountedAndNoted)
 {
@@ -86,3 +84,5 @@ TEST(PredefinedTrial, WithoutNaturalVoicesEverythingCountsAsMissed)
     TryPredefined(language, judged, &pool, &report, &curves);
     EXPECT_EQ(report.Worst("a: predefined, missed, room, natural"), 100.0);
 }
+
+} // namespace PredefinedTrialTests

@@ -2,18 +2,16 @@
 
 #include <gmock/gmock.h>
 
+namespace ReportTests
+{
+
 using namespace velox::evaluation;
 using testing::HasSubstr;
-
-namespace
-{
 
 Share Of(int counted, int all)
 {
     return {counted, all};
 }
-
-} // namespace
 
 TEST(Report, AShareIsAPercentage)
 {
@@ -74,3 +72,5 @@ TEST(Report, NotesAreLines)
     report.Note("b");
     EXPECT_EQ(report.Notes(), "a\nb\n");
 }
+
+} // namespace ReportTests

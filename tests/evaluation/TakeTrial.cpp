@@ -4,18 +4,16 @@
 
 #include <gtest/gtest.h>
 
+namespace TakeTrialTests
+{
+
 using namespace velox;
 using namespace velox::evaluation;
-
-namespace
-{
 
 Clip Saying(const std::vector<std::size_t>& tones, const std::string& path)
 {
     return {{"dev", "a", "take", "formant", "m1", "m", path}, TinyLanguage::Say(tones, 4'000, 4'000)};
 }
-
-} // namespace
 
 TEST(TakeTrial, TakesAreHeldAgainstTheKeyPhraseModel)
 {
@@ -36,3 +34,5 @@ TEST(TakeTrial, TakesAreHeldAgainstTheKeyPhraseModel)
     EXPECT_EQ(report.Worst("a: take without the phrase accepted"), 25.0);
     EXPECT_EQ(report.Notes(), "accepted as a take: lucky.wav\n");
 }
+
+} // namespace TakeTrialTests

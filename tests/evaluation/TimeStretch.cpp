@@ -6,10 +6,10 @@
 
 #include <algorithm>
 
-using velox::evaluation::ChangeTempo;
-
-namespace
+namespace TimeStretchTests
 {
+
+using velox::evaluation::ChangeTempo;
 
 constexpr std::size_t Second = 16'000;
 
@@ -22,8 +22,6 @@ int Crossings(const std::vector<float>& samples, std::size_t begin, std::size_t 
     }
     return crossings;
 }
-
-} // namespace
 
 TEST(TimeStretch, TheLengthFollowsTheTempo)
 {
@@ -62,3 +60,5 @@ TEST(TimeStretch, LessThanAWindowGivesNothing)
     EXPECT_TRUE(ChangeTempo(std::vector<float>(479, 1.0F), 1.3).empty());
     EXPECT_TRUE(ChangeTempo({}, 0.8).empty());
 }
+
+} // namespace TimeStretchTests

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+namespace UserTrialTests
+{
+
 using namespace velox;
 using namespace velox::evaluation;
 
@@ -38,3 +41,5 @@ TEST(UserTrial, WithoutUsersNothingIsReached)
     EXPECT_EQ(report.Worst("a: user, natural, missed, clean"), 100.0);
     EXPECT_EQ(report.Worst("a: user, natural, near phrases of the user accepted"), 100.0);
 }
+
+} // namespace UserTrialTests

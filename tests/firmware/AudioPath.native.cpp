@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace AudioPathFaultsTests
 {
 
 using namespace velox::firmware;
@@ -45,4 +45,4 @@ TEST_F(AudioPath, NothingIsAllocatedFromArmingToTheBlock)
     }
 }
 
-} // namespace
+} // namespace AudioPathFaultsTests

@@ -8,7 +8,7 @@
 
 #include <functional>
 
-namespace
+namespace DspPatternTests
 {
 
 using namespace velox::firmware;
@@ -191,4 +191,4 @@ TEST(DspPattern, NoDamageGetsThrough)
     }
 }
 
-} // namespace
+} // namespace DspPatternTests

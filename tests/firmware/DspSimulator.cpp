@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <limits>
 
-namespace
+namespace DspSimulatorTests
 {
 
 using namespace velox::firmware;
@@ -393,4 +393,4 @@ TEST_F(DspSimulator, AStalePatternStaysInUse)
     EXPECT_FALSE(dsp.HasPattern());
 }
 
-} // namespace
+} // namespace DspSimulatorTests

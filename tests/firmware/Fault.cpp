@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace FaultTests
 {
 
 using testing::EndsWith;
@@ -19,4 +19,4 @@ TEST(Fault, EveryOneHasANameAndASentence)
     EXPECT_EQ(FaultNames.back().fault, velox::firmware::Fault::StalePattern);
 }
 
-} // namespace
+} // namespace FaultTests

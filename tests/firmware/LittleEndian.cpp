@@ -4,7 +4,7 @@
 
 #include <array>
 
-namespace
+namespace LittleEndianTests
 {
 
 using namespace velox::firmware;
@@ -31,4 +31,4 @@ TEST(LittleEndian, WhatIsWrittenIsRead)
     EXPECT_EQ(bytes.back(), 0) << "nothing behind";
 }
 
-} // namespace
+} // namespace LittleEndianTests

@@ -13,7 +13,7 @@
 #include <array>
 #include <cstring>
 
-namespace
+namespace LoopOnRealTests
 {
 
 using namespace KeywordDetectorAdapterImplementation;
@@ -213,4 +213,4 @@ TEST_F(Loop, APatternOfAnotherDetectorIsRefused)
     EXPECT_EQ(other.SetPattern(Pattern()), PatternRefusal::ForeignDetector);
 }
 
-} // namespace
+} // namespace LoopOnRealTests

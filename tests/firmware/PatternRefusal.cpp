@@ -4,7 +4,7 @@
 
 #include <set>
 
-namespace
+namespace PatternRefusalTests
 {
 
 using namespace velox::firmware;
@@ -50,4 +50,4 @@ TEST(PatternRefusal, OffsetsAreThoseOfTheFields)
     EXPECT_EQ(offset(PatternRefusal::ModelChecksum), 0x38U);
 }
 
-} // namespace
+} // namespace PatternRefusalTests

@@ -4,7 +4,7 @@
 
 #include <limits>
 
-namespace
+namespace PerformanceCounterTests
 {
 
 using Counter = velox::firmware::PerformanceCounter;
@@ -50,4 +50,4 @@ TEST(PerformanceCounter, WrapsAsTheHardwaresDoes)
     EXPECT_EQ((Counter{std::numeric_limits<uint64_t>::max(), 0}.At(1)), 624U);
 }
 
-} // namespace
+} // namespace PerformanceCounterTests

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace ResultBlockTests
 {
 
 using namespace velox::firmware;
@@ -51,4 +51,4 @@ TEST(ResultBlock, FaultsChangeWhatTheyAreNamedAfterOnly)
     EXPECT_EQ(Bytes(Block(HandMadePattern::Detector, Example, Fault::StalePattern)), good);
 }
 
-} // namespace
+} // namespace ResultBlockTests

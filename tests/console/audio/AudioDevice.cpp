@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace AudioDeviceTests
 {
 
 using namespace velox::console;
@@ -69,4 +69,4 @@ TEST(AudioDevice, TheReportIsATable)
     EXPECT_EQ(report.verdict, "3 microphones; without a name \"Mikrofon (USB für Łukasz)\" is heard.");
 }
 
-} // namespace
+} // namespace AudioDeviceTests

@@ -11,11 +11,11 @@
 #include <cmath>
 #include <limits>
 
+namespace AudioFileTests
+{
+
 using namespace velox::console;
 using testing::HasSubstr;
-
-namespace
-{
 
 class AudioFile : public testing::Test
 {
@@ -249,4 +249,4 @@ TEST_F(AudioFile, WhatLiesAboveTheBandDoesNotFoldBack)
     EXPECT_LT(Power(std::span(audio.samples).subspan(4000, 8000)), 0.125 * 1e-9);
 }
 
-} // namespace
+} // namespace AudioFileTests

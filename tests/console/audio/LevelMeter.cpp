@@ -4,7 +4,7 @@
 
 #include <vector>
 
-namespace
+namespace LevelMeterTests
 {
 
 using velox::console::LevelMeter;
@@ -39,4 +39,4 @@ TEST(LevelMeter, TellsOfWhatCameSinceTheLastTime)
     EXPECT_EQ(meter.Text(), "-60 dB [                    ]") << "nothing came";
 }
 
-} // namespace
+} // namespace LevelMeterTests

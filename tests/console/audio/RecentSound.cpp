@@ -4,7 +4,7 @@
 
 #include <numeric>
 
-namespace
+namespace RecentSoundTests
 {
 
 using testing::ElementsAre;
@@ -49,4 +49,4 @@ TEST(RecentSound, WhatLiesOutsideIsLeftOut)
     EXPECT_EQ(rest.front(), static_cast<float>(from));
 }
 
-} // namespace
+} // namespace RecentSoundTests

@@ -8,11 +8,11 @@
 #include <filesystem>
 #include <fstream>
 
+namespace RecordingArgumentsTests
+{
+
 using velox::console::CommandFailure;
 using velox::console::FindRecordings;
-
-namespace
-{
 
 class RecordingArguments : public testing::Test
 {
@@ -66,4 +66,4 @@ TEST_F(RecordingArguments, WhatStandsForNothingIsAnError)
     EXPECT_THROW(FindRecordings({folder.Path() + "/none/*.wav"}), CommandFailure);
 }
 
-} // namespace
+} // namespace RecordingArgumentsTests

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace
+namespace ResamplerTests
 {
 
 using velox::console::CommandFailure;
@@ -61,4 +61,4 @@ TEST(Resampler, TellsWhatIsConverted)
     EXPECT_EQ(ConversionText(8000, 4), "converted from 8 kHz 4 channels, which lacks the upper part of speech");
 }
 
-} // namespace
+} // namespace ResamplerTests

@@ -4,7 +4,7 @@
 
 #include <thread>
 
-namespace
+namespace SoundQueueTests
 {
 
 using namespace std::chrono_literals;
@@ -62,4 +62,4 @@ TEST(SoundQueue, WaitsForSoundAndNoLonger)
     EXPECT_THAT(Fetched(&queue, 60s), ElementsAre(0.5F));
 }
 
-} // namespace
+} // namespace SoundQueueTests

@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace WavFileTests
 {
 
 using testing::ElementsAre;
@@ -32,4 +32,4 @@ TEST(WavFile, HasTheBytesOfTheFormat)
     EXPECT_EQ(std::vector(bytes.begin() + 44, bytes.end()), (std::vector<uint8_t>{0x00, 0x40, 0x00, 0xC0}));
 }
 
-} // namespace
+} // namespace WavFileTests

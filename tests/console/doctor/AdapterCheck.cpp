@@ -4,10 +4,10 @@
 
 #include <functional>
 
-using namespace velox::console;
-
-namespace
+namespace AdapterCheckTests
 {
+
+using namespace velox::console;
 
 constexpr const char* Configuration = "/velox/configuration.xml";
 
@@ -22,8 +22,6 @@ AdapterFacts Good()
     facts.byLibrary = facts.byAdapter;
     return facts;
 }
-
-} // namespace
 
 TEST(AdapterCheck, AWorkingAdapterIsSaidToWork)
 {
@@ -94,3 +92,5 @@ TEST(AdapterCheck, EachFaultIsTold)
         EXPECT_EQ(told->tone, given.tone);
     }
 }
+
+} // namespace AdapterCheckTests

@@ -9,10 +9,10 @@
 
 #include <gmock/gmock.h>
 
-using namespace velox::console;
-
-namespace
+namespace AdapterProbeOnRealTests
 {
+
+using namespace velox::console;
 
 class AdapterProbe : public testing::Test
 {
@@ -20,8 +20,6 @@ protected:
     ToneProject project;
     AdapterRegistration registration{project.Configuration()};
 };
-
-} // namespace
 
 TEST_F(AdapterProbe, FindsNothingWrongWithTheAdapter)
 {
@@ -58,3 +56,5 @@ TEST_F(AdapterProbe, FindsAModuleThatIsNoneOrNotThere)
     AdapterRegistration::WriteClassText(L"\\InprocServer32", nullptr, text + L".none");
     EXPECT_FALSE(ProbeAdapter(DefaultDetectorId).isModuleThere);
 }
+
+} // namespace AdapterProbeOnRealTests

@@ -11,12 +11,12 @@
 
 #include <utf8.h>
 
+namespace BundleTests
+{
+
 using namespace velox::console;
 using testing::HasSubstr;
 using testing::Not;
-
-namespace
-{
 
 /// A bundle of a project, and what it is made of.
 class Bundle : public testing::Test
@@ -34,8 +34,6 @@ protected:
     EngineFacts dlls{{"VeloxHwKwsImpl.dll", "C:\\VeloxHwKwsImpl.dll", "1.2.3.4", true, ""},
                      {"VeloxWovSDK.dll", "", "", false, "a DLL that it needs was not found."}};
 };
-
-} // namespace
 
 TEST_F(Bundle, SaysFirstWhatItHoldsAndThatNoVoiceIsInIt)
 {
@@ -116,3 +114,5 @@ TEST_F(Bundle, HoldsTheLast200LinesOfTheLogsThatAreThere)
     WriteWholeFile(log, "information 1\ninformation 2\n");
     EXPECT_THAT(Make({PathFromUtf8(log)}), testing::EndsWith("\n\ninformation 1\ninformation 2\n"));
 }
+
+} // namespace BundleTests

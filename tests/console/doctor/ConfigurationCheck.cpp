@@ -7,10 +7,10 @@
 
 #include <algorithm>
 
-using namespace velox::console;
-
-namespace
+namespace ConfigurationCheckTests
 {
+
+using namespace velox::console;
 
 /// What fails for 1033, in the order of the operations.
 std::vector<Operation> FailuresOf1033(const Findings& findings)
@@ -48,8 +48,6 @@ void ExpectFound(const DoctorDefect& defect)
     EXPECT_TRUE(fixed) << "what to do?";
     EXPECT_EQ(FailuresOf1033(findings), defect.fails);
 }
-
-} // namespace
 
 TEST(ConfigurationCheck, NothingIsWrongWithAGoodConfiguration)
 {
@@ -135,3 +133,5 @@ TEST(ConfigurationCheck, LettersOfEveryLengthAreUtf8)
     ASSERT_EQ(Unpleasant(project.Check().findings).size(), 1U);
     EXPECT_THAT(Unpleasant(project.Check().findings)[0].message, testing::HasSubstr("not valid UTF-8"));
 }
+
+} // namespace ConfigurationCheckTests

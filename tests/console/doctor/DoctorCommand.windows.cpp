@@ -17,11 +17,11 @@
 #include <algorithm>
 #include <array>
 
+namespace DoctorCommandOnRealTests
+{
+
 using namespace velox::console;
 using nlohmann::json;
-
-namespace
-{
 
 constexpr uint16_t Language = 1033;
 
@@ -76,8 +76,6 @@ bool Promises(const Findings& findings, Operation operation)
         });
     });
 }
-
-} // namespace
 
 TEST(DoctorCommand, GoodConfigurationSucceedsAndOnlyLacksAnOemAdapter)
 {
@@ -209,3 +207,5 @@ TEST(DoctorCommand, ThresholdsAreTheLibrarys)
         EXPECT_EQ(ThresholdOf(detector.Arm(EmptyStream().get(), Language).pattern), own.q8 / 256.0);
     }
 }
+
+} // namespace DoctorCommandOnRealTests

@@ -9,12 +9,12 @@
 
 #include <filesystem>
 
+namespace FileCheckTests
+{
+
 using namespace velox::console;
 using InspectionSamples::Bytes;
 using testing::HasSubstr;
-
-namespace
-{
 
 Finding Check(std::string_view text)
 {
@@ -23,8 +23,6 @@ Finding Check(std::string_view text)
     EXPECT_EQ(findings.size(), 1U);
     return findings.at(0);
 }
-
-} // namespace
 
 TEST(FileCheck, EveryModelIsGoodInItsPlaceOnly)
 {
@@ -198,3 +196,5 @@ TEST(FileCheck, AsciiEndsAt127)
     EXPECT_TRUE(IsAscii("a\x7F"));
     EXPECT_FALSE(IsAscii("a\x80"));
 }
+
+} // namespace FileCheckTests

@@ -2,10 +2,10 @@
 
 #include <gmock/gmock.h>
 
-using namespace velox::console;
-
-namespace
+namespace FindingTests
 {
+
+using namespace velox::console;
 
 Findings Mixed()
 {
@@ -18,8 +18,6 @@ Report OfOne(std::vector<Failure> failures, std::string effect = {})
 {
     return ReportOf({{Tone::Bad, "", 0, "x", std::move(effect), {}, std::move(failures)}}, {1033, 1040});
 }
-
-} // namespace
 
 TEST(Finding, WorstComesFirstAndGoodIsADetail)
 {
@@ -76,3 +74,5 @@ TEST(Finding, VerdictCountsAndNamesWhatFails)
     EXPECT_EQ(OfOne(FailuresOf(EveryOperation, {})).verdict, "1 error. Nothing works: every operation fails.");
     EXPECT_EQ(OfOne({{Operation::Capabilities, {}}}).verdict, "1 error. Capabilities fail.");
 }
+
+} // namespace FindingTests

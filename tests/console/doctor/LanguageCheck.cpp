@@ -4,13 +4,13 @@
 
 #include <gmock/gmock.h>
 
+namespace LanguageCheckTests
+{
+
 using namespace velox::console;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-namespace
-{
 
 constexpr uint16_t Language = 1033;
 
@@ -46,8 +46,6 @@ protected:
     tinyxml2::XMLDocument document;
     Findings findings;
 };
-
-} // namespace
 
 TEST_F(LanguageCheck, NothingIsWrongWithAWholeLanguage)
 {
@@ -142,3 +140,5 @@ TEST_F(LanguageCheck, AnAttributeThatIsNotThereIsInItsElementsLine)
     EXPECT_EQ(LineOf(Element("7"), "id"), 3);
     EXPECT_EQ(LineOf(Element("7"), "name"), 2);
 }
+
+} // namespace LanguageCheckTests

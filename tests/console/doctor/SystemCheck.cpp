@@ -6,10 +6,10 @@
 #include <algorithm>
 #include <functional>
 
-using namespace velox::console;
-
-namespace
+namespace SystemCheckTests
 {
+
+using namespace velox::console;
 
 EngineFacts Good()
 {
@@ -36,8 +36,6 @@ Finding FindingOf(const RegistrySettings& settings, std::string_view name)
         std::find_if(findings.begin(), findings.end(), [&](const Finding& finding) { return finding.message.starts_with(name); });
     return found == findings.end() ? Finding{Tone::Bad, {}, 0, "nothing is said"} : *found;
 }
-
-} // namespace
 
 TEST(SystemCheck, NothingIsWrongWithAGoodEngine)
 {
@@ -158,3 +156,5 @@ TEST(SystemCheck, ValueIsShownAsItStands)
 {
     EXPECT_EQ(RegistryText({"LoggerLevel", Dword, {4, 0, 0, 255}}), "LoggerLevel, type 4: 04 00 00 FF");
 }
+
+} // namespace SystemCheckTests

@@ -5,10 +5,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-using namespace velox::console;
-
-namespace
+namespace SystemProbeOnRealTests
 {
+
+using namespace velox::console;
 
 constexpr const wchar_t* Key = L"SOFTWARE\\Velox\\KeywordDetectorAdapter";
 
@@ -40,8 +40,6 @@ protected:
         RegCloseKey(key);
     }
 };
-
-} // namespace
 
 TEST_F(SystemProbe, AbsentKeyIsSaidToBeAbsent)
 {
@@ -97,3 +95,5 @@ TEST_F(SystemProbe, LibraryIsFoundWithItsVersion)
     EXPECT_TRUE(facts.library.loaded) << facts.library.loadError;
     EXPECT_THAT(facts.library.version, testing::MatchesRegex("\\d+\\.\\d+\\.\\d+\\.\\d+"));
 }
+
+} // namespace SystemProbeOnRealTests

@@ -8,6 +8,9 @@
 
 #include <gmock/gmock.h>
 
+namespace AdapterClassOnRealTests
+{
+
 using namespace velox::console;
 
 TEST(AdapterClass, NothingIsFoundWhereNothingIsRegistered)
@@ -37,3 +40,5 @@ TEST(AdapterClass, WithoutTheSettingTheConfigurationFileLiesBesideTheModule)
     EXPECT_EQ(Utf8(found->configuration), "C:\\drivers\\VeloxKwsConfig.xml");
     EXPECT_FALSE(found->isConfigurationNamed);
 }
+
+} // namespace AdapterClassOnRealTests

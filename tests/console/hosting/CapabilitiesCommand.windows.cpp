@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-namespace
+namespace CapabilitiesCommandOnRealTests
 {
 
 using Json = nlohmann::json;
@@ -61,4 +61,4 @@ TEST_F(CapabilitiesCommand, AFileWithoutALanguageIsABadConfiguration)
     EXPECT_THAT(run.errors, HasSubstr("has no language"));
 }
 
-} // namespace
+} // namespace CapabilitiesCommandOnRealTests

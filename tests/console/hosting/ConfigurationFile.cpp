@@ -5,10 +5,10 @@
 
 #include <gmock/gmock.h>
 
-namespace console = velox::console;
-
-namespace
+namespace ConfigurationFileTests
 {
+
+namespace console = velox::console;
 
 class ConfigurationFile : public testing::Test
 {
@@ -84,4 +84,4 @@ TEST_F(ConfigurationFile, AThresholdFileBeginsWithANumber)
     EXPECT_EQ(console::ReadThreshold(folder.Path() + "/missing.txt"), std::nullopt);
 }
 
-} // namespace
+} // namespace ConfigurationFileTests

@@ -5,11 +5,11 @@
 
 #include <gmock/gmock.h>
 
+namespace ConfigurationXmlTests
+{
+
 using namespace velox::console;
 using testing::HasSubstr;
-
-namespace
-{
 
 class ConfigurationXml : public testing::Test
 {
@@ -81,4 +81,4 @@ TEST_F(ConfigurationXml, CommandsSayItInOneSentence)
     }
 }
 
-} // namespace
+} // namespace ConfigurationXmlTests

@@ -11,7 +11,7 @@
 #include <iostream>
 #include <sstream>
 
-namespace
+namespace ConsoleLoggerOnRealTests
 {
 
 using namespace velox::console;
@@ -128,4 +128,4 @@ TEST_F(ConsoleLogger, AFileThatCannotBeWrittenIsAFailure)
     }
 }
 
-} // namespace
+} // namespace ConsoleLoggerOnRealTests

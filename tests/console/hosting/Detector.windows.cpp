@@ -8,7 +8,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace DetectorOnRealTests
 {
 
 using namespace velox::console;
@@ -126,4 +126,4 @@ TEST_F(Detector, APathBeyondTheCodePageIsToldBeforeTheLibrarySeesIt)
               GetACP() == CP_UTF8 ? ExitCode::Success : ExitCode::BadConfiguration);
 }
 
-} // namespace
+} // namespace DetectorOnRealTests

@@ -5,7 +5,7 @@
 
 #include <cstdlib>
 
-namespace
+namespace DetectorOptionsOnRealTests
 {
 
 velox::console::DetectorOptions Parsed(std::vector<std::string> reversed)
@@ -16,8 +16,6 @@ velox::console::DetectorOptions Parsed(std::vector<std::string> reversed)
     app.parse(std::move(reversed));
     return options;
 }
-
-} // namespace
 
 TEST(DetectorOptions, TheConfigurationIsTheCommandLinesElseTheEnvironmentsElseTheFolders)
 {
@@ -33,3 +31,5 @@ TEST(DetectorOptions, TheDetectorIsTheConsolesUnlessItIsNamed)
     EXPECT_EQ(Parsed({}).detectorId, "{3B0E9B6C-5C1D-4A57-8E07-61C2A94D7F25}");
     EXPECT_EQ(Parsed({"{1}", "--detector-id"}).detectorId, "{1}");
 }
+
+} // namespace DetectorOptionsOnRealTests

@@ -4,6 +4,9 @@
 
 #include <cstdio>
 
+namespace EngineOutputOnRealTests
+{
+
 using velox::console::EngineOutput;
 using Lines = std::vector<std::string>;
 
@@ -34,3 +37,5 @@ TEST(EngineOutput, AfterTheEndTheStreamIsAsItWas)
     EXPECT_EQ(watcher.TakeLines(), (Lines{"shown", "after"}));
     watcher.End();
 }
+
+} // namespace EngineOutputOnRealTests

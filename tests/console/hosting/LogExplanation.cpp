@@ -4,12 +4,12 @@
 
 #include <gmock/gmock.h>
 
+namespace LogExplanationTests
+{
+
 using namespace velox::console;
 using testing::HasSubstr;
 using testing::SizeIs;
-
-namespace
-{
 
 constexpr auto Fail = static_cast<int32_t>(0x80004005);
 using Lines = std::vector<LoggedLine>;
@@ -19,8 +19,6 @@ std::string Message(const Lines& lines)
     const CommandFailure failure = ExplainFailure("Arming", Fail, lines);
     return failure.what();
 }
-
-} // namespace
 
 TEST(LogExplanation, TheLineWithTheDetailCounts)
 {
@@ -116,3 +114,5 @@ TEST(LogExplanation, TakesThatDisagreeAreToldWithWhatToDo)
     EXPECT_THAT(fails(129).what(), HasSubstr("the engine can use fewer than two of the takes"));
     EXPECT_THAT(fails(117).what(), HasSubstr("the engine made no model of the takes"));
 }
+
+} // namespace LogExplanationTests

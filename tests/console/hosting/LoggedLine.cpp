@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+namespace LoggedLineTests
+{
+
 using namespace velox::console;
 
 TEST(LoggedLine, ShowsLevelSourceAndMessage)
@@ -17,3 +20,5 @@ TEST(LoggedLine, SaysWhatCodesMean)
     EXPECT_EQ(LogText({2, 1, "Refused.", std::nullopt, 121}),
               "failure      internals  Refused. Engine status: 121 TooQuiet: The utterance is too quiet.");
 }
+
+} // namespace LoggedLineTests

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+namespace NarrowPathOnRealTests
+{
+
 using velox::console::NarrowPath;
 
 TEST(NarrowPath, KeepsWhatTheCodePageHolds)
@@ -23,3 +26,5 @@ TEST(NarrowPath, IsNoneWhereALetterWouldBeLost)
         EXPECT_EQ(NarrowPath(L"C:\\\u767A\u8A71.xml"), std::nullopt);
     }
 }
+
+} // namespace NarrowPathOnRealTests

@@ -5,11 +5,11 @@
 
 #include <gmock/gmock.h>
 
+namespace OutputsTests
+{
+
 using namespace velox::console;
 using testing::HasSubstr;
-
-namespace
-{
 
 class Outputs : public testing::Test
 {
@@ -107,4 +107,4 @@ TEST_F(Outputs, NewFilesAndNoneAreFine)
     EXPECT_EQ(Refusal({File("take.wav")}, {{File("new"), OutputKind::UserModel}, {{}, OutputKind::Pattern}}), "");
 }
 
-} // namespace
+} // namespace OutputsTests

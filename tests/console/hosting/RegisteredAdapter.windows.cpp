@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-namespace
+namespace RegisteredAdapterOnRealTests
 {
 
 using namespace velox::console;
@@ -143,4 +143,4 @@ TEST(RegisteredAdapterOnRealRegistry, IsSaidToBeAbsentWhereItIs)
     EXPECT_THAT(run.errors, testing::HasSubstr("regsvr32"));
 }
 
-} // namespace
+} // namespace RegisteredAdapterOnRealTests

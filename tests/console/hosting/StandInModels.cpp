@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
+namespace StandInModelsTests
+{
+
 namespace console = velox::console;
 namespace engine = velox::engine;
-
-namespace
-{
 
 using Bytes = std::vector<uint8_t>;
 
@@ -38,8 +38,6 @@ protected:
     TemporaryFolder folder;
     console::ConfiguredLanguage language;
 };
-
-} // namespace
 
 TEST_F(StandInModels, AreReadByTheirPaths)
 {
@@ -88,3 +86,5 @@ TEST_F(StandInModels, APhraseModelMustBeAsLongAsItsHeaderSays)
     EXPECT_EQ(console::ReadModel(bytes, &model), velox::engine::Status::MalformedBlob);
     EXPECT_EQ(console::ReadModel({}, &model), velox::engine::Status::MalformedBlob);
 }
+
+} // namespace StandInModelsTests

@@ -6,6 +6,9 @@
 
 #include <gmock/gmock.h>
 
+namespace UserModelStreamOnRealTests
+{
+
 using namespace velox::console;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -44,3 +47,5 @@ TEST(UserModelStream, WhoNeverEnrolledHasAnEmptyOneThatCanBeWritten)
     ASSERT_EQ(stream->Write("ab", 2, nullptr), S_OK);
     EXPECT_THAT(Content(stream.get()), ElementsAre('a', 'b'));
 }
+
+} // namespace UserModelStreamOnRealTests

@@ -5,11 +5,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace BlockInspectionTests
+{
+
 using namespace velox::console;
 using InspectionSamples::Bytes;
-
-namespace
-{
 
 struct Damage
 {
@@ -34,8 +34,6 @@ void ExpectChangesAreFound(const Bytes& good, const std::vector<Damage>& fields)
         }
     }
 }
-
-} // namespace
 
 TEST(BlockInspection, ArmingPatternShowsEveryField)
 {
@@ -157,3 +155,5 @@ TEST(BlockInspection, BeginningThatBothBlocksShareSaysThatItIsTooShort)
     EXPECT_NE(inspection.Find("PatternType"), nullptr);
     EXPECT_THAT(inspection.Find("PatternType")->error, testing::HasSubstr("begin to differ"));
 }
+
+} // namespace BlockInspectionTests

@@ -9,11 +9,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace InspectCommandTests
+{
+
 using namespace velox::console;
 using InspectionSamples::Bytes;
-
-namespace
-{
 
 /// "0x0030|2|1": what people read of facts.
 std::string Texts(const std::vector<Fact>& facts)
@@ -38,8 +38,6 @@ protected:
 
     TemporaryFolder folder;
 };
-
-} // namespace
 
 TEST_F(InspectCommand, ExitCodeAndVerdictFollowFromTheFile)
 {
@@ -190,3 +188,5 @@ TEST_F(InspectCommand, FilesWithTheSameBytesAreTheSame)
         EXPECT_EQ(report.results.size(), 2U);
     }
 }
+
+} // namespace InspectCommandTests

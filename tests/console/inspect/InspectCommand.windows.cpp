@@ -7,10 +7,10 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-using nlohmann::json;
-
-namespace
+namespace InspectCommandOnRealTests
 {
+
+using nlohmann::json;
 
 class InspectCommand : public testing::Test
 {
@@ -24,8 +24,6 @@ protected:
 
     TemporaryFolder folder;
 };
-
-} // namespace
 
 TEST_F(InspectCommand, EveryKindIsShownAndRight)
 {
@@ -76,3 +74,5 @@ TEST_F(InspectCommand, FilesThatAreNoneOfThemAreBadInput)
     EXPECT_EQ(RunVeloxKws({"inspect", Write("zeros", InspectionSamples::Bytes(300))}).exitCode, 3);
     EXPECT_EQ(RunVeloxKws({"inspect"}).exitCode, 2);
 }
+
+} // namespace InspectCommandOnRealTests

@@ -8,11 +8,11 @@
 #include <set>
 #include <utility>
 
+namespace InspectionTests
+{
+
 using namespace velox::console;
 using InspectionSamples::Bytes;
-
-namespace
-{
 
 /// What holds for every file, however damaged: the fields follow each other from the beginning to the end without gaps.
 void ExpectWellFormed(const Inspection& inspection, std::size_t size)
@@ -45,8 +45,6 @@ std::vector<std::size_t> Places(std::size_t size)
     }
     return places;
 }
-
-} // namespace
 
 TEST(Inspection, EveryKindIsRecognisedAndRight)
 {
@@ -207,3 +205,5 @@ TEST(Inspection, OffsetsAreHexadecimal)
     EXPECT_EQ(OffsetText(44), "0x002C");
     EXPECT_EQ(OffsetText(0x12345), "0x12345");
 }
+
+} // namespace InspectionTests

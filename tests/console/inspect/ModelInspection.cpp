@@ -9,11 +9,11 @@
 
 #include <algorithm>
 
+namespace ModelInspectionTests
+{
+
 using namespace velox::console;
 using InspectionSamples::Bytes;
-
-namespace
-{
 
 namespace engine = velox::engine;
 
@@ -63,8 +63,6 @@ void ExpectTheSameVerdict(const ModelCase& model, const Bytes& bytes)
     EXPECT_EQ(error == nullptr, model.engineTakes(bytes))
         << (error == nullptr ? "inspect finds nothing" : error->path + ": " + error->error);
 }
-
-} // namespace
 
 TEST_P(ModelInspection, VerdictIsTheEnginesWhenABitIsChangedAndTheChecksumMadeToFit)
 {
@@ -202,3 +200,5 @@ TEST(ModelInspection, ContentsThatTheEngineRefusesAreWrong)
     EXPECT_EQ(inspection.FirstError()->path, "Data");
     EXPECT_THAT(inspection.FirstError()->error, testing::HasSubstr("the engine refuses it: status 106 MalformedBlob"));
 }
+
+} // namespace ModelInspectionTests

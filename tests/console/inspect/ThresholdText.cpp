@@ -5,10 +5,10 @@
 
 #include <limits>
 
-using namespace velox::console;
-
-namespace
+namespace ThresholdTextTests
 {
+
+using namespace velox::console;
 
 struct TextCase
 {
@@ -50,8 +50,6 @@ constexpr TextCase Cases[]{
      "0.75",
      false, 0, "", ""},
 };
-
-} // namespace
 
 TEST(ThresholdText, IsReadAsTheLibraryReadsIt)
 {
@@ -110,3 +108,5 @@ TEST(ThresholdText, Q8NumberIsShownWithWhatItStandsFor)
     EXPECT_EQ(Q8Text(192), "192 (0.75)");
     EXPECT_EQ(Q8Text(-333), "-333 (-1.30078)");
 }
+
+} // namespace ThresholdTextTests

@@ -9,7 +9,7 @@
 
 #include <tinyxml2.h>
 
-namespace
+namespace ConfigurationEditTests
 {
 
 using testing::HasSubstr;
@@ -169,4 +169,4 @@ TEST_F(ConfigurationEdit, AMalformedConfigurationIsLeftAlone)
     }
 }
 
-} // namespace
+} // namespace ConfigurationEditTests

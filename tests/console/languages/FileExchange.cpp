@@ -11,7 +11,7 @@
 #include <string_view>
 #include <thread>
 
-namespace
+namespace FileExchangeTests
 {
 
 using testing::HasSubstr;
@@ -266,4 +266,4 @@ TEST_F(FileExchangeLock, WaitingCanBeInterrupted)
     ForgetInterruption();
 }
 
-} // namespace
+} // namespace FileExchangeTests

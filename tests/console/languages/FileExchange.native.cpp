@@ -11,10 +11,10 @@
 #include <csignal>
 #include <unistd.h>
 
-using namespace velox::console;
-
-namespace
+namespace FileExchangeFaultsTests
 {
+
+using namespace velox::console;
 
 /// Files of an exchange, one of them in another folder, as each was before and is afterwards; empty for none.
 struct ExchangedFile
@@ -133,8 +133,6 @@ std::string KillEverywhere(bool keep)
     }
 }
 
-} // namespace
-
 TEST(FileExchangeFaults, KilledAnywhereItIsFinishedOrUndoneByTheNext)
 {
     EXPECT_EQ(KillEverywhere(true), "oooo nnnn ");
@@ -144,3 +142,5 @@ TEST(FileExchangeFaults, KilledAnywhereWhileItIsUndoneItIsUndoneByTheNext)
 {
     EXPECT_EQ(KillEverywhere(false), "oooo ");
 }
+
+} // namespace FileExchangeFaultsTests

@@ -11,7 +11,7 @@
 
 #include <algorithm>
 
-namespace
+namespace LanguageRecordingsTests
 {
 
 using testing::ElementsAre;
@@ -206,4 +206,4 @@ TEST_F(LanguageRecordings, CanBeInterrupted)
     ForgetInterruption();
 }
 
-} // namespace
+} // namespace LanguageRecordingsTests

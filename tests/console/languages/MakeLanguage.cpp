@@ -18,7 +18,7 @@
 #include <sstream>
 #include <thread>
 
-namespace
+namespace MakeLanguageTests
 {
 
 using testing::HasSubstr;
@@ -298,4 +298,4 @@ TEST_F(MakeLanguage, WithFewVoicesThereIsNoEstimateAndItIsSaid)
     EXPECT_THAT(TextOf(report), HasSubstr("the misses are not estimated: that takes 6 voices"));
 }
 
-} // namespace
+} // namespace MakeLanguageTests

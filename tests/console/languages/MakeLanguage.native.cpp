@@ -14,10 +14,10 @@
 #include <thread>
 #include <unistd.h>
 
-using namespace velox::console;
-
-namespace
+namespace MakeLanguageFaultsTests
 {
+
+using namespace velox::console;
 
 Report Make(const LanguageRequest& request)
 {
@@ -69,8 +69,6 @@ private:
     pid_t process = -1;
 };
 
-} // namespace
-
 TEST(MakeLanguageFaults, KilledBeforeTheConfigurationItIsUndoneByTheNextEvenIfThatFailsAtOnce)
 {
     const LanguageMaterialFolder folder;
@@ -95,3 +93,5 @@ TEST(MakeLanguageFaults, KilledBeforeTheConfigurationItIsUndoneByTheNextEvenIfTh
     EXPECT_TRUE(std::filesystem::exists(request.configuration));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(request.folder), {}), 7);
 }
+
+} // namespace MakeLanguageFaultsTests

@@ -11,7 +11,7 @@
 
 #include <filesystem>
 
-namespace
+namespace MakeLanguageCommandOnRealTests
 {
 
 using testing::HasSubstr;
@@ -75,8 +75,6 @@ public:
 private:
     PROCESS_INFORMATION process{};
 };
-
-} // namespace
 
 TEST_F(MakeLanguageCommand, MakesALanguageThatTheLibraryTakes)
 {
@@ -199,3 +197,5 @@ TEST_F(MakeLanguageCommand, ThePageHasTheCurveOfTheMisses)
     EXPECT_THAT(run.output, HasSubstr("of 14 takes of 7 voices; that leaves"));
     EXPECT_THAT(ReadWholeFile(folder.Path("page.html")), HasSubstr("Misses"));
 }
+
+} // namespace MakeLanguageCommandOnRealTests

@@ -6,7 +6,7 @@
 
 #include <array>
 
-namespace
+namespace MissEstimateTests
 {
 
 using namespace velox::console;
@@ -67,4 +67,4 @@ TEST(MissEstimate, VeryFewVoicesTellNothing)
     EXPECT_EQ(report.remarks[0].code, "NoEstimate");
 }
 
-} // namespace
+} // namespace MissEstimateTests

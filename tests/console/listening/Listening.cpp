@@ -16,7 +16,7 @@
 #include <filesystem>
 #include <sstream>
 
-namespace
+namespace ListeningTests
 {
 
 using namespace velox;
@@ -640,4 +640,4 @@ TEST_F(Listening, AfterCtrlCNoSoundIsSaved)
     EXPECT_FALSE(std::filesystem::exists(heard.phrases.at(0).savedAudio));
 }
 
-} // namespace
+} // namespace ListeningTests

@@ -9,7 +9,7 @@
 
 #include <cmath>
 
-namespace
+namespace ListeningReportTests
 {
 
 using namespace velox;
@@ -315,4 +315,4 @@ TEST(ListeningReport, APhraseIsToldInALine)
               "near miss  0:20.00 to 0:20.50  score 91.2, the words are not clear enough");
 }
 
-} // namespace
+} // namespace ListeningReportTests

@@ -12,7 +12,7 @@
 
 #include <array>
 
-namespace
+namespace PatternTests
 {
 
 using namespace velox;
@@ -174,4 +174,4 @@ TEST_F(Pattern, OfSeveralLanguagesOneMustFit)
     }
 }
 
-} // namespace
+} // namespace PatternTests

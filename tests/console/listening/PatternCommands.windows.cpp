@@ -18,7 +18,7 @@
 #include <array>
 #include <filesystem>
 
-namespace
+namespace PatternCommandsOnRealTests
 {
 
 using namespace velox;
@@ -519,4 +519,4 @@ TEST_F(PatternCommands, TheProgramPrintsItsVerdictLast)
     EXPECT_EQ(RunVeloxKws(Line({"--pattern", "p", "--fail", "smoke", "a.wav"})).exitCode, static_cast<int>(ExitCode::Usage));
 }
 
-} // namespace
+} // namespace PatternCommandsOnRealTests

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+namespace EscapedTests
+{
+
 using velox::console::Escaped;
 
 TEST(Escaped, WhatMarkupIsMadeOfBecomesEntities)
@@ -25,3 +28,5 @@ TEST(Escaped, WhatXmlCannotHoldIsReplaced)
         EXPECT_EQ(Escaped(own.text), own.escaped);
     }
 }
+
+} // namespace EscapedTests

@@ -8,7 +8,7 @@
 #include <limits>
 #include <numbers>
 
-namespace
+namespace FigureTests
 {
 
 using namespace velox::console;
@@ -51,8 +51,6 @@ public:
 
     tinyxml2::XMLDocument document;
 };
-
-} // namespace
 
 TEST(Figure, MarksLieAtTheirPlaces)
 {
@@ -195,3 +193,5 @@ TEST(Figure, AChartHasALineWithinItsBandAndTheMarkedPlace)
     EXPECT_THAT(markup, HasSubstr("class=\"threshold\" x1=\"500.0\""));
     EXPECT_EQ(ChartFigure({}), "");
 }
+
+} // namespace FigureTests

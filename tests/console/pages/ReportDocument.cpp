@@ -3,17 +3,15 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-using namespace velox::console;
-
-namespace
+namespace ReportDocumentTests
 {
+
+using namespace velox::console;
 
 nlohmann::json Parsed(const Report& report)
 {
     return nlohmann::json::parse(ReportDocument("verify", report));
 }
-
-} // namespace
 
 TEST(ReportDocument, HasTheSameShapeForEveryCommand)
 {
@@ -85,3 +83,5 @@ TEST(ReportDocument, BytesThatAreNoTextAreReplaced)
 {
     EXPECT_EQ(Parsed({ExitCode::Success, "caf\xE9"})["verdict"], "caf\xEF\xBF\xBD");
 }
+
+} // namespace ReportDocumentTests

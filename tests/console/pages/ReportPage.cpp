@@ -4,7 +4,7 @@
 
 #include <tinyxml2.h>
 
-namespace
+namespace ReportPageTests
 {
 
 using namespace velox::console;
@@ -42,8 +42,6 @@ void ExpectWellFormed(const std::string& page)
     EXPECT_STREQ(document.RootElement()->Name(), "html");
     EXPECT_EQ(document.RootElement()->NextSibling(), nullptr);
 }
-
-} // namespace
 
 TEST(ReportPage, IsWellFormed)
 {
@@ -147,3 +145,5 @@ TEST(ReportPage, TheSameReportGivesTheSameBytes)
 {
     EXPECT_EQ(PageOf(SmallReport()), PageOf(SmallReport()));
 }
+
+} // namespace ReportPageTests

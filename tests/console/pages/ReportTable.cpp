@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+namespace ReportTableTests
+{
+
 using namespace velox::console;
 using Texts = std::vector<std::string>;
 
@@ -38,3 +41,5 @@ TEST(ReportTable, CapitalsAreAsciiOnly)
     EXPECT_EQ(Capitalised("\xC3\xA9"), "\xC3\xA9");
     EXPECT_EQ(Capitalised(""), "");
 }
+
+} // namespace ReportTableTests

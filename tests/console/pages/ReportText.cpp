@@ -2,17 +2,15 @@
 
 #include <gtest/gtest.h>
 
-using namespace velox::console;
-
-namespace
+namespace ReportTextTests
 {
+
+using namespace velox::console;
 
 std::string TextOf(const Report& report, bool everything = false)
 {
     return ReportText(report, false, everything);
 }
-
-} // namespace
 
 TEST(ReportText, AnEntryTellsItsStatusItsReasonsAndItsFacts)
 {
@@ -73,3 +71,5 @@ TEST(ReportText, WarningsHaveAColourOfTheirOwn)
     report.results = {{"a", "warning", Tone::Warning}, {"b", "error", Tone::Bad}};
     EXPECT_EQ(ReportText(report, true, false), "\x1b[33mwarning\x1b[0m  a\n\x1b[31merror\x1b[0m  b\n");
 }
+
+} // namespace ReportTextTests

@@ -4,6 +4,9 @@
 
 #include <algorithm>
 
+namespace PictureTests
+{
+
 using namespace velox::console;
 
 TEST(Picture, TheWaveKeepsEveryPeakOfALongRecording)
@@ -37,3 +40,5 @@ TEST(Picture, AWaveThatIsBuiltPieceByPieceKeepsEveryPeakToo)
     EXPECT_EQ(std::min({wave[stretch - 1].least, wave[stretch].least, wave[stretch + 1].least}), -0.9F);
     EXPECT_TRUE(WaveBuilder().Finish().empty());
 }
+
+} // namespace PictureTests

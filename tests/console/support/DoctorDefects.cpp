@@ -35,15 +35,10 @@ std::function<void(Project)> Removing(const std::string& name)
     };
 }
 
-std::string Text(const InspectionSamples::Bytes& bytes)
-{
-    return {bytes.begin(), bytes.end()};
-}
-
 std::string Damaged(InspectionSamples::Bytes bytes)
 {
     bytes[100] ^= 1U;
-    return Text(bytes);
+    return InspectionSamples::ToText(bytes);
 }
 
 } // namespace
@@ -180,10 +175,10 @@ const std::vector<DoctorDefect>& DoctorDefects()
          7,
          "is damaged at 0x000C, Checksum",
          {}},
-        {"ModelsSwapped", Writing("zn_1033.bin", Text(InspectionSamples::AcousticModel())), Tone::Bad, 6,
+        {"ModelsSwapped", Writing("zn_1033.bin", InspectionSamples::ToText(InspectionSamples::AcousticModel())), Tone::Bad, 6,
          "is another kind of model: acoustic model", Engine},
         {"FirmwareModelOfAUser",
-         Writing("fw_1033.bin", Text(InspectionSamples::UserModel())),
+         Writing("fw_1033.bin", InspectionSamples::ToText(InspectionSamples::UserModel())),
          Tone::Warning,
          7,
          "is a user's model",

@@ -11,11 +11,6 @@ using namespace velox::console;
 namespace
 {
 
-std::string Text(const InspectionSamples::Bytes& bytes)
-{
-    return {bytes.begin(), bytes.end()};
-}
-
 std::string Language(const std::string& id)
 {
     return "  <language id=\"" + id + "\" qualityThreshold=\"10\">\n" +                         //
@@ -38,10 +33,10 @@ DoctorProject::DoctorProject()
              ConstraintsPath() + "\">\n" + Language("1033") + Language("1040") + "</keywords>\n");
     for (const std::string id : {"1033", "1040"})
     {
-        WriteModel("kp_" + id + ".bin", Text(InspectionSamples::FirmwareModel()));
-        WriteModel("am_" + id + ".bin", Text(InspectionSamples::AcousticModel()));
-        WriteModel("zn_" + id + ".bin", Text(InspectionSamples::Population()));
-        WriteModel("fw_" + id + ".bin", Text(InspectionSamples::FirmwareModel()));
+        WriteModel("kp_" + id + ".bin", InspectionSamples::ToText(InspectionSamples::FirmwareModel()));
+        WriteModel("am_" + id + ".bin", InspectionSamples::ToText(InspectionSamples::AcousticModel()));
+        WriteModel("zn_" + id + ".bin", InspectionSamples::ToText(InspectionSamples::Population()));
+        WriteModel("fw_" + id + ".bin", InspectionSamples::ToText(InspectionSamples::FirmwareModel()));
         WriteModel("pre_" + id + ".txt", "100\n");
         WriteModel("user_" + id + ".txt", "90.5\r\n");
     }

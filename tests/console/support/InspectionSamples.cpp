@@ -21,6 +21,11 @@ Bytes FromText(std::string_view text)
     return {text.begin(), text.end()};
 }
 
+std::string ToText(const Bytes& bytes)
+{
+    return {bytes.begin(), bytes.end()};
+}
+
 namespace
 {
 

@@ -15,6 +15,7 @@ using Bytes = std::vector<uint8_t>;
 
 void PutU32(Bytes* bytes, std::size_t offset, uint32_t value);
 Bytes FromText(std::string_view text);
+std::string ToText(const Bytes& bytes);
 
 /// For {00112233-4455-6677-8899-AABBCCDDEEFF}, a threshold of 0.75.
 Bytes ArmingPattern(const Bytes& model);

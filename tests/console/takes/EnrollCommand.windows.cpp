@@ -16,7 +16,7 @@
 
 #include <filesystem>
 
-namespace
+namespace EnrollCommandOnRealTests
 {
 
 using Json = nlohmann::json;
@@ -256,4 +256,4 @@ TEST_F(EnrollCommand, AFolderThatIsNotThereIsAWriteFailure)
     EXPECT_EQ(run.exitCode, 6) << run.output << run.errors;
 }
 
-} // namespace
+} // namespace EnrollCommandOnRealTests

@@ -12,7 +12,7 @@
 #include <filesystem>
 #include <sstream>
 
-namespace
+namespace LiveTakesTests
 {
 
 using namespace velox;
@@ -174,4 +174,4 @@ TEST_F(LiveTakes, CtrlCEndsIt)
     EXPECT_EQ(FailureOf({GoodTake()}, {1}).exitCode, ExitCode::Interrupted);
 }
 
-} // namespace
+} // namespace LiveTakesTests

@@ -8,10 +8,10 @@
 
 #include <gtest/gtest.h>
 
-using namespace velox::console;
-
-namespace
+namespace TakeComparisonTests
 {
+
+using namespace velox::console;
 
 using Strings = std::vector<std::string>;
 
@@ -82,8 +82,6 @@ std::vector<Take> Said(const std::vector<TinyLanguage::Voice>& voices)
     }
     return takes;
 }
-
-} // namespace
 
 TEST(TakeComparison, TakesAlikeHaveNoOutlier)
 {
@@ -173,3 +171,5 @@ TEST(TakeComparison, NamesStandOnceAndInTheTakesOrder)
     EXPECT_EQ(NamesOf(Said({One, One, One}), {2, 0, 2}), (Strings{"1.wav", "3.wav"}));
     EXPECT_EQ(NamesOf(Said({One}), {}), Strings{});
 }
+
+} // namespace TakeComparisonTests

@@ -4,12 +4,12 @@
 
 #include <gmock/gmock.h>
 
+namespace TakeReportTests
+{
+
 using namespace velox::console;
 using testing::HasSubstr;
 using velox::engine::Status;
-
-namespace
-{
 
 velox::engine::TakeReview Reviewed(Status status)
 {
@@ -54,8 +54,6 @@ Value ValueOf(const Entry& entry, std::string_view key)
 const std::vector<LoggedLine> Detected{
     {5, 1, "[FeedRecording] Best score(131.500000), predefined KPD float threshold (95.000000)."},
     {5, 1, "[FeedRecording] Recording quality: 31."}};
-
-} // namespace
 
 TEST(TakeReport, AnAcceptedTakeShowsScoreThresholdAndQuality)
 {
@@ -212,3 +210,5 @@ TEST(TakeReport, AFailureLeavesWhatWasFound)
     EXPECT_EQ(report.error->message, "Training failed.");
     EXPECT_EQ(report.results.size(), 1U);
 }
+
+} // namespace TakeReportTests

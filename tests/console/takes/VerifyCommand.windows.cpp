@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-namespace
+namespace VerifyCommandOnRealTests
 {
 
 using namespace velox::console;
@@ -273,4 +273,4 @@ TEST_F(VerifyCommand, ALanguageThatIsNotConfiguredIsToldWithThoseThatAre)
     }
 }
 
-} // namespace
+} // namespace VerifyCommandOnRealTests

@@ -6,6 +6,9 @@
 
 #include <thread>
 
+namespace InterruptionTests
+{
+
 using namespace velox::console;
 
 TEST(Interruption, NobodyAskedAtFirst)
@@ -34,3 +37,5 @@ TEST(Interruption, ARequestOfAnotherThreadStopsTheCommandUntilItIsForgotten)
     ForgetInterruption();
     EXPECT_NO_THROW(StopIfInterrupted());
 }
+
+} // namespace InterruptionTests

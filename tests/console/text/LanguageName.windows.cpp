@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+namespace LanguageNameOnRealTests
+{
+
 using namespace velox::console;
 
 TEST(LanguageName, NumbersAndNamesMeanTheSame)
@@ -58,3 +61,5 @@ TEST(LanguageName, NumbersWithoutALanguageHaveNone)
         EXPECT_EQ(LanguageDisplayName(language), "") << language;
     }
 }
+
+} // namespace LanguageNameOnRealTests

@@ -6,6 +6,9 @@
 
 #include <system_error>
 
+namespace LastErrorOnRealTests
+{
+
 TEST(LastError, IsWindowsOwnReason)
 {
     SetLastError(ERROR_ACCESS_DENIED);
@@ -14,3 +17,5 @@ TEST(LastError, IsWindowsOwnReason)
     SetLastError(ERROR_DISK_FULL);
     EXPECT_NE(velox::console::LastError(), denied);
 }
+
+} // namespace LastErrorOnRealTests

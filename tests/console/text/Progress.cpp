@@ -7,11 +7,11 @@
 
 #include <sstream>
 
+namespace ProgressTests
+{
+
 using namespace std::chrono_literals;
 using testing::HasSubstr;
-
-namespace
-{
 
 namespace console = velox::console;
 
@@ -135,4 +135,4 @@ TEST_F(Progress, CtrlCStopsTheWork)
     }
 }
 
-} // namespace
+} // namespace ProgressTests

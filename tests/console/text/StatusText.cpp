@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+namespace StatusTextTests
+{
+
 using namespace velox::console;
 
 TEST(StatusText, ResultsShowTheirNumberAndName)
@@ -26,3 +29,5 @@ TEST(StatusText, EngineStatusOfAnotherEngineSaysSo)
 {
     EXPECT_EQ(EngineStatusText(999), "999 (not a status of the stand-in engine)");
 }
+
+} // namespace StatusTextTests

@@ -6,6 +6,9 @@
 
 #include <fstream>
 
+namespace Utf8PathTests
+{
+
 using namespace velox::console;
 
 TEST(Utf8Path, TextsComeBackAsTheyWere)
@@ -24,3 +27,5 @@ TEST(Utf8Path, TheFileSystemKnowsTheName)
     ASSERT_TRUE(std::filesystem::exists(file));
     EXPECT_EQ(Utf8(std::filesystem::directory_iterator(PathFromUtf8(folder.Path()))->path().filename()), "Łukasz.wav");
 }
+
+} // namespace Utf8PathTests

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+namespace WordingTests
+{
+
 using namespace velox::console;
 
 TEST(Wording, NumbersGoWithTheirNoun)
@@ -41,3 +44,5 @@ TEST(Wording, ListsHaveCommas)
     EXPECT_EQ(Joined(words), "a, b");
     EXPECT_EQ(Joined({}), "");
 }
+
+} // namespace WordingTests

@@ -4,12 +4,10 @@
 
 #include <vector>
 
-namespace
+namespace WordsTests
 {
 
 using namespace velox::console;
-
-} // namespace
 
 TEST(Words, BlanksAtTheEndsAreTrimmedAndNothingElse)
 {
@@ -41,3 +39,5 @@ TEST(Words, BytesAreReadAsTheyAre)
     EXPECT_EQ(AsText(bytes), std::string_view("a\0\xFF", 3));
     EXPECT_EQ(AsText({}), "");
 }
+
+} // namespace WordsTests

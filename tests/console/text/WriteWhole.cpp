@@ -8,7 +8,7 @@
 
 #include <iterator>
 
-namespace
+namespace WriteWholeTests
 {
 
 namespace console = velox::console;
@@ -126,4 +126,4 @@ TEST_F(WriteWhole, ReadingAFileThatIsNotThereIsBadInput)
     }
 }
 
-} // namespace
+} // namespace WriteWholeTests

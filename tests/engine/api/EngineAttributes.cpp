@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace EngineAttributesTests
 {
 
 using namespace velox::engine;
@@ -119,4 +119,4 @@ TEST(EngineAttributes, RefusedModelsAreErrors)
               "VeloxWovSDK: acoustic model: 109 BlobKind. The model is one of another kind.\n");
 }
 
-} // namespace
+} // namespace EngineAttributesTests

@@ -8,7 +8,7 @@
 
 #include <functional>
 
-namespace
+namespace EngineSessionTests
 {
 
 using namespace velox::engine;
@@ -443,4 +443,4 @@ TEST_F(EngineSession, LogsRefusedTakesAsWarningsAndEnrollmentsThatFailAsErrors)
         "allow.\n");
 }
 
-} // namespace
+} // namespace EngineSessionTests

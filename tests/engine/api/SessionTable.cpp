@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-namespace
+namespace SessionTableTests
 {
 
 using namespace velox::engine;
@@ -87,4 +87,4 @@ TEST(SessionTable, ThreadsComeAndGoBesideEachOther)
     other.join();
 }
 
-} // namespace
+} // namespace SessionTableTests

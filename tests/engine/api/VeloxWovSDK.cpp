@@ -10,7 +10,7 @@
 #include <memory>
 #include <thread>
 
-namespace
+namespace VeloxWovSDKTests
 {
 
 using namespace velox::engine;
@@ -476,4 +476,4 @@ TEST_F(VeloxWovSDK, UnknownConstraintsAreAcceptedAndLogged)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-} // namespace
+} // namespace VeloxWovSDKTests

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+namespace CountIntervalTests
+{
+
 using velox::engine::CountForTwice;
 using velox::engine::RateFromCount;
 using velox::engine::ShareFromCount;
@@ -61,3 +64,5 @@ TEST(CountInterval, SharesHaveTheExactInterval)
     }
     EXPECT_NEAR(ShareFromCount(5'000, 10'000).most, 0.5098, 0.0002);
 }
+
+} // namespace CountIntervalTests

@@ -7,7 +7,7 @@
 #include <sstream>
 #include <string>
 
-namespace
+namespace EngineErrorsTests
 {
 
 using namespace velox::engine;
@@ -54,4 +54,4 @@ TEST(EngineErrors, AStatusIsFoundByItsNumber)
     EXPECT_EQ(TextOf(static_cast<Status>(1)).name, "");
 }
 
-} // namespace
+} // namespace EngineErrorsTests

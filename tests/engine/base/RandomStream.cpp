@@ -5,7 +5,7 @@
 #include <array>
 #include <set>
 
-namespace
+namespace RandomStreamTests
 {
 
 using velox::engine::RandomStream;
@@ -84,4 +84,4 @@ TEST(RandomStream, NormalNumbersHaveTheMomentsOfTheNormalDistribution)
     EXPECT_NEAR(static_cast<double>(beyondTwo) / Draws, 0.0455, 0.006);
 }
 
-} // namespace
+} // namespace RandomStreamTests

@@ -8,7 +8,7 @@
 
 #include <set>
 
-namespace
+namespace WorkerPoolTests
 {
 
 using Pool = velox::engine::WorkerPool;
@@ -98,4 +98,4 @@ TEST(WorkerPool, NoPartsAreDoneAtOnce)
     EXPECT_EQ(calls, 0);
 }
 
-} // namespace
+} // namespace WorkerPoolTests

@@ -9,7 +9,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace
+namespace AlignmentTests
 {
 
 using namespace velox::engine;
@@ -228,4 +228,4 @@ TEST(Alignment, LabelsPastTheEndOfTheTakeAreItsLast)
     EXPECT_THAT(CarryLabels(LabelsOf({1, 1}), 1.0, 4), ElementsAre(0, 1, 1, 1));
 }
 
-} // namespace
+} // namespace AlignmentTests

@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-namespace
+namespace AugmentationTests
 {
 
 using namespace velox::engine;
@@ -459,4 +459,4 @@ TEST(Augmentation, TheSameSeedGivesTheSameCopies)
     }
 }
 
-} // namespace
+} // namespace AugmentationTests

@@ -11,7 +11,7 @@
 #include <array>
 #include <optional>
 
-namespace
+namespace EnrollmentTests
 {
 
 using namespace velox::engine;
@@ -219,4 +219,4 @@ TEST_F(Enrollment, ATakeOfAnotherLevelMakesTheTakesDisagree)
     EXPECT_EQ(enrollment.Finish(&model), Status::TakesDisagree);
 }
 
-} // namespace
+} // namespace EnrollmentTests

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace
+namespace RoomTests
 {
 
 using namespace velox::engine;
@@ -70,4 +70,4 @@ TEST(Room, TheSeedMakesTheRoom)
     EXPECT_NE(RoomResponse({0.2, 0.0, 1}), RoomResponse({0.2, 0.0, 2}));
 }
 
-} // namespace
+} // namespace RoomTests

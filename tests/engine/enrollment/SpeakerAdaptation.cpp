@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace SpeakerAdaptationTests
 {
 
 using namespace velox::engine;
@@ -47,4 +47,4 @@ TEST(SpeakerAdaptation, GenericStatesStartFromTheBackground)
     EXPECT_FLOAT_EQ(generic.states[1].Means()(0, 0), 1.0F);
 }
 
-} // namespace
+} // namespace SpeakerAdaptationTests

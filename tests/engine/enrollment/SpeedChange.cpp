@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace SpeedChangeTests
 {
 
 using namespace velox::engine;
@@ -58,4 +58,4 @@ TEST(SpeedChange, AClickStaysInItsPlace)
     EXPECT_EQ(std::max_element(changed.begin(), changed.end()) - changed.begin(), 2000);
 }
 
-} // namespace
+} // namespace SpeedChangeTests

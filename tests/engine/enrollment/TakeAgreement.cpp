@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace TakeAgreementTests
 {
 
 using namespace velox::engine;
@@ -107,4 +107,4 @@ TEST_F(TakeAgreement, TheTakeWithAnotherLevelIsNamed)
     EXPECT_THAT(UnlikeInLevel(std::vector{-10.0, -36.0, -40.1}), testing::Optional(0U));
 }
 
-} // namespace
+} // namespace TakeAgreementTests

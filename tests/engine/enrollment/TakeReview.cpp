@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-namespace
+namespace TakeReviewTests
 {
 
 using namespace velox::engine;
@@ -162,4 +162,4 @@ TEST_F(TakeReview, WithoutAModelLevelAndEndsAreJudged)
     EXPECT_EQ(ReviewTake(nullptr, {}).status, Status::NoSpeech);
 }
 
-} // namespace
+} // namespace TakeReviewTests

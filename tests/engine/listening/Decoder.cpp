@@ -5,7 +5,7 @@
 #include <cmath>
 #include <optional>
 
-namespace
+namespace DecoderTests
 {
 
 using testing::ElementsAre;
@@ -256,4 +256,4 @@ TEST_F(Decoder, HalfAPhraseScoresMuchLowerThanAWholeOne)
     EXPECT_NEAR(SoftMinimumScore(Best()), -3.3093F, 1e-3F);
 }
 
-} // namespace
+} // namespace DecoderTests

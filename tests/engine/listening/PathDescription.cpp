@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-namespace
+namespace PathDescriptionTests
 {
 
 using namespace velox::engine;
@@ -61,4 +61,4 @@ TEST(PathDescription, TheJudgesWordIsCountedFromHalfAFalseAlarmPerHour)
     EXPECT_NEAR(JudgePath(model, Path({1.0F, 3.0F})), 2.5 - start, 1e-4);
 }
 
-} // namespace
+} // namespace PathDescriptionTests

@@ -10,7 +10,7 @@
 
 #include <array>
 
-namespace
+namespace PhraseDetectorTests
 {
 
 using namespace velox::engine;
@@ -196,4 +196,4 @@ TEST(PhraseDetector, APhraseTooLongForTheHistoryIsNotTakenForTheUsers)
     }
 }
 
-} // namespace
+} // namespace PhraseDetectorTests

@@ -8,7 +8,7 @@
 #include <array>
 #include <numeric>
 
-namespace
+namespace PhraseSearchTests
 {
 
 using namespace velox::engine;
@@ -75,4 +75,4 @@ TEST(PhraseSearch, TheLastIncompleteFrameIsFilledWithZeros)
     EXPECT_EQ(AnalyseRecording(statistics, part, 1.0).size(), 11 - FrontEnd::FirstFrame + 1);
 }
 
-} // namespace
+} // namespace PhraseSearchTests

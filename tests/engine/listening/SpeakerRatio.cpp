@@ -8,7 +8,7 @@
 
 #include <array>
 
-namespace
+namespace SpeakerRatioTests
 {
 
 using namespace velox::engine;
@@ -46,4 +46,4 @@ TEST(SpeakerRatio, StretchesHaveTheCepstraOfTheTraining)
     EXPECT_TRUE(SpeakerFrames(features).isApprox(WithDeltas(Cepstra(features)), 1e-4F));
 }
 
-} // namespace
+} // namespace SpeakerRatioTests

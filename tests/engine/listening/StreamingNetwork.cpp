@@ -5,7 +5,7 @@
 #include <cmath>
 #include <optional>
 
-namespace
+namespace StreamingNetworkTests
 {
 
 using testing::ElementsAre;
@@ -107,4 +107,4 @@ TEST(StreamingNetwork, LogSoftmaxOfLargeOutputsStaysFinite)
     EXPECT_TRUE(outputs.allFinite());
 }
 
-} // namespace
+} // namespace StreamingNetworkTests

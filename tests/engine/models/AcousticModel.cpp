@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace AcousticModelTests
 {
 
 using namespace velox::engine;
@@ -28,4 +28,4 @@ TEST(AcousticModel, DamageIsRefused)
     });
 }
 
-} // namespace
+} // namespace AcousticModelTests

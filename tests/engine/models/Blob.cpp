@@ -8,7 +8,7 @@
 #include <limits>
 #include <string_view>
 
-namespace
+namespace BlobTests
 {
 
 using namespace velox::engine;
@@ -199,4 +199,4 @@ TEST(Blob, EachFaultOfTheHeaderHasItsStatus)
     });
 }
 
-} // namespace
+} // namespace BlobTests

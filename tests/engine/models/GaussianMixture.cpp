@@ -7,7 +7,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace
+namespace GaussianMixtureTests
 {
 
 using namespace velox::engine;
@@ -200,4 +200,4 @@ TEST(GaussianMixture, AdaptationToNothingChangesNothing)
     EXPECT_TRUE(adapted.Weights().isApprox(prior.Weights()));
 }
 
-} // namespace
+} // namespace GaussianMixtureTests

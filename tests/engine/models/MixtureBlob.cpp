@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace MixtureBlobTests
 {
 
 using namespace velox::engine;
@@ -58,4 +58,4 @@ TEST(MixtureBlob, WeightsVariancesAndDimensionsThatCannotBeAreRefused)
     EXPECT_FALSE(Read(Write({Mixture(0.5F, 1.0F)}), 2)) << "one is missing";
 }
 
-} // namespace
+} // namespace MixtureBlobTests

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace NetworkTests
 {
 
 using Weights = velox::engine::Network;
@@ -15,4 +15,4 @@ TEST(Network, FieldIsWhatAllLayersSpanAndTheLookAheadIsItsMiddle)
     EXPECT_EQ(network.LookAhead(), 17);
 }
 
-} // namespace
+} // namespace NetworkTests

@@ -8,7 +8,7 @@
 
 #include <functional>
 
-namespace
+namespace PhraseModelTests
 {
 
 using namespace velox::engine;
@@ -200,4 +200,4 @@ TEST(PhraseModel, DamageIsRefusedOrHarmless)
     });
 }
 
-} // namespace
+} // namespace PhraseModelTests

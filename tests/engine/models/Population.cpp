@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace PopulationTests
 {
 
 using namespace velox::engine;
@@ -85,4 +85,4 @@ TEST(Population, FitsThePhraseWithAsManyStates)
     EXPECT_FALSE(population.Fits(TinyLanguage::Acoustic()));
 }
 
-} // namespace
+} // namespace PopulationTests

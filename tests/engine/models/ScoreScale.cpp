@@ -7,7 +7,7 @@
 #include <limits>
 #include <vector>
 
-namespace
+namespace ScoreScaleTests
 {
 
 using velox::engine::BackgroundTail;
@@ -83,4 +83,4 @@ TEST(ScoreScale, RatesOfAKnownDistributionComeOutRight)
     EXPECT_NEAR(Scale::FromFactors(tail.FactorsBelowHalf(seldom)), Scale::FromAlarmsPerHour(1.8), 1.5F);
 }
 
-} // namespace
+} // namespace ScoreScaleTests

@@ -6,7 +6,7 @@
 #include <numbers>
 #include <vector>
 
-namespace
+namespace CepstrumTests
 {
 
 using namespace velox::engine;
@@ -136,4 +136,4 @@ TEST(Cepstrum, SequencesAreSetSideBySide)
     EXPECT_EQ(SideBySide(parts), expected);
 }
 
-} // namespace
+} // namespace CepstrumTests

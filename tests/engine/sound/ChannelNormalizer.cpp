@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-namespace
+namespace ChannelNormalizerTests
 {
 
 using namespace velox::engine;
@@ -268,4 +268,4 @@ TEST(ChannelNormalizer, TheLevelIsTheMeanOfTheChannels)
     EXPECT_FLOAT_EQ(MeanLevel(frame), -1.0F);
 }
 
-} // namespace
+} // namespace ChannelNormalizerTests

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <ostream>
 
-namespace
+namespace EndpointingTests
 {
 
 using namespace velox::engine;
@@ -204,4 +204,4 @@ TEST_F(Endpointing, TheFirstClippedSampleIsFound)
     EXPECT_EQ(FirstClipped({}), std::nullopt);
 }
 
-} // namespace
+} // namespace EndpointingTests

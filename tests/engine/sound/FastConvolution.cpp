@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace FastConvolutionTests
 {
 
 using namespace velox::engine;
@@ -62,4 +62,4 @@ TEST(FastConvolution, NothingStaysNothing)
     EXPECT_THAT(FilterSignal({}, std::vector{1.0F}), IsEmpty());
 }
 
-} // namespace
+} // namespace FastConvolutionTests

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace
+namespace FeatureStreamTests
 {
 
 using namespace velox::engine;
@@ -80,4 +80,4 @@ TEST(FeatureStream, DigitalSilenceBeforeATakeChangesNothingOfItsSpeech)
     EXPECT_LT(LargestDifference({plain.begin() + inSpeech, plain.end()}, {same.begin() + inSpeech, same.end()}), 0.3F);
 }
 
-} // namespace
+} // namespace FeatureStreamTests

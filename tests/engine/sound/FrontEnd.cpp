@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace
+namespace FrontEndTests
 {
 
 using namespace velox::engine;
@@ -112,4 +112,4 @@ TEST(FrontEnd, ARecordingsFramesAreThoseOfItsFullFrames)
     EXPECT_TRUE(LogMelFrames({}).empty());
 }
 
-} // namespace
+} // namespace FrontEndTests

@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-namespace
+namespace MelFilterbankTests
 {
 
 using namespace velox::engine;
@@ -106,4 +106,4 @@ TEST(MelFilterbank, SilenceGivesTheFloor)
     EXPECT_THAT(Apply(MelFilterbank(), {}), Each(FloatEq(LogFloor)));
 }
 
-} // namespace
+} // namespace MelFilterbankTests

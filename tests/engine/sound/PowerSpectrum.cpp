@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <numeric>
 
-namespace
+namespace PowerSpectrumTests
 {
 
 using namespace velox::engine;
@@ -70,4 +70,4 @@ TEST(PowerSpectrum, OneWindowLeavesNothingForTheNext)
     EXPECT_THAT(power, Each(FloatEq(0.0F)));
 }
 
-} // namespace
+} // namespace PowerSpectrumTests

@@ -6,7 +6,7 @@
 
 #include <numbers>
 
-namespace
+namespace SpeechLevelTests
 {
 
 using velox::engine::SampleRate;
@@ -73,4 +73,4 @@ TEST(SpeechLevel, LessThanAFrameIsMeasuredAsItIs)
     EXPECT_NEAR(SpeechLevel(std::vector<float>(10, 0.5F)), 0.5, 1e-6);
 }
 
-} // namespace
+} // namespace SpeechLevelTests

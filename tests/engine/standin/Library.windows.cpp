@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <array>
 
-namespace
+namespace LibraryOnRealTests
 {
 
 using namespace KeywordDetectorAdapterImplementation;
@@ -109,4 +109,4 @@ TEST_F(Library, SilenceEnrollsNobody)
     EXPECT_EQ(ArmedModel(stream.get()), firmwareModel);
 }
 
-} // namespace
+} // namespace LibraryOnRealTests

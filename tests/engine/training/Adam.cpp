@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace AdamTests
 {
 
 using velox::engine::Adam;
@@ -52,4 +52,4 @@ TEST(Adam, FindsTheLowestPointOfAValley)
     EXPECT_NEAR(parameters[1], 0.5F, 1e-3F);
 }
 
-} // namespace
+} // namespace AdamTests

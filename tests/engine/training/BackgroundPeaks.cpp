@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace BackgroundPeaksTests
 {
 
 using namespace velox::engine;
@@ -25,4 +25,4 @@ TEST(BackgroundPeaks, ShortRecordingsAreHeardOneAfterTheOther)
                 SizeIs(6));
 }
 
-} // namespace
+} // namespace BackgroundPeaksTests

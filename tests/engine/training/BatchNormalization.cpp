@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace BatchNormalizationTests
 {
 
 using velox::engine::RandomStream;
@@ -69,4 +69,4 @@ TEST_F(BatchNormalization, GradientsAreThoseOfFiniteDifferences)
     EXPECT_LT(LargestGradientError(shiftGradient, &shift, loss), 1e-3);
 }
 
-} // namespace
+} // namespace BatchNormalizationTests

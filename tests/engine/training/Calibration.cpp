@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-namespace
+namespace CalibrationTests
 {
 
 using namespace velox::engine;
@@ -61,4 +61,4 @@ TEST(Calibration, HeldOutTakesAreJudgedAgainstUnheardBackground)
     EXPECT_EQ(ScoreScale::FromFactors(factors[1]), ScoreScale::Least) << "too short";
 }
 
-} // namespace
+} // namespace CalibrationTests

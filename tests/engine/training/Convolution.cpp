@@ -6,7 +6,7 @@
 
 #include <functional>
 
-namespace
+namespace ConvolutionTests
 {
 
 using velox::engine::Convolve;
@@ -86,4 +86,4 @@ TEST(Convolution, InputGradientIsThatOfFiniteDifferences)
     }
 }
 
-} // namespace
+} // namespace ConvolutionTests

@@ -4,7 +4,7 @@
 
 #include <map>
 
-namespace
+namespace CropSamplerTests
 {
 
 using velox::engine::PaddedSequence;
@@ -120,4 +120,4 @@ TEST(CropSampler, IsEmptyWithoutFramesAndWeight)
     EXPECT_FALSE(Sampler(something, Background).Empty());
 }
 
-} // namespace
+} // namespace CropSamplerTests

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace DroppingRectifierTests
 {
 
 using velox::engine::RandomStream;
@@ -52,4 +52,4 @@ TEST(DroppingRectifier, OnlyWhatPassedHasAGradientScaledAlike)
                 testing::Each(testing::AnyOf(0.0F, 6.0F)));
 }
 
-} // namespace
+} // namespace DroppingRectifierTests

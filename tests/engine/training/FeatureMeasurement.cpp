@@ -8,7 +8,7 @@
 
 #include <cmath>
 
-namespace
+namespace FeatureMeasurementTests
 {
 
 using namespace velox::engine;
@@ -70,4 +70,4 @@ TEST(FeatureMeasurement, AChannelThatNeverMovesHasADeviationAllTheSame)
     EXPECT_FLOAT_EQ(statistics.deviation[0], 0.01F);
 }
 
-} // namespace
+} // namespace FeatureMeasurementTests

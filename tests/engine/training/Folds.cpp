@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace FoldsTests
 {
 
 using testing::Each;
@@ -49,4 +49,4 @@ TEST(Folds, FewRecordingsOfUnequalLengthFallIntoBothHalves)
     EXPECT_THAT(Material::Of({}, background).background, testing::IsSupersetOf({0, 1}));
 }
 
-} // namespace
+} // namespace FoldsTests

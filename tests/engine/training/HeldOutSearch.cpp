@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace HeldOutSearchTests
 {
 
 using namespace velox::engine;
@@ -39,4 +39,4 @@ TEST(HeldOutSearch, EachHalfIsSearchedByTheNetworkThatDidNotLearnFromIt)
     EXPECT_GT(places.background.size(), 2 * ofThree) << "four recordings more";
 }
 
-} // namespace
+} // namespace HeldOutSearchTests

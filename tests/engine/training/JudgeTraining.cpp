@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace JudgeTrainingTests
 {
 
 using namespace velox::engine;
@@ -61,4 +61,4 @@ TEST(JudgeTraining, WithoutExamplesAllIsAlike)
     EXPECT_EQ(LogOdds(judge, Place(2.0F)), 0.0F);
 }
 
-} // namespace
+} // namespace JudgeTrainingTests

@@ -8,7 +8,7 @@
 
 #include <stdexcept>
 
-namespace
+namespace LanguageTrainerTests
 {
 
 using namespace velox::engine;
@@ -170,4 +170,4 @@ TEST(LanguageTrainer, TooLittleMaterialIsRefused)
     EXPECT_THROW(littleBackground.Run(), std::invalid_argument);
 }
 
-} // namespace
+} // namespace LanguageTrainerTests

@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-namespace
+namespace LogisticFitTests
 {
 
 using namespace velox::engine;
@@ -80,4 +80,4 @@ TEST(LogisticFit, LogOddsAreLinear)
     EXPECT_FLOAT_EQ(classifier.LogOdds(Eigen::Vector2f(3.0F, 4.0F)), 2.5F);
 }
 
-} // namespace
+} // namespace LogisticFitTests

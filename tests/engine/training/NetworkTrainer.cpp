@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <thread>
 
-namespace
+namespace NetworkTrainerTests
 {
 
 using testing::DoubleEq;
@@ -172,4 +172,4 @@ TEST_F(NetworkTrainer, NothingToDrawFromIsRefused)
     EXPECT_THROW(TrainNetwork({}, options, GoOn), std::invalid_argument);
 }
 
-} // namespace
+} // namespace NetworkTrainerTests

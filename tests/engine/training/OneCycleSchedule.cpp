@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace OneCycleScheduleTests
 {
 
 using velox::engine::OneCycleSchedule;
@@ -50,4 +50,4 @@ TEST(OneCycleSchedule, ASingleBatchHasTheFirstRate)
     EXPECT_NEAR(OneCycleSchedule(1.0, 1).Rate(0), 0.04, 1e-12);
 }
 
-} // namespace
+} // namespace OneCycleScheduleTests

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace PaddedSequenceTests
 {
 
 using velox::engine::TrainingSequence;
@@ -77,4 +77,4 @@ TEST(PaddedSequence, FramesOutsideAreLabelledBackground)
     EXPECT_THAT(labels, testing::ElementsAre(2, 2, 0, 1, 2, 2));
 }
 
-} // namespace
+} // namespace PaddedSequenceTests

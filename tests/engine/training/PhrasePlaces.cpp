@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace PhrasePlacesTests
 {
 
 using namespace velox::engine;
@@ -109,4 +109,4 @@ TEST(PhrasePlaces, TheThreadsChangeNothing)
     }
 }
 
-} // namespace
+} // namespace PhrasePlacesTests

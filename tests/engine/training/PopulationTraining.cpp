@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace PopulationTrainingTests
 {
 
 using namespace velox::engine;
@@ -96,4 +96,4 @@ TEST(PopulationTraining, ShortRecordingsAreJoinedForATalker)
     EXPECT_THAT(MakePopulation(TinyLanguage::Phrase(), {{}, 0.25, {}, {}, {}, {}}).talkers, IsEmpty());
 }
 
-} // namespace
+} // namespace PopulationTrainingTests

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace SmoothedCrossEntropyTests
 {
 
 using velox::engine::RandomStream;
@@ -58,4 +58,4 @@ TEST(SmoothedCrossEntropy, GradientIsThatOfFiniteDifferences)
     EXPECT_LT(LargestGradientError(gradient, &outputs, loss), 1e-3);
 }
 
-} // namespace
+} // namespace SmoothedCrossEntropyTests

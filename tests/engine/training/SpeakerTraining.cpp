@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace SpeakerTrainingTests
 {
 
 using namespace velox::engine;
@@ -47,4 +47,4 @@ TEST(SpeakerTraining, EachStateSoundsAsInTheTakes)
     EXPECT_LT(generic.states[0].LogLikelihood(frames.col(16)), generic.states[1].LogLikelihood(frames.col(16)));
 }
 
-} // namespace
+} // namespace SpeakerTrainingTests

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace SpectrogramMaskingTests
 {
 
 using velox::engine::RandomStream;
@@ -89,4 +89,4 @@ TEST(SpectrogramMasking, TheOffsetHardlyDiffersBetweenNeighbours)
     EXPECT_LT(std::sqrt(squares / (Draws * (Channels - 1))), 0.06);
 }
 
-} // namespace
+} // namespace SpectrogramMaskingTests

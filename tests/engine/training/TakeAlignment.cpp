@@ -7,7 +7,7 @@
 #include <cmath>
 #include <stdexcept>
 
-namespace
+namespace TakeAlignmentTests
 {
 
 using namespace velox::engine;
@@ -54,4 +54,4 @@ TEST(TakeAlignment, TheDecoderKnowsHalfOfEachStatesShare)
     EXPECT_THAT(states.meanDuration, ElementsAre(6.0F, 2.0F, 3.0F));
 }
 
-} // namespace
+} // namespace TakeAlignmentTests

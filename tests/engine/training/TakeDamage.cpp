@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-namespace
+namespace TakeDamageTests
 {
 
 using namespace velox::engine;
@@ -117,4 +117,4 @@ TEST(TakeDamage, CopiesAreTheSameWheneverTheyAreMadeAndOthersForEveryTake)
     }
 }
 
-} // namespace
+} // namespace TakeDamageTests

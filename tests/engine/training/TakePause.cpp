@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace TakePauseTests
 {
 
 using namespace velox::engine;
@@ -60,4 +60,4 @@ TEST(TakePause, ThePauseBelongsToTheStateBefore)
     EXPECT_THAT(LabelsWithPause({7, 0, 0, 1, 7}, {3, 2}), ElementsAre(7, 0, 0, 0, 0, 1, 7));
 }
 
-} // namespace
+} // namespace TakePauseTests

@@ -8,7 +8,7 @@
 
 #include <numeric>
 
-namespace
+namespace TakePreparationTests
 {
 
 using namespace velox::engine;
@@ -82,4 +82,4 @@ TEST(TakePreparation, PaddingIsSilenceOnBothSides)
     EXPECT_THAT(std::accumulate(padded.begin(), padded.end(), 0.0F), Eq(0.0F));
 }
 
-} // namespace
+} // namespace TakePreparationTests

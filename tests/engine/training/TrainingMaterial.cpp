@@ -9,7 +9,7 @@
 
 #include <algorithm>
 
-namespace
+namespace TrainingMaterialTests
 {
 
 using namespace velox::engine;
@@ -149,4 +149,4 @@ TEST(TrainingMaterial, TheThreadsChangeNothing)
     }
 }
 
-} // namespace
+} // namespace TrainingMaterialTests

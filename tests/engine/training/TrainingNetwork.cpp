@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace TrainingNetworkTests
 {
 
 using velox::engine::DroppingRectifier;
@@ -135,4 +135,4 @@ TEST(TrainingNetwork, FoldedAndStreamingItGivesTheOutputsOfThePassForThePassesSt
     }
 }
 
-} // namespace
+} // namespace TrainingNetworkTests

@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace TrainingPassTests
 {
 
 using velox::engine::DroppingRectifier;
@@ -83,4 +83,4 @@ TEST_F(TrainingPass, ASecondPassDoesNotDependOnTheFirst)
     EXPECT_EQ(pass.Gradient(), gradient);
 }
 
-} // namespace
+} // namespace TrainingPassTests

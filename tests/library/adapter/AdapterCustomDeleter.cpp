@@ -9,7 +9,7 @@
 #include <type_traits>
 #include <utility>
 
-namespace
+namespace AdapterCustomDeleterTests
 {
 
 using KeywordDetectorAdapterImplementation::AdapterCustomDeleter;
@@ -52,4 +52,4 @@ TEST(AdapterCustomDeleter, FreesTheStorageAndRunsNoDestructor)
     delete reader;
 }
 
-} // namespace
+} // namespace AdapterCustomDeleterTests

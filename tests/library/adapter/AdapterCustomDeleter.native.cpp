@@ -6,7 +6,7 @@
 
 #include <new>
 
-namespace
+namespace AdapterCustomDeleterFaultsTests
 {
 
 TEST(AdapterCustomDeleterFaults, FreesStorageOfTheGlobalNew)
@@ -16,4 +16,4 @@ TEST(AdapterCustomDeleterFaults, FreesStorageOfTheGlobalNew)
     EXPECT_EQ(AllocatedBytes(), before);
 }
 
-} // namespace
+} // namespace AdapterCustomDeleterFaultsTests

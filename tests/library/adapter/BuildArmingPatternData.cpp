@@ -7,7 +7,7 @@
 #include <functional>
 #include <string_view>
 
-namespace
+namespace BuildArmingPatternDataTests
 {
 
 using namespace ArmingLines;
@@ -401,4 +401,4 @@ TEST_F(BuildArmingPatternData, ModelWhosePatternDoesNotFit32BitsIsOutOfMemory)
     }
 }
 
-} // namespace
+} // namespace BuildArmingPatternDataTests

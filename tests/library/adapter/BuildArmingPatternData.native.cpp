@@ -8,7 +8,7 @@
 
 #include <stdexcept>
 
-namespace
+namespace BuildArmingPatternDataFaultsTests
 {
 
 using namespace ArmingLines;
@@ -120,4 +120,4 @@ TEST_F(BuildArmingPatternDataFaults, ModelBlockOfAReadThatIsNoPlainSuccessIsDrop
     EXPECT_GE(LossOfArming(6, STG_E_READFAULT), 9U);
 }
 
-} // namespace
+} // namespace BuildArmingPatternDataFaultsTests

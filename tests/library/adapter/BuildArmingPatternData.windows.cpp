@@ -3,7 +3,7 @@
 #include "tests/support/PrivateAccess.h"
 #include "tests/support/RealStream.h"
 
-namespace
+namespace BuildArmingPatternDataOnRealTests
 {
 
 class BuildArmingPatternDataOnRealStreams : public ArmingTest, public testing::WithParamInterface<RealStreamKind>
@@ -46,4 +46,4 @@ TEST_P(BuildArmingPatternDataOnRealStreams, WrittenModelIsArmed)
     EXPECT_TRUE(PrivateAccess::UserModelArmed(adapter));
 }
 
-} // namespace
+} // namespace BuildArmingPatternDataOnRealTests

@@ -9,7 +9,7 @@
 
 #include <algorithm>
 
-namespace
+namespace ComputeAndAddUserModelDataTests
 {
 
 using namespace RequestLines;
@@ -281,4 +281,4 @@ TEST_F(ComputeAndAddUserModelData, ExceptionReachesTheCallerExceptFromTheWrapper
                                 }});
 }
 
-} // namespace
+} // namespace ComputeAndAddUserModelDataTests

@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace ComputeAndAddUserModelDataFaultsTests
 {
 
 using namespace RequestLines;
@@ -75,4 +75,4 @@ TEST_F(ComputeAndAddUserModelDataFaults, ExceptionAtAnyPointLosesNothing)
     });
 }
 
-} // namespace
+} // namespace ComputeAndAddUserModelDataFaultsTests

@@ -12,7 +12,7 @@
 #include <string>
 #include <type_traits>
 
-namespace
+namespace CreateKeywordDetectorAdapterImplTests
 {
 
 using KeywordDetectorAdapterImplementation::AdapterCustomDeleter;
@@ -76,4 +76,4 @@ TEST(CreateKeywordDetectorAdapterImpl, PassesOnWhatTheLoggerThrows)
     EXPECT_THROW(MakeAdapter(logger, "missing.xml"), std::runtime_error);
 }
 
-} // namespace
+} // namespace CreateKeywordDetectorAdapterImplTests

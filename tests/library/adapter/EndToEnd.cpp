@@ -11,11 +11,11 @@
 #include <array>
 #include <cstring>
 
+namespace EndToEndTests
+{
+
 // The life of a user model: three recordings are verified, a model is trained from them and stored in a stream, the stream arms
 // the detector, and what the firmware then reports is the user's.
-
-namespace
-{
 
 using namespace RequestLines;
 
@@ -166,4 +166,4 @@ TEST_F(EndToEnd, SecondEnrollmentReplacesTheModel)
     EXPECT_EQ(Arm(), Pattern(128, "VWOV lpe data"));
 }
 
-} // namespace
+} // namespace EndToEndTests

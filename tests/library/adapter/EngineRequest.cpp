@@ -6,10 +6,7 @@
 
 #include <new>
 
-// The suite is named like the class, which stands outside of this namespace.
-namespace Opening
-{
-namespace
+namespace EngineRequestTests
 {
 
 using testing::Contains;
@@ -199,5 +196,4 @@ TEST_F(EngineRequest, ExceptionBeforeTheCreationReachesTheCaller)
     EXPECT_THAT(engine.calls, IsEmpty());
 }
 
-} // namespace
-} // namespace Opening
+} // namespace EngineRequestTests

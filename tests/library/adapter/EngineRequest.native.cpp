@@ -7,7 +7,7 @@
 
 #include <new>
 
-namespace
+namespace EngineRequestFaultsTests
 {
 
 using testing::ElementsAre;
@@ -97,4 +97,4 @@ TEST_F(EngineRequestFaults, ReleasedRequestLosesItsConstraintsWhenTheyAreLong)
     EXPECT_LT(loss, longText.size() + 32);
 }
 
-} // namespace
+} // namespace EngineRequestFaultsTests

@@ -27,11 +27,11 @@
 #include <new>
 #include <optional>
 
+namespace FaultSweepFaultsTests
+{
+
 // Every operation with every one of its fallible calls failing: allocation, file, registry, task memory, Media Foundation,
 // stream, recording, engine. First the n-th call alone, then the n-th and all that follow, for every n.
-
-namespace
-{
 
 using Adapter = VeloxKeywordDetectorAdapterImpl;
 
@@ -669,4 +669,4 @@ TEST_F(FaultSweep, GetCapabilities)
     Sweep<CapabilitiesQuery>();
 }
 
-} // namespace
+} // namespace FaultSweepFaultsTests

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace
+namespace GetCapabilitiesTests
 {
 
 using namespace CapabilityLines;
@@ -196,4 +196,4 @@ TEST_F(GetCapabilities, AConfigurationThatVanishesAfterTheCountLeavesBothBuffers
                   ConfigurationLines::NotLoaded("GetLanguagesIds", configuration.Path(), "XML_ERROR_FILE_NOT_FOUND") + NoIds);
 }
 
-} // namespace
+} // namespace GetCapabilitiesTests

@@ -11,7 +11,7 @@
 
 #include <new>
 
-namespace
+namespace GetCapabilitiesFaultsTests
 {
 
 using namespace CapabilityLines;
@@ -135,4 +135,4 @@ TEST_F(GetCapabilitiesFaults, NoMemoryForALogTextPassesToTheCaller)
     EXPECT_THAT(logger.lines, IsEmpty());
 }
 
-} // namespace
+} // namespace GetCapabilitiesFaultsTests

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <limits>
 
-namespace
+namespace ParseDetectionResultDataTests
 {
 
 using namespace ParsingLines;
@@ -359,4 +359,4 @@ TEST_F(ParseDetectionResultData, AnswersFromTheArmingRecordAndWritesNothingToIt)
     EXPECT_EQ(PrivateAccess::ArmedLanguageId(adapter), 1040);
 }
 
-} // namespace
+} // namespace ParseDetectionResultDataTests

@@ -6,7 +6,7 @@
 
 #include <filesystem>
 
-namespace
+namespace SupportedKeywordTests
 {
 
 using testing::Contains;
@@ -54,4 +54,4 @@ TEST_F(SupportedKeyword, UnreadableConfigurationComesBeforeTheKeyword)
     EXPECT_EQ(logger.lines.back(), Log(1, 0, Lines.languageCheckFailed));
 }
 
-} // namespace
+} // namespace SupportedKeywordTests

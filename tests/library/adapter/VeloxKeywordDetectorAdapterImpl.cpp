@@ -11,7 +11,7 @@
 #include <memory>
 #include <stdexcept>
 
-namespace
+namespace VeloxKeywordDetectorAdapterImplTests
 {
 
 using namespace ConfigurationLines;
@@ -145,4 +145,4 @@ TEST(VeloxKeywordDetectorAdapterImpl, KeepsTheOrderOfTheLoggersOperations)
 }
 #endif
 
-} // namespace
+} // namespace VeloxKeywordDetectorAdapterImplTests

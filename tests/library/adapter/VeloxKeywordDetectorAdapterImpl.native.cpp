@@ -12,7 +12,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace
+namespace VeloxKeywordDetectorAdapterImplFaultsTests
 {
 
 using KeywordDetectorAdapterImplementation::CreateKeywordDetectorAdapterImpl;
@@ -126,4 +126,4 @@ TEST(VeloxKeywordDetectorAdapterImplFaults, DestructionReleasesTheReaderOnce)
     EXPECT_EQ(AllocatedBytes(), before);
 }
 
-} // namespace
+} // namespace VeloxKeywordDetectorAdapterImplFaultsTests

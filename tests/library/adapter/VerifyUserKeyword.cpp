@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <limits>
 
-namespace
+namespace VerifyUserKeywordTests
 {
 
 using namespace RequestLines;
@@ -228,4 +228,4 @@ TEST_F(VerifyUserKeyword, ExceptionReachesTheCallerExceptFromTheWrappersCreation
                                 }});
 }
 
-} // namespace
+} // namespace VerifyUserKeywordTests

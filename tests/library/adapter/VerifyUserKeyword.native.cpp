@@ -1,6 +1,6 @@
 #include "tests/library/adapter/EngineOperationFaults.h"
 
-namespace
+namespace VerifyUserKeywordFaultsTests
 {
 
 using namespace RequestLines;
@@ -28,4 +28,4 @@ TEST_F(VerifyUserKeywordFaults, ExceptionAtAnyPointLosesNothing)
     ExpectNoLossAtAnyException([this] { return Verify(); });
 }
 
-} // namespace
+} // namespace VerifyUserKeywordFaultsTests

@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace ConfigurationDocumentTests
 {
 
 using testing::ElementsAre;
@@ -100,4 +100,4 @@ TEST_F(ConfigurationDocument, MissingRootAttributeFailsAndLeavesTheValue)
     EXPECT_THAT(logger.lines, ElementsAre(Log(2, 1, "[Op] None.")));
 }
 
-} // namespace
+} // namespace ConfigurationDocumentTests

@@ -9,7 +9,7 @@
 
 #include <new>
 
-namespace
+namespace ConfigurationDocumentFaultsTests
 {
 
 using testing::ElementsAre;
@@ -60,4 +60,4 @@ TEST_F(ConfigurationDocumentFaults, AllocationThatFailsInTheParserLosesTheOpenFi
     CloseOpenFiles();
 }
 
-} // namespace
+} // namespace ConfigurationDocumentFaultsTests

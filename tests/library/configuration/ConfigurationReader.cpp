@@ -10,10 +10,7 @@
 static_assert(std::has_virtual_destructor_v<ConfigurationReader>);
 static_assert(!std::is_copy_constructible_v<ConfigurationReader> && !std::is_copy_assignable_v<ConfigurationReader>);
 
-// The suite is named like the class, which stands outside of this namespace.
-namespace AllOperations
-{
-namespace
+namespace ConfigurationReaderTests
 {
 
 using namespace ConfigurationLines;
@@ -104,5 +101,4 @@ TEST_F(ConfigurationReader, EveryLookupOfALanguageNeedsValidIdsAheadOfIt)
     }
 }
 
-} // namespace
-} // namespace AllOperations
+} // namespace ConfigurationReaderTests

@@ -8,7 +8,7 @@
 #include <map>
 #include <new>
 
-namespace
+namespace ConfigurationReaderFaultsTests
 {
 
 class ConfigurationReaderFaults : public ReaderTest
@@ -102,4 +102,4 @@ TEST_F(ConfigurationReaderFaults, EveryFailedAllocationLeavesAsAnExceptionAndHar
     EXPECT_THAT(logger.lines, testing::IsEmpty());
 }
 
-} // namespace
+} // namespace ConfigurationReaderFaultsTests

@@ -4,7 +4,7 @@
 
 #include <type_traits>
 
-namespace
+namespace EnrollmentParametersTests
 {
 
 static_assert(std::has_virtual_destructor_v<EnrollmentParameters>);
@@ -32,4 +32,4 @@ TEST(EnrollmentParameters, KeepsTheOrderOfItsMembers)
     EXPECT_EQ(sizeof(parameters), 40U);
 }
 
-} // namespace
+} // namespace EnrollmentParametersTests

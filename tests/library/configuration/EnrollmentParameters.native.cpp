@@ -6,7 +6,7 @@
 
 #include <memory>
 
-namespace
+namespace EnrollmentParametersFaultsTests
 {
 
 TEST(EnrollmentParametersFaults, ReleasesEveryBlockThatIsThere)
@@ -29,4 +29,4 @@ TEST(EnrollmentParametersFaults, ReleasesEveryBlockThatIsThere)
     }
 }
 
-} // namespace
+} // namespace EnrollmentParametersFaultsTests

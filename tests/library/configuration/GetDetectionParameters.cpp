@@ -5,7 +5,7 @@
 
 #include <limits>
 
-namespace
+namespace GetDetectionParametersTests
 {
 
 using namespace ConfigurationLines;
@@ -136,4 +136,4 @@ TEST_F(GetDetectionParameters, OneFileMayServeBothThresholds)
     ExpectFields(10, 192, 192);
 }
 
-} // namespace
+} // namespace GetDetectionParametersTests

@@ -9,7 +9,7 @@
 
 #include <thread>
 
-namespace
+namespace GetDetectionParametersFaultsTests
 {
 
 using namespace ConfigurationLines;
@@ -55,4 +55,4 @@ TEST_F(GetDetectionParametersFaults, UserDefinedFileThatGoesAwayBetweenItsTwoRea
     EXPECT_THAT(logger.lines, ElementsAre(ThresholdNotOpened, ThresholdNotRead));
 }
 
-} // namespace
+} // namespace GetDetectionParametersFaultsTests

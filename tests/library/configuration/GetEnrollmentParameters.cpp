@@ -7,7 +7,7 @@
 #include <functional>
 #include <memory>
 
-namespace
+namespace GetEnrollmentParametersTests
 {
 
 using namespace ConfigurationLines;
@@ -172,4 +172,4 @@ TEST_F(GetEnrollmentParameters, SecondLoadIntoTheSameMembersDropsTheirBlocksIsKe
     ExpectModels("1040");
 }
 
-} // namespace
+} // namespace GetEnrollmentParametersTests

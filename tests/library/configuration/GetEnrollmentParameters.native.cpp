@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace GetEnrollmentParametersFaultsTests
 {
 
 using GetEnrollmentParametersFaults = ReaderTest;
@@ -26,4 +26,4 @@ TEST_F(GetEnrollmentParametersFaults, FailedAllocationLeavesItsMemberNullAndOnly
     }
 }
 
-} // namespace
+} // namespace GetEnrollmentParametersFaultsTests

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace GetLanguagesCountTests
 {
 
 using testing::IsEmpty;
@@ -49,4 +49,4 @@ TEST_F(GetLanguagesCount, NeedsNoRootAttribute)
     EXPECT_EQ(count, 1U);
 }
 
-} // namespace
+} // namespace GetLanguagesCountTests

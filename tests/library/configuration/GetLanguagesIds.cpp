@@ -4,7 +4,7 @@
 
 #include <array>
 
-namespace
+namespace GetLanguagesIdsTests
 {
 
 using testing::ElementsAre;
@@ -85,4 +85,4 @@ TEST_F(GetLanguagesIds, InvalidIdFailsWithItsPositionAndKeepsTheIdsBefore)
     }
 }
 
-} // namespace
+} // namespace GetLanguagesIdsTests

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <fstream>
 
-namespace
+namespace GetPlatformConstraintsTests
 {
 
 using namespace ConfigurationLines;
@@ -86,4 +86,4 @@ INSTANTIATE_TEST_SUITE_P(
         Damage{"empty path", [](auto& damaged) { damaged.WriteXml("<keywords constraints=''/>"); }, ConstraintsNotOpened}),
     RowName());
 
-} // namespace
+} // namespace GetPlatformConstraintsTests

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace GetPlatformConstraintsFaultsTests
 {
 
 using testing::ElementsAre;
@@ -39,4 +39,4 @@ TEST_F(GetPlatformConstraintsFaults, CarriageReturnStaysWhereItIsNoPartOfTheLine
     EXPECT_EQ(constraints, "memory=160k\r");
 }
 
-} // namespace
+} // namespace GetPlatformConstraintsFaultsTests

@@ -6,7 +6,7 @@
 
 #include <memory>
 
-namespace
+namespace GetPredefinedModelTests
 {
 
 using namespace ConfigurationLines;
@@ -63,4 +63,4 @@ INSTANTIATE_TEST_SUITE_P(
                     Damage{"empty file", [](auto& damaged) { damaged.WriteFile("fw_1033.bin", ""); }, FileEmpty("fw_1033.bin")}),
     RowName());
 
-} // namespace
+} // namespace GetPredefinedModelTests

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace GetPredefinedModelFaultsTests
 {
 
 using GetPredefinedModelFaults = ReaderTest;
@@ -21,4 +21,4 @@ TEST_F(GetPredefinedModelFaults, FailedAllocationLeavesNullAndNoSize)
     EXPECT_THAT(logger.lines, testing::ElementsAre(ConfigurationLines::FileWithoutMemory("fw_1033.bin")));
 }
 
-} // namespace
+} // namespace GetPredefinedModelFaultsTests

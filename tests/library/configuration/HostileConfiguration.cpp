@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace
+namespace HostileConfigurationTests
 {
 
 using namespace ConfigurationLines;
@@ -322,4 +322,4 @@ TEST_F(HostileConfiguration, DirectoryInsteadOfTheFileIsRefused)
     }
 }
 
-} // namespace
+} // namespace HostileConfigurationTests

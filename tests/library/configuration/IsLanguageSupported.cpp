@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace IsLanguageSupportedTests
 {
 
 using testing::IsEmpty;
@@ -82,4 +82,4 @@ TEST_F(IsLanguageSupported, UnreadableFileFailsAndLeavesTheAnswer)
     EXPECT_FALSE(supported);
 }
 
-} // namespace
+} // namespace IsLanguageSupportedTests

@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace LanguageElementTests
 {
 
 using testing::ElementsAre;
@@ -201,4 +201,4 @@ TEST_F(LanguageElement, FileElementWithoutTextFailsAndLeavesTheName)
     }
 }
 
-} // namespace
+} // namespace LanguageElementTests

@@ -6,7 +6,7 @@
 
 #include <memory>
 
-namespace
+namespace ModelFileTests
 {
 
 using namespace ConfigurationLines;
@@ -116,4 +116,4 @@ TEST_F(ModelFile, BlockThatIsThereAlreadyIsDroppedNotReleasedIsKept)
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(owner.get()), 5), "other");
 }
 
-} // namespace
+} // namespace ModelFileTests

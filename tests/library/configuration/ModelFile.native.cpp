@@ -13,7 +13,7 @@
 #include <filesystem>
 #include <memory>
 
-namespace
+namespace ModelFileFaultsTests
 {
 
 using namespace ConfigurationLines;
@@ -91,4 +91,4 @@ TEST_F(ModelFileFaults, PipeInsteadOfAFileFails)
     EXPECT_THAT(logger.lines, ElementsAre(FileNotOpened("pipe")));
 }
 
-} // namespace
+} // namespace ModelFileFaultsTests

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace RegistrySettingsTests
 {
 
 using namespace ConfigurationLines;
@@ -84,4 +84,4 @@ TEST_F(RegistrySettings, AnyValueButZeroLogsToTheFile)
     }
 }
 
-} // namespace
+} // namespace RegistrySettingsTests

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-namespace
+namespace RegistrySettingsFaultsTests
 {
 
 using namespace ConfigurationLines;
@@ -101,4 +101,4 @@ TEST_F(RegistrySettingsFaults, AFailedCloseIsLoggedAfterAFlagThatIsNotThere)
     EXPECT_EQ(OpenRegistryKeys(), 0U);
 }
 
-} // namespace
+} // namespace RegistrySettingsFaultsTests

@@ -7,7 +7,7 @@
 
 #include <limits>
 
-namespace
+namespace ThresholdFileTests
 {
 
 using testing::ElementsAre;
@@ -68,4 +68,4 @@ TEST_F(ThresholdFile, MissingFileFailsAndLeavesTheValue)
     EXPECT_THAT(logger.lines, ElementsAre(ConfigurationLines::ThresholdNotOpened));
 }
 
-} // namespace
+} // namespace ThresholdFileTests

@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace CheckIStreamForUserModelTests
 {
 
 using namespace StreamLines;
@@ -125,4 +125,4 @@ TEST_F(CheckIStreamForUserModel, PositiveSeekResultIsASuccess)
     EXPECT_EQ(logger.lines, ModelFound);
 }
 
-} // namespace
+} // namespace CheckIStreamForUserModelTests

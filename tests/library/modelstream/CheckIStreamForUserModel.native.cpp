@@ -2,7 +2,7 @@
 #include "tests/support/FaultInjector.h"
 #include "tests/support/ScriptedStream.h"
 
-namespace
+namespace CheckIStreamForUserModelFaultsTests
 {
 
 using CheckIStreamForUserModelFaults = StreamTest;
@@ -17,4 +17,4 @@ TEST_F(CheckIStreamForUserModelFaults, WithoutMemoryForTheBufferTheStreamIsNotTo
               StreamLines::CheckEntry + Log(2, 1, "[CheckIStreamForUserModel] Failed to allocate memory for buffer."));
 }
 
-} // namespace
+} // namespace CheckIStreamForUserModelFaultsTests

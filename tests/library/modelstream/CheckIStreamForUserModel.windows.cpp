@@ -1,6 +1,6 @@
 #include "tests/library/modelstream/RealStreamTest.h"
 
-namespace
+namespace CheckIStreamForUserModelOnRealTests
 {
 
 using CheckIStreamForUserModelOnRealStreams = RealStreamTest;
@@ -20,4 +20,4 @@ TEST_P(CheckIStreamForUserModelOnRealStreams, ModelIsFoundByItsFirstFourBytes)
     }
 }
 
-} // namespace
+} // namespace CheckIStreamForUserModelOnRealTests

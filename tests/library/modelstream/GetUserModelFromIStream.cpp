@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace GetUserModelFromIStreamTests
 {
 
 using namespace StreamLines;
@@ -110,4 +110,4 @@ TEST_F(GetUserModelFromIStream, ReadGivesItsOwnResultAndTheBlockWithZerosForWhat
     }
 }
 
-} // namespace
+} // namespace GetUserModelFromIStreamTests

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace GetUserModelFromIStreamFaultsTests
 {
 
 using namespace StreamLines;
@@ -23,4 +23,4 @@ TEST_F(GetUserModelFromIStreamFaults, WithoutMemoryForTheModelTheResultIsAPlainF
     EXPECT_EQ(logger.lines, GetEntry + SizeExpected(10) + GetWithoutMemory);
 }
 
-} // namespace
+} // namespace GetUserModelFromIStreamFaultsTests

@@ -1,6 +1,6 @@
 #include "tests/library/modelstream/RealStreamTest.h"
 
-namespace
+namespace GetUserModelFromIStreamOnRealTests
 {
 
 using GetUserModelFromIStreamOnRealStreams = RealStreamTest;
@@ -25,4 +25,4 @@ TEST_P(GetUserModelFromIStreamOnRealStreams, EmptyStreamGivesAnEmptyBlock)
     EXPECT_EQ(size, 0U);
 }
 
-} // namespace
+} // namespace GetUserModelFromIStreamOnRealTests

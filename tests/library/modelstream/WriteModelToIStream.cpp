@@ -6,7 +6,7 @@
 
 #include <optional>
 
-namespace
+namespace WriteModelToIStreamTests
 {
 
 using namespace StreamLines;
@@ -152,4 +152,4 @@ INSTANTIATE_TEST_SUITE_P(
                             All, STG_E_REVERTED, 5, Full + NotDone("revert IStream changes", STG_E_REVERTED)}),
     RowName());
 
-} // namespace
+} // namespace WriteModelToIStreamTests

@@ -1,6 +1,6 @@
 #include "tests/library/modelstream/RealStreamTest.h"
 
-namespace
+namespace WriteModelToIStreamOnRealTests
 {
 
 using WriteModelToIStreamOnRealStreams = RealStreamTest;
@@ -32,4 +32,4 @@ TEST_P(WriteModelToIStreamOnRealStreams, ReplacesTheContentWhichIsFoundAndReadBa
     }
 }
 
-} // namespace
+} // namespace WriteModelToIStreamOnRealTests

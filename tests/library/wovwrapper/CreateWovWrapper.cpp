@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace CreateWovWrapperTests
 {
 
 using testing::Contains;
@@ -147,4 +147,4 @@ TEST_F(CreateWovWrapper, ExceptionOfAnyTypeReachesTheCallerUnchanged)
     }
 }
 
-} // namespace
+} // namespace CreateWovWrapperTests

@@ -6,7 +6,7 @@
 
 #include <new>
 
-namespace
+namespace CreateWovWrapperFaultsTests
 {
 
 using testing::IsEmpty;
@@ -71,4 +71,4 @@ TEST_F(CreateWovWrapperFaults, EveryEngineCallMayFail)
     }
 }
 
-} // namespace
+} // namespace CreateWovWrapperFaultsTests

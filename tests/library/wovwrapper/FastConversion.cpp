@@ -8,7 +8,7 @@
 #include <cstring>
 #include <vector>
 
-namespace
+namespace FastConversionTests
 {
 
 using testing::Each;
@@ -71,4 +71,4 @@ TEST(FastConversion, SamplesNeedNoAlignment)
     }
 }
 
-} // namespace
+} // namespace FastConversionTests

@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <limits>
 
-namespace
+namespace FeedRecordingTests
 {
 
 using namespace WrapperLines;
@@ -567,4 +567,4 @@ TEST_F(FeedRecording, SecondExceptionOfTheUnlockingDoesNotReplaceTheFirst)
     EXPECT_EQ(recording.OpenLocks(), 1);
 }
 
-} // namespace
+} // namespace FeedRecordingTests

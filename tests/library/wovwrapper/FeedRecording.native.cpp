@@ -9,7 +9,7 @@
 #include <functional>
 #include <new>
 
-namespace
+namespace FeedRecordingFaultsTests
 {
 
 using testing::Contains;
@@ -146,4 +146,4 @@ TEST_F(FeedRecordingFaults, OneFrameAndOneScoreVectorServeTheRecording)
     EXPECT_EQ(scores.Calls(), 1U);
 }
 
-} // namespace
+} // namespace FeedRecordingFaultsTests

@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace FeedRecordingOnRealTests
 {
 
 using testing::ElementsAre;
@@ -119,4 +119,4 @@ TEST_F(FeedRecordingOnRealBuffers, TenSecondsAreFedWhole)
     EXPECT_EQ(fed, expected);
 }
 
-} // namespace
+} // namespace FeedRecordingOnRealTests

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-namespace
+namespace FeedRecordingsForEnrollmentTests
 {
 
 using namespace WrapperLines;
@@ -260,4 +260,4 @@ TEST_F(FeedRecordingsForEnrollment, ExceptionAtAnyPointReachesTheCallerAndUnlock
     throwingEvent.reset();
 }
 
-} // namespace
+} // namespace FeedRecordingsForEnrollmentTests

@@ -7,7 +7,7 @@
 
 #include <new>
 
-namespace
+namespace FeedRecordingsForEnrollmentFaultsTests
 {
 
 class FeedRecordingsForEnrollmentFaults : public SessionTest
@@ -67,4 +67,4 @@ TEST_F(FeedRecordingsForEnrollmentFaults, LockAndUnlockMayFail)
     }
 }
 
-} // namespace
+} // namespace FeedRecordingsForEnrollmentFaultsTests

@@ -10,7 +10,7 @@
 #include <limits>
 #include <random>
 
-namespace
+namespace GetScoresTests
 {
 
 using testing::ElementsAre;
@@ -368,4 +368,4 @@ TEST_F(GetScores, JudgesGeneratedScoresAsTheModelDoes)
     EXPECT_GT(takenBack, 1000);
 }
 
-} // namespace
+} // namespace GetScoresTests

@@ -6,7 +6,7 @@
 
 #include <limits>
 
-namespace
+namespace GetVadQualityTests
 {
 
 const Lines Flag = "VWoVGetIntOutput(1, 2, buffer, 1)";
@@ -109,4 +109,4 @@ TEST_F(GetVadQuality, ExceptionAtAnyPointLeavesTheSums)
     }
 }
 
-} // namespace
+} // namespace GetVadQualityTests

@@ -11,7 +11,7 @@
 #include <ostream>
 #include <vector>
 
-namespace
+namespace SampleConversionTests
 {
 
 using testing::Each;
@@ -192,4 +192,4 @@ TEST_P(SampleConversion, TakesEveryCountAndAlignmentAndWritesNothingElse)
     }
 }
 
-} // namespace
+} // namespace SampleConversionTests

@@ -6,7 +6,7 @@
 
 #include <limits>
 
-namespace
+namespace SessionTests
 {
 
 using namespace WrapperLines;
@@ -155,4 +155,4 @@ TEST_F(Session, ExceptionLeavesTheHandleToTheCaller)
     }
 }
 
-} // namespace
+} // namespace SessionTests

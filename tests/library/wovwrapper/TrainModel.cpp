@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <memory>
 
-namespace
+namespace TrainModelTests
 {
 
 using namespace WrapperLines;
@@ -362,4 +362,4 @@ TEST_F(TrainModel, ModelStaysWithTheCallerWhenAnExceptionLeaves)
     delete[] model;
 }
 
-} // namespace
+} // namespace TrainModelTests

@@ -9,7 +9,7 @@
 #include <new>
 #include <optional>
 
-namespace
+namespace TrainModelFaultsTests
 {
 
 using namespace WrapperLines;
@@ -117,4 +117,4 @@ TEST_F(TrainModelFaults, EveryEngineCallMayFail)
     }
 }
 
-} // namespace
+} // namespace TrainModelFaultsTests

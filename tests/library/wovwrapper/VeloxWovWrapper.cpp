@@ -10,10 +10,7 @@
 
 #include <limits>
 
-// The suite is named like the class, which stands outside of this namespace.
-namespace WrapperObject
-{
-namespace
+namespace VeloxWovWrapperTests
 {
 
 using namespace WrapperLines;
@@ -199,5 +196,4 @@ INSTANTIATE_TEST_SUITE_P(
                     ProbeFailure{"negative value", nullptr, 0, EngineBreach::NegativeFrameSize, SizeNegative, 3}),
     RowName());
 
-} // namespace
-} // namespace WrapperObject
+} // namespace VeloxWovWrapperTests

@@ -10,7 +10,7 @@
 #include <limits>
 #include <random>
 
-namespace
+namespace VerifyKeywordTests
 {
 
 using namespace WrapperLines;
@@ -403,4 +403,4 @@ TEST_F(VerifyKeyword, SecondExceptionInTheGuardsDestructionDoesNotReplaceTheFirs
     EXPECT_THAT(engine.openSessions, IsEmpty());
 }
 
-} // namespace
+} // namespace VerifyKeywordTests

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace
+namespace DetectionEventTests
 {
 
 namespace oem = velox::oemadapter;
@@ -79,4 +79,4 @@ TEST(DetectionEvent, AnErrorHasItsCode)
     EXPECT_EQ(action.EventActionContext.ErrorCode, E_INVALIDARG);
 }
 
-} // namespace
+} // namespace DetectionEventTests

@@ -4,7 +4,7 @@
 
 #include <objidl.h>
 
-namespace
+namespace OemAdapterTests
 {
 
 class OemAdapter : public OemAdapterTest
@@ -114,4 +114,4 @@ TEST_F(OemAdapter, MethodsLieInTheSlotsThatWindowsCalls)
     EXPECT_NE(log.Read().find("IEventDetectorOemAdapter::ReportOSDetectionResult"), std::string::npos);
 }
 
-} // namespace
+} // namespace OemAdapterTests

@@ -3,7 +3,7 @@
 #include "tests/oemadapter/support/OemAdapterTest.h"
 #include "tests/support/FaultInjector.h"
 
-namespace
+namespace OemAdapterFaultsTests
 {
 
 class OemAdapterFaults : public OemAdapterTest
@@ -28,4 +28,4 @@ TEST_F(OemAdapterFaults, WithoutMemoryOrMarshalerNoObjectIsMade)
     ExpectNotMade(E_OUTOFMEMORY);
 }
 
-} // namespace
+} // namespace OemAdapterFaultsTests

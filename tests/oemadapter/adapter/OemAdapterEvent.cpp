@@ -8,7 +8,7 @@
 #include <optional>
 #include <utility>
 
-namespace
+namespace OemAdapterEventTests
 {
 
 using testing::ElementsAre;
@@ -604,4 +604,4 @@ TEST_F(OemAdapterEvent, NoExceptionLeavesAMethod)
     EXPECT_TRUE(parsed.IsError(GenFailure));
 }
 
-} // namespace
+} // namespace OemAdapterEventTests

@@ -2,7 +2,7 @@
 // on as documented; the outputs are nothing on failure, and nothing is left.
 #include "tests/oemadapter/support/FaultSweep.native.h"
 
-namespace
+namespace OemAdapterEventFaultsTests
 {
 
 class OemAdapterEventFaults : public FaultSweep
@@ -95,4 +95,4 @@ TEST_F(OemAdapterEventFaults, ParsingInANewProcessWithoutAStream)
     EXPECT_EQ(withoutText, 1); // A detection is worth more than its diagnosis.
 }
 
-} // namespace
+} // namespace OemAdapterEventFaultsTests

@@ -12,7 +12,7 @@
 #include <optional>
 #include <utility>
 
-namespace
+namespace OemAdapterKeywordTests
 {
 
 using testing::ElementsAre;
@@ -430,4 +430,4 @@ TEST_F(OemAdapterKeyword, NoExceptionLeavesAMethod)
     EXPECT_TRUE(parsed.IsNothing());
 }
 
-} // namespace
+} // namespace OemAdapterKeywordTests

@@ -3,7 +3,7 @@
 #include "tests/oemadapter/support/FaultSweep.native.h"
 #include "tests/support/MediaBuffer.h"
 
-namespace
+namespace OemAdapterKeywordFaultsTests
 {
 
 class OemAdapterKeywordFaults : public FaultSweep
@@ -79,4 +79,4 @@ TEST_F(OemAdapterKeywordFaults, ParsingInANewProcess)
     EXPECT_GE(calls, 3U);
 }
 
-} // namespace
+} // namespace OemAdapterKeywordFaultsTests

@@ -9,7 +9,7 @@
 #include <array>
 #include <thread>
 
-namespace
+namespace ApartmentsOnRealTests
 {
 
 using testing::ElementsAre;
@@ -107,4 +107,4 @@ TEST_F(Apartments, EightThreadsAtOnceEachGetWhatOneGets)
     }
 }
 
-} // namespace
+} // namespace ApartmentsOnRealTests

@@ -8,7 +8,7 @@
 #include <array>
 #include <iostream>
 
-namespace
+namespace LifetimeOnRealTests
 {
 
 using testing::EndsWith;
@@ -136,4 +136,4 @@ TEST_F(Lifetime, TheModuleExportsTheFourFunctionsOnly)
     EXPECT_EQ(GetModuleHandleW(Module), nullptr);
 }
 
-} // namespace
+} // namespace LifetimeOnRealTests

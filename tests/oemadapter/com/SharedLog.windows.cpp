@@ -7,7 +7,7 @@
 #include <regex>
 #include <sstream>
 
-namespace
+namespace SharedLogOnRealTests
 {
 
 constexpr int Objects = 100;
@@ -99,4 +99,4 @@ TEST_F(SharedLog, TellsAConfigurationThatTheLibraryCannotOpen)
     EXPECT_THAT(ReadWholeFile(logFile.string()), testing::HasSubstr("The configuration file cannot be opened"));
 }
 
-} // namespace
+} // namespace SharedLogOnRealTests

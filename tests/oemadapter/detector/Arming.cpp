@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string>
 
-namespace
+namespace ArmingTests
 {
 
 using testing::ElementsAre;
@@ -188,4 +188,4 @@ TEST_F(Arming, AnotherKeywordIsHandedOnAsNone)
     EXPECT_EQ(detection.keywordId, 0U);
 }
 
-} // namespace
+} // namespace ArmingTests

@@ -1,7 +1,7 @@
 #include "tests/oemadapter/support/LibraryTest.h"
 #include "tests/support/FaultInjector.h"
 
-namespace
+namespace ArmingFaultsTests
 {
 
 using testing::HasSubstr;
@@ -18,4 +18,4 @@ TEST_F(ArmingFaults, ALanguageThatCannotBeRecordedIsOnlyLogged)
     EXPECT_THAT(log.Read(), HasSubstr("3 adapter IThing::Method The language cannot be recorded, error 5"));
 }
 
-} // namespace
+} // namespace ArmingFaultsTests

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace
+namespace AudioFormatTests
 {
 
 TEST(AudioFormat, IsFloatOf32BitsAt16KilohertzMono)
@@ -26,4 +26,4 @@ TEST(AudioFormat, IsFloatOf32BitsAt16KilohertzMono)
     EXPECT_EQ(LivePlatformObjects(), before);
 }
 
-} // namespace
+} // namespace AudioFormatTests

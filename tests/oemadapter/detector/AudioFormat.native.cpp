@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace
+namespace AudioFormatFaultsTests
 {
 
 TEST(AudioFormatFaults, FailuresAreMediaFoundationsAndLeaveNothing)
@@ -26,4 +26,4 @@ TEST(AudioFormatFaults, FailuresAreMediaFoundationsAndLeaveNothing)
     EXPECT_EQ(LivePlatformObjects(), before);
 }
 
-} // namespace
+} // namespace AudioFormatFaultsTests

@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-namespace
+namespace DetectorTests
 {
 
 using testing::ElementsAre;
@@ -159,4 +159,4 @@ TEST_F(Detector, NoExceptionLeavesACall)
     EXPECT_EQ(Call([](DetectorContents&) { return S_OK; }), S_OK);
 }
 
-} // namespace
+} // namespace DetectorTests

@@ -5,7 +5,7 @@
 
 #include <array>
 
-namespace
+namespace KeywordLibraryTests
 {
 
 using testing::ElementsAre;
@@ -166,4 +166,4 @@ TEST_F(KeywordLibrary, ComputeHandsTheOtherResultsOn)
     EXPECT_EQ(Compute(empty.get()), E_OUTOFMEMORY);
 }
 
-} // namespace
+} // namespace KeywordLibraryTests

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace
+namespace NarrowPathTests
 {
 
 using velox::oemadapter::NarrowPath;
@@ -23,4 +23,4 @@ TEST(NarrowPath, ThereIsNoneForAnEmptyPath)
     EXPECT_EQ(NarrowPath(u""), std::nullopt);
 }
 
-} // namespace
+} // namespace NarrowPathTests

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <limits>
 
-namespace
+namespace PcmRecordingTests
 {
 
 using testing::ElementsAre;
@@ -102,4 +102,4 @@ TEST_F(PcmRecording, PositionsDoubleUnlessTheyAreNotKnown)
     }
 }
 
-} // namespace
+} // namespace PcmRecordingTests

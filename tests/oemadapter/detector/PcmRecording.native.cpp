@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace
+namespace PcmRecordingFaultsTests
 {
 
 TEST(PcmRecordingFaults, EveryFailureOfTheBufferIsTheResultAndLeavesNothing)
@@ -24,4 +24,4 @@ TEST(PcmRecordingFaults, EveryFailureOfTheBufferIsTheResultAndLeavesNothing)
     }
 }
 
-} // namespace
+} // namespace PcmRecordingFaultsTests

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace
+namespace AdapterLoggerTests
 {
 
 using testing::ElementsAre;
@@ -146,4 +146,4 @@ TEST_F(AdapterLogger, AWideTextForANarrowOneIsReadNoFurtherThanItsFirstLetter)
     EXPECT_THAT(Lines(), ElementsAre("4 internals IThing::Method Logger L severity level: 3."));
 }
 
-} // namespace
+} // namespace AdapterLoggerTests

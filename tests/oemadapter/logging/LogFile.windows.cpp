@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <regex>
 
-namespace
+namespace LogFileOnRealTests
 {
 
 using velox::oemadapter::LogFile;
@@ -83,4 +83,4 @@ TEST_F(LogFileOnRealWindows, CutsALineThatIsTooLong)
     EXPECT_TRUE(log.Read().ends_with("x\r\n"));
 }
 
-} // namespace
+} // namespace LogFileOnRealTests

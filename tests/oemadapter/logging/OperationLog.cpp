@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace
+namespace OperationLogTests
 {
 
 class OperationLog : public testing::Test
@@ -73,4 +73,4 @@ TEST_F(OperationLog, LeavesUnknownLevelsOut)
     EXPECT_EQ(log.Text(), "");
 }
 
-} // namespace
+} // namespace OperationLogTests

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace
+namespace ClassFactoryTests
 {
 
 class ClassFactory : public DetectorTest
@@ -69,4 +69,4 @@ TEST_F(ClassFactory, LocksAreCounted)
     EXPECT_EQ(factory->LockServer(FALSE), S_OK);
 }
 
-} // namespace
+} // namespace ClassFactoryTests

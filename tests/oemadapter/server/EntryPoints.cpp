@@ -10,10 +10,10 @@
 #include <objbase.h>
 #include <olectl.h>
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved);
-
-namespace
+namespace EntryPointsTests
 {
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved);
 
 class EntryPoints : public DetectorTest
 {
@@ -83,4 +83,4 @@ TEST_F(EntryPoints, TheModulesEndClosesTheLibraryUnlessTheProcessEnds)
     EXPECT_EQ(library.objects, 0);
 }
 
-} // namespace
+} // namespace EntryPointsTests

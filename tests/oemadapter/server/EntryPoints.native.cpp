@@ -9,7 +9,7 @@
 #include <objbase.h>
 #include <olectl.h>
 
-namespace
+namespace EntryPointsFaultsTests
 {
 
 class EntryPointsFaults : public RegistrationTest
@@ -36,4 +36,4 @@ TEST_F(EntryPointsFaults, AModuleOfUnknownPathIsNotRegistered)
     EXPECT_FALSE(HasKey(HKEY_LOCAL_MACHINE, ClassKey));
 }
 
-} // namespace
+} // namespace EntryPointsFaultsTests

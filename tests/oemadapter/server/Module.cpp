@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace ModuleTests
 {
 
 using testing::ElementsAre;
@@ -50,4 +50,4 @@ TEST_F(Module, ItsEndClosesTheLibrary)
     EXPECT_FALSE(velox::oemadapter::TheModule().IsInUse());
 }
 
-} // namespace
+} // namespace ModuleTests

@@ -2,7 +2,7 @@
 
 #include "tests/oemadapter/support/RegistrationTest.h"
 
-namespace
+namespace RegistrationTests
 {
 
 using velox::oemadapter::RegisterServer;
@@ -63,4 +63,4 @@ TEST_F(Registration, IsTakenBackAroundForeignKeys)
     EXPECT_EQ(ReadText(HKEY_LOCAL_MACHINE, ClassKey, u""), std::nullopt);
 }
 
-} // namespace
+} // namespace RegistrationTests

@@ -6,7 +6,7 @@
 
 #include <new>
 
-namespace
+namespace RegistrationFaultsTests
 {
 
 using velox::oemadapter::RegisterServer;
@@ -101,4 +101,4 @@ TEST_F(RegistrationFaults, ThatCannotBeTakenBackGivesTheRegistrysFailure)
     EXPECT_FALSE(HasKey(HKEY_LOCAL_MACHINE, ClassKey));
 }
 
-} // namespace
+} // namespace RegistrationFaultsTests

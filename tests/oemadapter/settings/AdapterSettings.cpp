@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace AdapterSettingsTests
 {
 
 namespace oem = velox::oemadapter;
@@ -129,4 +129,4 @@ TEST_F(AdapterSettings, AValueThatIsOfNoUseIsToldAndLeavesTheDefault)
     }
 }
 
-} // namespace
+} // namespace AdapterSettingsTests

@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace AdapterSettingsFaultsTests
 {
 
 namespace oem = velox::oemadapter;
@@ -43,4 +43,4 @@ TEST_F(AdapterSettingsFaults, ValuesThatCannotBeReadAreToldAndLeaveTheDefaults)
     EXPECT_THAT(problems, Each(HasSubstr(" cannot be read, error 5: its default holds.")));
 }
 
-} // namespace
+} // namespace AdapterSettingsFaultsTests

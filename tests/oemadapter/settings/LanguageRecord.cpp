@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace
+namespace LanguageRecordTests
 {
 
 using velox::oemadapter::ReadLastLanguage;
@@ -55,4 +55,4 @@ TEST_F(LanguageRecord, ReplacesWhatIsNoLanguage)
     EXPECT_EQ(ReadLastLanguage(), 1033);
 }
 
-} // namespace
+} // namespace LanguageRecordTests

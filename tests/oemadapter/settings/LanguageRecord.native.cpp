@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace
+namespace LanguageRecordFaultsTests
 {
 
 using velox::oemadapter::ReadLastLanguage;
@@ -53,4 +53,4 @@ TEST_F(LanguageRecordFaults, TheSameLanguageIsNotWrittenAgain)
     EXPECT_EQ(plan.Calls(), 0U);
 }
 
-} // namespace
+} // namespace LanguageRecordFaultsTests

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace
+namespace ModulePathTests
 {
 
 TEST(ModulePath, IsAbsoluteAndThatOfAModule)
@@ -13,4 +13,4 @@ TEST(ModulePath, IsAbsoluteAndThatOfAModule)
     EXPECT_TRUE(path.ends_with(u".dll") || path.ends_with(u".exe"));
 }
 
-} // namespace
+} // namespace ModulePathTests

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace
+namespace ModulePathFaultsTests
 {
 
 TEST(ModulePathFaults, IsEmptyWhenTheModuleIsNotKnown)
@@ -14,4 +14,4 @@ TEST(ModulePathFaults, IsEmptyWhenTheModuleIsNotKnown)
     modulePath = DefaultModulePath;
 }
 
-} // namespace
+} // namespace ModulePathFaultsTests

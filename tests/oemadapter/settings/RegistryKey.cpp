@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace RegistryKeyTests
 {
 
 namespace oem = velox::oemadapter;
@@ -144,4 +144,4 @@ TEST_F(RegistryKey, NumberHasTypeAndLengthOfOne)
     EXPECT_EQ(oem::NumberOf(Bytes(REG_BINARY, "abcd")), std::nullopt);
 }
 
-} // namespace
+} // namespace RegistryKeyTests

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace
+namespace RegistryKeyFaultsTests
 {
 
 class RegistryKeyFaults : public testing::Test
@@ -54,4 +54,4 @@ TEST_F(RegistryKeyFaults, AKeyThatCannotBeAskedIsNotEmpty)
     EXPECT_FALSE(key.IsEmpty());
 }
 
-} // namespace
+} // namespace RegistryKeyFaultsTests

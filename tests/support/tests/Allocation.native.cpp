@@ -5,7 +5,7 @@
 
 #include <new>
 
-namespace
+namespace AllocationFaultsTests
 {
 
 // Called directly, not through a new expression, which the compiler may leave out.
@@ -83,4 +83,4 @@ TEST(Allocation, TheHeapsBytesGrowAndShrink)
     EXPECT_EQ(AllocatedBytes(), before);
 }
 
-} // namespace
+} // namespace AllocationFaultsTests

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace
+namespace AudioFormatTests
 {
 
 constexpr WAVEFORMATEX Format{
@@ -49,4 +49,4 @@ TEST(AudioFormat, MediaTypesCountTheirReferences)
     EXPECT_EQ(type->Release(), 0U);
 }
 
-} // namespace
+} // namespace AudioFormatTests

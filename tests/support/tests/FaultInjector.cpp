@@ -4,7 +4,7 @@
 
 #include <array>
 
-namespace
+namespace FaultInjectorTests
 {
 
 struct Asked
@@ -85,4 +85,4 @@ TEST(FaultInjector, ThePlanEndsWithItsObject)
     EXPECT_FALSE(FaultPlan::ShouldFail(FallibleCall::Stream));
 }
 
-} // namespace
+} // namespace FaultInjectorTests

@@ -10,7 +10,7 @@
 #include <fstream>
 #include <new>
 
-namespace
+namespace FileOpenFaultsTests
 {
 
 class FileOpen : public testing::Test
@@ -66,4 +66,4 @@ TEST_F(FileOpen, LostFilesCanBeClosed)
     EXPECT_EQ(OpenFiles(), 0U);
 }
 
-} // namespace
+} // namespace FileOpenFaultsTests

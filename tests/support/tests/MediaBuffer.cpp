@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-namespace
+namespace MediaBufferTests
 {
 
 TEST(MediaBuffer, HoldsTheSamples)
@@ -25,4 +25,4 @@ TEST(MediaBuffer, HoldsTheSamples)
     }
 }
 
-} // namespace
+} // namespace MediaBufferTests

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace
+namespace MediaFoundationFaultsTests
 {
 
 TEST(MediaFoundation, CountsTheMediaTypesThatLive)
@@ -55,4 +55,4 @@ TEST(MediaFoundation, FailsAsThePlanSays)
     type->Release();
 }
 
-} // namespace
+} // namespace MediaFoundationFaultsTests

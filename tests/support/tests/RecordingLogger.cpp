@@ -4,7 +4,7 @@
 
 #include <stdexcept>
 
-namespace
+namespace RecordingLoggerTests
 {
 
 using testing::ElementsAre;
@@ -67,4 +67,4 @@ TEST(RecordingLogger, AskedToThrowItDoesNotKeepTheLine)
     EXPECT_THAT(logger.lines, ElementsAre(SetLevel(2)));
 }
 
-} // namespace
+} // namespace RecordingLoggerTests

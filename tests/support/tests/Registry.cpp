@@ -7,7 +7,7 @@
 
 #include <array>
 
-namespace
+namespace RegistryTests
 {
 
 constexpr const wchar_t* SettingsKey = L"SOFTWARE\\Velox\\KeywordDetectorAdapter";
@@ -127,4 +127,4 @@ TEST_F(Registry, AClosedKeyIsInvalid)
     EXPECT_EQ(RegCloseKey(key), ERROR_INVALID_HANDLE);
 }
 
-} // namespace
+} // namespace RegistryTests

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace
+namespace RegistryDoubleFaultsTests
 {
 
 constexpr const wchar_t* SettingsKey = L"SOFTWARE\\Velox\\KeywordDetectorAdapter";
@@ -87,4 +87,4 @@ TEST_F(RegistryDouble, FailsAsThePlanSays)
     EXPECT_EQ(OpenRegistryKeys(), 0U);
 }
 
-} // namespace
+} // namespace RegistryDoubleFaultsTests

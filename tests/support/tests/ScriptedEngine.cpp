@@ -8,7 +8,7 @@
 #include <cstring>
 #include <stdexcept>
 
-namespace
+namespace ScriptedEngineTests
 {
 
 using testing::ElementsAre;
@@ -409,4 +409,4 @@ TEST(ScriptedEngine, BreachesOfModels)
     EXPECT_EQ(size, 16U);
 }
 
-} // namespace
+} // namespace ScriptedEngineTests

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace
+namespace ScriptedEngineFaultsFaultsTests
 {
 
 using testing::IsEmpty;
@@ -40,4 +40,4 @@ TEST(ScriptedEngineFaults, OwnAllocationsDoNotCount)
     EXPECT_EQ(plan.Calls(), 0U);
 }
 
-} // namespace
+} // namespace ScriptedEngineFaultsFaultsTests

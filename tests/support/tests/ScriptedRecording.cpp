@@ -7,7 +7,7 @@
 #include <cstring>
 #include <stdexcept>
 
-namespace
+namespace ScriptedRecordingTests
 {
 
 using testing::ElementsAre;
@@ -133,4 +133,4 @@ TEST(ScriptedRecording, LockAndUnlockAreFallibleCalls)
     EXPECT_EQ(recording.OpenLocks(), 0);
 }
 
-} // namespace
+} // namespace ScriptedRecordingTests

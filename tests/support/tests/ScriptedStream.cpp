@@ -6,7 +6,7 @@
 
 #include <array>
 
-namespace
+namespace ScriptedStreamTests
 {
 
 using testing::ElementsAre;
@@ -179,4 +179,4 @@ TEST(ScriptedStream, OwnWorkOfACallIsNoFallibleCall)
     EXPECT_EQ(plan.Calls(), 7U);
 }
 
-} // namespace
+} // namespace ScriptedStreamTests

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace
+namespace TaskMemoryFaultsTests
 {
 
 TEST(TaskMemory, CountsTheBlocksThatLive)
@@ -37,4 +37,4 @@ TEST(TaskMemory, FailsAsThePlanSays)
     CoTaskMemFree(block);
 }
 
-} // namespace
+} // namespace TaskMemoryFaultsTests

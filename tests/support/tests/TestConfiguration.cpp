@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <stdexcept>
 
-namespace
+namespace TestConfigurationTests
 {
 
 std::string Xml(const TestConfiguration& configuration)
@@ -69,4 +69,4 @@ TEST(TestConfiguration, LeavesNothingOnDisk)
     EXPECT_FALSE(std::filesystem::exists(std::filesystem::path(path).parent_path()));
 }
 
-} // namespace
+} // namespace TestConfigurationTests

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <vector>
 
-namespace
+namespace WatchdogTests
 {
 
 using namespace std::chrono_literals;
@@ -57,4 +57,4 @@ TEST(Watchdog, EachTestHasTheWholeTime)
     EXPECT_EXIT(RunShortTests({500ms, NoLimit, 1ms}), ExitedWithCode(0), "");
 }
 
-} // namespace
+} // namespace WatchdogTests

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string>
 
-namespace
+namespace mainFaultsTests
 {
 
 /// What this program writes when it runs these tests of its own. @return its exit status, as pclose gives it
@@ -36,4 +36,4 @@ TEST(main, FilterThatMatchesATestThatPassesIsNone)
     EXPECT_THAT(output, testing::HasSubstr("[  PASSED  ] 1 test."));
 }
 
-} // namespace
+} // namespace mainFaultsTests
