@@ -11,6 +11,14 @@
 #include <cctype>
 #include <cstring>
 
+// The closed engine's own numbers: what is read from the library's header here must not move with it.
+static_assert(EngineStatus::Success == 0 && EngineStatus::BufferTooSmall == 2 && EngineStatus::NothingLeft == 0xFFFFFFFF);
+static_assert(EngineAttribute::LogLevel == 13 && EngineAttribute::FirmwareConstraints == 19);
+static_assert(EngineBinAttribute::AcousticModel == 1 && EngineBinAttribute::ZnormPopulation == 2);
+static_assert(EngineComponent::Vad == 2 && EngineComponent::Kpd == 4);
+static_assert(EngineOutput::VadFlag == 2 && EngineOutput::FrameSize == 5 && EngineOutput::VadQuality == 6);
+static_assert(PhraseModelSizeOffset == 8);
+
 ScriptedEngine& GetScriptedEngine()
 {
     static ScriptedEngine engine;
