@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 /// Counts the calls of the global operators new while it lives: all of them, or those for exactly one size. Counters may stand
@@ -9,7 +10,8 @@
 class AllocationCounter
 {
 public:
-    explicit AllocationCounter(std::optional<std::size_t> countedSize = std::nullopt);
+    /// @param then  what happens at each counted call, before it is carried out
+    explicit AllocationCounter(std::optional<std::size_t> countedSize = std::nullopt, std::function<void()> then = {});
     AllocationCounter(const AllocationCounter&) = delete;
     AllocationCounter& operator=(const AllocationCounter&) = delete;
     ~AllocationCounter();
@@ -24,6 +26,7 @@ public:
 
 private:
     std::optional<std::size_t> size;
+    std::function<void()> happening;
     uint64_t calls = 0;
     AllocationCounter* outer;
 };

@@ -1,6 +1,10 @@
 #include "tests/support/AllocationCounter.h"
 
+#include "tests/support/FaultInjector.h"
+
 #include <malloc.h>
+
+#include <utility>
 
 // The address sanitizer's own figure; its allocator stands in place of malloc's.
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
@@ -12,7 +16,8 @@ AllocationCounter* innermost = nullptr;
 
 } // namespace
 
-AllocationCounter::AllocationCounter(std::optional<std::size_t> countedSize) : size(countedSize), outer(innermost)
+AllocationCounter::AllocationCounter(std::optional<std::size_t> countedSize, std::function<void()> then)
+    : size(countedSize), happening(std::move(then)), outer(innermost)
 {
     innermost = this;
 }
@@ -29,6 +34,11 @@ void AllocationCounter::Note(std::size_t size)
         if (!counter->size || *counter->size == size)
         {
             ++counter->calls;
+            if (counter->happening)
+            {
+                const FaultPause pause;
+                counter->happening();
+            }
         }
     }
 }

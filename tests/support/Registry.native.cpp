@@ -40,6 +40,7 @@ struct OpenKey
 
 std::map<Place, Values> keys;
 std::vector<std::unique_ptr<OpenKey>> openKeys;
+std::size_t unknownKeysClosed = 0;
 int administrators = 0;
 
 const Text SettingsKey = u"software\\velox\\keyworddetectoradapter";
@@ -127,6 +128,11 @@ void WriteValue(const wchar_t* name, DWORD type, Number number)
 std::size_t OpenRegistryKeys()
 {
     return openKeys.size();
+}
+
+std::size_t UnknownRegistryKeysClosed()
+{
+    return unknownKeysClosed;
 }
 
 RegistryAdministrator::RegistryAdministrator()
@@ -324,6 +330,7 @@ LSTATUS WINAPI RegCloseKey(HKEY key)
     const auto open = FindOpen(key);
     if (open == openKeys.end())
     {
+        ++unknownKeysClosed;
         return ERROR_INVALID_HANDLE;
     }
     openKeys.erase(open);

@@ -52,6 +52,21 @@ TEST_F(BuildArmingPatternDataFaults, WithoutTaskMemoryThereIsNoPatternButTheMode
     }
 }
 
+TEST_F(BuildArmingPatternDataFaults, TaskMemoryIsAskedForUpToThePatternThatJustFits32Bits)
+{
+    for (const auto& [size, requests] : {std::pair{0xFFFFFFD3U, 1U}, {0xFFFFFFD4U, 0U}})
+    {
+        SCOPED_TRACE(size);
+        ScriptedStream stream("VWOV user");
+        stream.reportedEnd = size;
+        stream.claimedCount = size;
+        const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::TaskMemory);
+        ExpectNotArmed(E_OUTOFMEMORY, &stream, {1, 1033});
+        EXPECT_EQ(plan.Calls(), requests);
+        logger.Take();
+    }
+}
+
 TEST_F(BuildArmingPatternDataFaults, WithoutMemoryForTheCheckThePredefinedModelIsArmed)
 {
     const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::NothrowAllocation);

@@ -7,11 +7,11 @@
 #include <string>
 #include <type_traits>
 
-static_assert(std::has_virtual_destructor_v<ConfigurationReader>);
-static_assert(!std::is_copy_constructible_v<ConfigurationReader> && !std::is_copy_assignable_v<ConfigurationReader>);
-
 namespace ConfigurationReaderTests
 {
+
+static_assert(std::has_virtual_destructor_v<ConfigurationReader>);
+static_assert(!std::is_copy_constructible_v<ConfigurationReader> && !std::is_copy_assignable_v<ConfigurationReader>);
 
 using namespace ConfigurationLines;
 using testing::IsEmpty;

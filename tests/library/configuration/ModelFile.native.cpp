@@ -67,6 +67,17 @@ TEST_F(ModelFileFaults, FileThatCannotBeOpenedLeavesTheOutputs)
     EXPECT_THAT(logger.lines, ElementsAre(FileNotOpened("model.bin")));
 }
 
+TEST_F(ModelFileFaults, FileThatShrinksWhileItIsReadGivesZerosForWhatIsGone)
+{
+    const std::string path = configuration.Directory() + "\\model.bin";
+    const AllocationCounter shrinking(Length, [&] { std::filesystem::resize_file(path, 3); });
+    EXPECT_EQ(Load(configuration.Directory(), "model.bin"), S_OK);
+    const std::unique_ptr<uint8_t[]> owner(data);
+    ASSERT_EQ(size, Length);
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(data), size), "mmm" + std::string(Length - 3, '\0'));
+    EXPECT_THAT(logger.lines, testing::IsEmpty());
+}
+
 TEST_F(ModelFileFaults, DirectoryInsteadOfAFileFails)
 {
     std::filesystem::create_directory(configuration.Directory() + "\\folder");

@@ -40,7 +40,10 @@ protected:
         reader.GetLogToFileFromReg(&logToFile);
         EXPECT_EQ(logToFile, flag);
         EXPECT_EQ(OpenRegistryKeys(), 0U);
+        EXPECT_EQ(UnknownRegistryKeysClosed(), unknownKeysClosed);
     }
+
+    const std::size_t unknownKeysClosed = UnknownRegistryKeysClosed();
 };
 
 TEST_F(RegistrySettingsFaults, EveryReadClosesItsKeyAndLogsTheStatusOfWhatFails)

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include <limits>
+#include <locale>
 
 namespace ThresholdFileTests
 {
@@ -59,6 +60,45 @@ INSTANTIATE_TEST_SUITE_P(
                     ThresholdCase{"too small for 32 bits", "-8388609\n", Least},
                     ThresholdCase{"the smallest that fits", "-8388608\n", Least}),
     RowName());
+
+/// The process's locale while it lives: numbers are written with a comma, and with points between thousands.
+class CommaLocale
+{
+public:
+    CommaLocale() : former(std::locale::global(std::locale(std::locale::classic(), new Punctuation)))
+    {
+    }
+    CommaLocale(const CommaLocale&) = delete;
+    CommaLocale& operator=(const CommaLocale&) = delete;
+    ~CommaLocale()
+    {
+        std::locale::global(former);
+    }
+
+private:
+    struct Punctuation : std::numpunct<char>
+    {
+        char do_decimal_point() const override
+        {
+            return ',';
+        }
+        char do_thousands_sep() const override
+        {
+            return '.';
+        }
+    };
+
+    std::locale former;
+};
+
+TEST_F(ThresholdFile, IsReadWithAPointWhateverTheProcesssLocale)
+{
+    configuration.WriteFile("threshold.txt", "0.75\n");
+    const CommaLocale german;
+    int32_t value = 4711;
+    EXPECT_EQ(Read(&value), S_OK);
+    EXPECT_EQ(value, 192);
+}
 
 TEST_F(ThresholdFile, MissingFileFailsAndLeavesTheValue)
 {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <new>
 
 namespace AllocationFaultsTests
@@ -33,6 +34,14 @@ TEST(Allocation, ACounterOfOneSizePassesOverTheOthers)
     ::operator delete(New(25));
     EXPECT_EQ(some.Calls(), 1U);
     EXPECT_EQ(all.Calls(), 3U);
+}
+
+TEST(Allocation, ACounterTellsOfEachCallBeforeItIsCarriedOut)
+{
+    int told = 0;
+    const AllocationCounter counter(4711, [&told] { ++told; });
+    const std::unique_ptr<char[]> block(new char[4711]);
+    EXPECT_EQ(told, 1);
 }
 
 TEST(Allocation, ACounterEndsWithItsObject)

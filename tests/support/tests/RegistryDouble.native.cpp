@@ -45,6 +45,16 @@ TEST_F(RegistryDouble, CountsTheOpenKeys)
     EXPECT_EQ(OpenRegistryKeys(), 0U);
 }
 
+TEST_F(RegistryDouble, CountsTheClosesOfWhatIsNotOpen)
+{
+    const std::size_t before = UnknownRegistryKeysClosed();
+    EXPECT_EQ(Open(), ERROR_SUCCESS);
+    EXPECT_EQ(RegCloseKey(key), ERROR_SUCCESS);
+    EXPECT_EQ(UnknownRegistryKeysClosed(), before);
+    EXPECT_EQ(RegCloseKey(key), ERROR_INVALID_HANDLE);
+    EXPECT_EQ(UnknownRegistryKeysClosed(), before + 1);
+}
+
 TEST_F(RegistryDouble, FindsTheKeyOnlyInItsPlaceAndWithTheRightAccess)
 {
     EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, SettingsKey, 0, Access, &key), ERROR_FILE_NOT_FOUND);
