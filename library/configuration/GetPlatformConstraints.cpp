@@ -26,8 +26,7 @@ HRESULT ConfigurationReader::GetPlatformConstraints(std::string* constraints)
         logger->Log(Failure, Internals, "[GetPlatformConstraints] Failed to open platform constraints file.");
         return E_FAIL;
     }
-    // The outcome of the read is not examined: an empty file gives an empty line.
-    constraints->clear();
+    // The outcome of the read is not examined: an empty file gives an empty line, whatever stood there before.
     std::getline(file, *constraints);
     return S_OK;
 }

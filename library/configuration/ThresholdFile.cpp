@@ -1,7 +1,6 @@
 #include "library/configuration/ConfigurationReader.h"
 #include "library/configuration/FilePath.h"
 
-#include <cmath>
 #include <fstream>
 #include <limits>
 #include <locale>
@@ -12,14 +11,11 @@ using namespace VeloxLogSource;
 namespace
 {
 
-/// Rounds half away from zero to Q8 fixed point; saturates where 32 bits end, and a NaN gives 0.
+/// Rounds half away from zero to Q8 fixed point; saturates where 32 bits end.
+/// @param value  a number: a stream extracts no NaN
 int32_t ToQ8(double value)
 {
     using Limits = std::numeric_limits<int32_t>;
-    if (std::isnan(value))
-    {
-        return 0;
-    }
     const double scaled = value > 0.0 ? value * 256.0 + 0.5 : value * 256.0 - 0.5;
     if (scaled >= Limits::max())
     {
