@@ -43,6 +43,9 @@ if(MINGW)
     add_link_options(LINKER:--no-insert-timestamp)
 endif()
 
+include(StackProtector)
+target_link_libraries(velox_project_options INTERFACE velox_stack_protector)
+
 # Adds the options above to a target of the project.
 function(velox_project_target target)
     target_link_libraries(${target} PRIVATE velox_project_options)
