@@ -6,6 +6,9 @@ if(MSVC)
     # /EHs and not /EHsc: extern "C" functions of the engine may let an exception out.
     string(REPLACE "/EHsc" "/EHs" CMAKE_CXX_FLAGS "${CMAKE_CXX_FLAGS}")
     target_compile_options(velox_project_options INTERFACE /W4 /permissive- /utf-8)
+    # Indirect calls only go where a function begins, and returns only to where a call came from (x64; ARM64 has other means).
+    target_compile_options(velox_project_options INTERFACE /guard:cf)
+    add_link_options(/guard:cf $<$<STREQUAL:${CMAKE_CXX_COMPILER_ARCHITECTURE_ID},x64>:/CETCOMPAT>)
 else()
     # The logger's interface hands formats on, and COM interfaces have no virtual destructor (-Wdelete-non-virtual-dtor, which -Wall
     # holds, stays on).
