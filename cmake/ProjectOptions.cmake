@@ -41,9 +41,11 @@ if(VELOX_COVERAGE)
     add_link_options(-fprofile-instr-generate)
 endif()
 
-# The same sources give the same programs, whenever they are linked.
+# The same sources give the same programs, whenever and wherever they are built: paths begin at the project's folder. Of two that fit,
+# the compiler takes the later one.
 if(MINGW)
     add_link_options(LINKER:--no-insert-timestamp)
+    add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=velox -ffile-prefix-map=${PROJECT_BINARY_DIR}=velox/build)
 endif()
 
 include(StackProtector)
