@@ -23,6 +23,7 @@ else()
 
     add_library(velox_fmt STATIC ${PROJECT_SOURCE_DIR}/cmake/fmt.cpp)
     target_include_directories(velox_fmt SYSTEM PRIVATE ${console_headers})
+    target_link_libraries(velox_fmt PRIVATE velox_stack_protector)
     target_link_libraries(velox_console_libraries INTERFACE velox_fmt)
 endif()
 

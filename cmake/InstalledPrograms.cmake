@@ -1,5 +1,6 @@
 # velox_split_debug_information(COMPONENT NAMES...): of programs and DLLs that an install rule before this one puts into bin/, the debug
 # information goes into a file of its own beside each, NAME.debug, where a debugger looks for it. With Visual Studio it is apart anyway.
+# The time in their headers stays what the linker wrote, not that of the install.
 function(velox_split_debug_information component)
     if(NOT MINGW)
         return()
@@ -7,8 +8,9 @@ function(velox_split_debug_information component)
     foreach(name IN LISTS ARGN)
         install(CODE "
             set(program \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/${name}\")
-            execute_process(COMMAND \"${CMAKE_OBJCOPY}\" --only-keep-debug \${program} \${program}.debug COMMAND_ERROR_IS_FATAL ANY)
-            execute_process(COMMAND \"${CMAKE_OBJCOPY}\" --strip-all --add-gnu-debuglink=\${program}.debug \${program}
+            set(objcopy \"${CMAKE_OBJCOPY}\" --preserve-dates)
+            execute_process(COMMAND \${objcopy} --only-keep-debug \${program} \${program}.debug COMMAND_ERROR_IS_FATAL ANY)
+            execute_process(COMMAND \${objcopy} --strip-all --add-gnu-debuglink=\${program}.debug \${program}
                 COMMAND_ERROR_IS_FATAL ANY)" COMPONENT ${component})
     endforeach()
 endfunction()

@@ -6,6 +6,9 @@ if(MSVC)
     # /EHs and not /EHsc: extern "C" functions of the engine may let an exception out.
     string(REPLACE "/EHsc" "/EHs" CMAKE_CXX_FLAGS "${CMAKE_CXX_FLAGS}")
     target_compile_options(velox_project_options INTERFACE /W4 /permissive- /utf-8)
+    # Indirect calls only go where a function begins, and returns only to where a call came from (x64; ARM64 has other means).
+    target_compile_options(velox_project_options INTERFACE /guard:cf)
+    add_link_options(/guard:cf $<$<STREQUAL:${CMAKE_CXX_COMPILER_ARCHITECTURE_ID},x64>:/CETCOMPAT>)
 else()
     # The logger's interface hands formats on, and COM interfaces have no virtual destructor (-Wdelete-non-virtual-dtor, which -Wall
     # holds, stays on).
@@ -38,10 +41,15 @@ if(VELOX_COVERAGE)
     add_link_options(-fprofile-instr-generate)
 endif()
 
-# The same sources give the same programs, whenever they are linked.
+# The same sources give the same programs, whenever and wherever they are built: paths begin at the project's folder. Of two that fit,
+# the compiler takes the later one.
 if(MINGW)
     add_link_options(LINKER:--no-insert-timestamp)
+    add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=velox -ffile-prefix-map=${PROJECT_BINARY_DIR}=velox/build)
 endif()
+
+include(StackProtector)
+target_link_libraries(velox_project_options INTERFACE velox_stack_protector)
 
 # Adds the options above to a target of the project.
 function(velox_project_target target)

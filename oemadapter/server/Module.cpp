@@ -1,7 +1,7 @@
 #include "oemadapter/server/Module.h"
 
-#include <mutex>
-#include <utility>
+#include <atomic>
+#include <memory>
 
 namespace velox::oemadapter
 {
@@ -9,24 +9,25 @@ namespace velox::oemadapter
 namespace
 {
 
-std::mutex mutex;
-Module* module = nullptr;
+/// Without a lock, which would have to be made when the module is loaded.
+std::atomic<Module*> module = nullptr;
 
 } // namespace
 
 Module& TheModule()
 {
-    const std::scoped_lock lock(mutex);
-    if (module == nullptr)
+    if (Module* const made = module; made != nullptr)
     {
-        module = new Module;
+        return *made;
     }
-    return *module;
+    auto fresh = std::make_unique<Module>();
+    Module* other = nullptr;
+    return *(module.compare_exchange_strong(other, fresh.get()) ? fresh.release() : other);
 }
 
 void EndModule()
 {
-    delete std::exchange(module, nullptr);
+    delete module.exchange(nullptr);
 }
 
 } // namespace velox::oemadapter

@@ -1,0 +1,47 @@
+// Makes the compiler lay out the interfaces' virtual tables: their own, and those of classes that override every operation, so
+// that each slot bears a name. Without "override": a changed operation is to be found in the tables, and not refused by the
+// compiler.
+#include "VeloxHwKwsImpl.h"
+
+using namespace KeywordDetectorAdapterImplementation;
+
+void Delete(IVeloxKeywordDetectorLogger* logger, IVeloxKeywordDetectorAdapterImpl* adapter, IVeloxWovWrapper* wrapper)
+{
+    delete logger;
+    delete adapter;
+    delete wrapper;
+}
+
+struct Logger : IVeloxKeywordDetectorLogger
+{
+    ~Logger();
+    void Log(uint32_t, uint32_t, const std::string&);
+    void LogWithStatus(uint32_t, uint32_t, const std::string&, int32_t);
+    void LogWithCode(uint32_t, uint32_t, const std::string&, uint32_t);
+    void LogFormat(uint32_t, uint32_t, const char*, ...);
+    void SetLevel(uint32_t);
+    void SetLogToFile(bool);
+};
+
+struct Adapter : IVeloxKeywordDetectorAdapterImpl
+{
+    ~Adapter();
+    HRESULT GetCapabilities(int32_t*, uint32_t**, uint32_t*, uint16_t**, uint32_t*, IMFMediaType**);
+    HRESULT VerifyUserKeyword(IStream*, uint32_t, uint16_t, int32_t, IMFMediaBuffer*);
+    HRESULT ComputeAndAddUserModelData(IStream*, KeywordSelector, const int32_t*, IMFMediaBuffer**, uint32_t);
+    HRESULT BuildArmingPatternData(IStream*, const KeywordSelector*, uint32_t, uint8_t**);
+    HRESULT ParseDetectionResultData(IStream*, const DetectionResult*, uint32_t*, uint16_t*, BOOL*, uint64_t*, uint64_t*);
+};
+
+struct Wrapper : IVeloxWovWrapper
+{
+    ~Wrapper();
+    HRESULT Initialize();
+    HRESULT VerifyKeyword(IMFMediaBuffer*, int32_t, bool*);
+    HRESULT TrainModel(IMFMediaBuffer**, uint32_t, const int32_t*, uint8_t**, uint32_t*);
+};
+
+// Each table is laid out where its class's first function is defined.
+Logger::~Logger() = default;
+Adapter::~Adapter() = default;
+Wrapper::~Wrapper() = default;
