@@ -85,6 +85,17 @@ TEST_F(OemAdapter, IsNotMadeForAnUnknownInterfaceOrForNobody)
     EXPECT_EQ(detector->Users(), 1U);
 }
 
+TEST_F(OemAdapter, IsNotMadeWhereTheDetectorRefusesANewUser)
+{
+    ReleaseAdapter();
+    WriteText(HKEY_LOCAL_MACHINE, AdapterKey, u"ConfigurationFile", std::u16string(u"C:\\") + char16_t{0xD800});
+    void* object = &library;
+    EXPECT_EQ(velox::oemadapter::OemAdapter::Create(*detector, IID_IUnknown, &object),
+              HRESULT_FROM_WIN32(ERROR_NO_UNICODE_TRANSLATION));
+    EXPECT_EQ(object, nullptr);
+    EXPECT_EQ(detector->Users(), 0U);
+}
+
 /// The method in this slot of an interface's table.
 template <typename Method, typename Interface>
 Method Slot(Interface* object, std::size_t slot)

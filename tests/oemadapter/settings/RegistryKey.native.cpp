@@ -1,5 +1,6 @@
 #include "oemadapter/settings/RegistryKey.h"
 
+#include "tests/oemadapter/support/Environment.native.h"
 #include "tests/oemadapter/support/RegistryTree.h"
 #include "tests/support/FaultInjector.h"
 #include "tests/support/RegistryDouble.h"
@@ -52,6 +53,17 @@ TEST_F(RegistryKeyFaults, AKeyThatCannotBeAskedIsNotEmpty)
     ASSERT_EQ(key.Open(HKEY_LOCAL_MACHINE, AdapterKey, KEY_QUERY_VALUE), ERROR_SUCCESS);
     const FaultPlan plan = FaultPlan::From(1, FallibleCall::RegistryQuery);
     EXPECT_FALSE(key.IsEmpty());
+}
+
+TEST_F(RegistryKeyFaults, VariablesThatCannotBeExpandedStayAsTheyAre)
+{
+    for (const Expansion fault : {Expansion::Fails, Expansion::Grows})
+    {
+        expansion = fault;
+        EXPECT_EQ(velox::oemadapter::ExpandVariables(u"%ProgramData%\\log"), u"%ProgramData%\\log");
+    }
+    expansion = Expansion::Works;
+    EXPECT_NE(velox::oemadapter::ExpandVariables(u"%ProgramData%\\log"), u"%ProgramData%\\log");
 }
 
 } // namespace RegistryKeyFaultsTests

@@ -1,5 +1,5 @@
 // What the process tells of itself: its module lies in C:\Program Files\Velox, %ProgramData% is the folder of temporary files,
-// and its code page is Latin-1.
+// and its code page is Latin-1, or UTF-8.
 #include "tests/oemadapter/support/Environment.native.h"
 #include "tests/support/FaultInjector.h"
 
@@ -9,6 +9,8 @@
 #include <filesystem>
 
 std::optional<std::u16string> modulePath = DefaultModulePath;
+CodePage codePage = CodePage::Latin1;
+Expansion expansion = Expansion::Works;
 
 namespace
 {
@@ -21,6 +23,26 @@ DWORD Copy(const std::u16string& text, WCHAR* target, DWORD room)
         std::copy_n(text.c_str(), size, target);
     }
     return size;
+}
+
+/// @return the length in bytes; 0 for half of a pair, and when there is too little room
+INT ToUtf8(LPCWSTR text, INT length, LPSTR target, INT room)
+{
+    try
+    {
+        const std::u16string letters(text, text + length);
+        const std::u8string bytes = std::filesystem::path(letters).u8string();
+        if (bytes.size() > static_cast<std::size_t>(room))
+        {
+            return 0;
+        }
+        std::ranges::copy(bytes, target);
+        return static_cast<INT>(bytes.size());
+    }
+    catch (const std::filesystem::filesystem_error&)
+    {
+        return 0;
+    }
 }
 
 } // namespace
@@ -47,12 +69,16 @@ DWORD WINAPI ExpandEnvironmentStringsW(LPCWSTR text, LPWSTR target, DWORD room)
     {
         expanded.replace(found, Variable.size(), std::filesystem::temp_directory_path().u16string());
     }
-    return Copy(expanded, target, target == nullptr ? 0 : room);
+    if (expansion == Expansion::Grows && target != nullptr)
+    {
+        expanded += u"!";
+    }
+    return expansion == Expansion::Fails ? 0 : Copy(expanded, target, target == nullptr ? 0 : room);
 }
 
 UINT WINAPI GetACP()
 {
-    return 1252;
+    return static_cast<UINT>(codePage);
 }
 
 INT WINAPI MultiByteToWideChar(UINT, DWORD, LPCSTR text, INT length, LPWSTR target, INT room)
@@ -65,8 +91,13 @@ INT WINAPI MultiByteToWideChar(UINT, DWORD, LPCSTR text, INT length, LPWSTR targ
     return count;
 }
 
-INT WINAPI WideCharToMultiByte(UINT, DWORD, LPCWSTR text, INT length, LPSTR target, INT room, LPCSTR, LPBOOL usedDefault)
+INT WINAPI WideCharToMultiByte(UINT, DWORD flags, LPCWSTR text, INT length, LPSTR target, INT room, LPCSTR, LPBOOL usedDefault)
 {
+    if (codePage == CodePage::Utf8)
+    {
+        // As Windows: the question whether a letter is unknown is refused.
+        return flags == WC_ERR_INVALID_CHARS && usedDefault == nullptr ? ToUtf8(text, length, target, room) : 0;
+    }
     for (INT i = 0; i < std::min(length, room); ++i)
     {
         const bool known = text[i] < 0x100;
