@@ -37,7 +37,7 @@ if(VELOX_FUZZ)
 endif()
 
 if(VELOX_COVERAGE)
-    target_compile_options(velox_project_options INTERFACE -fprofile-instr-generate -fcoverage-mapping)
+    target_compile_options(velox_project_options INTERFACE -fprofile-instr-generate -fcoverage-mapping -fcoverage-mcdc)
     add_link_options(-fprofile-instr-generate)
 endif()
 
