@@ -10,9 +10,9 @@ function(velox_delay_load target dll)
     set(import_library ${PROJECT_BINARY_DIR}/lib${dll}.delay.a)
     target_link_options(${dll} PRIVATE LINKER:--output-def,${definition})
     add_custom_command(OUTPUT ${import_library}
-        COMMAND ${CMAKE_DLLTOOL} --temp-prefix ${dll} --input-def ${definition} --dllname $<TARGET_FILE_NAME:${dll}>
-            --output-delaylib ${import_library}
-        DEPENDS ${dll} VERBATIM)
+        # Named without its folder, of which the names within it would be made.
+        COMMAND ${CMAKE_DLLTOOL} --input-def ${definition} --dllname $<TARGET_FILE_NAME:${dll}> --output-delaylib lib${dll}.delay.a
+        DEPENDS ${dll} WORKING_DIRECTORY ${PROJECT_BINARY_DIR} VERBATIM)
     add_custom_target(${dll}_delay_import DEPENDS ${import_library})
     add_dependencies(${target} ${dll}_delay_import)
     target_include_directories(${target} PUBLIC $<TARGET_PROPERTY:${dll},INTERFACE_INCLUDE_DIRECTORIES>)

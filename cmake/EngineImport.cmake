@@ -8,10 +8,11 @@ if(WIN32)
         set(command ${CMAKE_AR} /nologo /machine:${CMAKE_CXX_COMPILER_ARCHITECTURE_ID} /def:${definition} /out:${import_library})
     else()
         set(import_library ${PROJECT_BINARY_DIR}/libVeloxWovSDK.dll.a)
-        # The names within it would otherwise be made of its path.
-        set(command ${CMAKE_DLLTOOL} --temp-prefix VeloxWovSDK --input-def ${definition} --output-lib ${import_library})
+        # Named without its folder, of which the names within it would be made.
+        set(command ${CMAKE_DLLTOOL} --input-def ${definition} --output-lib libVeloxWovSDK.dll.a)
     endif()
-    add_custom_command(OUTPUT ${import_library} COMMAND ${command} DEPENDS ${definition} VERBATIM)
+    add_custom_command(OUTPUT ${import_library} COMMAND ${command} DEPENDS ${definition}
+        WORKING_DIRECTORY ${PROJECT_BINARY_DIR} VERBATIM)
     add_custom_target(velox_wov_sdk_import DEPENDS ${import_library})
     add_dependencies(velox_wov_sdk velox_wov_sdk_import)
     target_link_libraries(velox_wov_sdk INTERFACE ${import_library})
