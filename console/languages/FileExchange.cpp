@@ -125,7 +125,7 @@ std::shared_ptr<void> LockFile(const std::filesystem::path& file, std::chrono::m
         {
             std::string holder;
             std::getline(std::ifstream(file), holder);
-            throw CommandFailure(ExitCode::WriteFailed, "Another run is writing to " + folder + ": " + holder + ".",
+            throw CommandFailure(ExitCode::WriteFailed, fmt::format("Another run is writing to {}: {}.", folder, holder),
                                  "Wait for its end, or end it. Nothing was changed.");
         }
         StopIfInterrupted();
@@ -137,7 +137,7 @@ std::shared_ptr<void> LockFile(const std::filesystem::path& file, std::chrono::m
     fmt::print(lock->opened.get(), " since {}-{:02}-{:02} {:02}:{:02} UTC\n", static_cast<int>(date.year()),
                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()), time.hours().count(),
                time.minutes().count());
-    std::fflush(lock->opened.get());
+    static_cast<void>(std::fflush(lock->opened.get())); // who waits reads it; the lock holds without it
     return lock;
 }
 

@@ -175,7 +175,7 @@ LanguageRecordings ReadLanguageRecordings(const LanguageFiles& files, Progress* 
         }
         for (const std::string& warning : audio.warnings)
         {
-            odd[warning.substr(warning.find_last_of("0123456789") + 1)].push_back(name + ": " + warning);
+            odd[warning.substr(warning.find_last_of("0123456789") + 1)].push_back(fmt::format("{}: {}", name, warning));
         }
         if (i < files.takes)
         {

@@ -120,6 +120,18 @@ private:
         return std::clamp((second - picture.firstSecond) / picture.seconds, 0.0, 1.0) * Width;
     }
 
+    /// The multiples of the step from one time to another, both included.
+    std::vector<double> Marks(double begin, double end) const
+    {
+        std::vector<double> marks;
+        const auto last = static_cast<int64_t>(std::floor(end / step));
+        for (auto mark = static_cast<int64_t>(std::ceil(begin / step)); mark <= last; ++mark)
+        {
+            marks.push_back(static_cast<double>(mark) * step);
+        }
+        return marks;
+    }
+
     std::string Lanes() const;
     std::string Sound() const;
     std::string Quality() const;
@@ -142,9 +154,13 @@ private:
 std::string Drawer::Grid() const
 {
     std::string lines;
-    for (double at = step * (std::floor(picture.firstSecond / step) + 1.0); at < picture.firstSecond + picture.seconds;
-         at += step)
+    const double end = picture.firstSecond + picture.seconds;
+    for (const double at : Marks(picture.firstSecond, end))
     {
+        if (at <= picture.firstSecond || at >= end)
+        {
+            continue; // the figure's edges are lines themselves
+        }
         lines +=
             fmt::format("<line class=\"grid\" x1=\"{0:.1f}\" x2=\"{0:.1f}\" y1=\"0\" y2=\"{1:.0f}\"/>\n", Across(at), Height);
     }
@@ -342,7 +358,7 @@ std::string Drawer::TimeAxis() const
 {
     std::string ticks;
     const double end = picture.firstSecond + picture.seconds;
-    for (double at = step * std::ceil(picture.firstSecond / step); at <= end + picture.seconds * 0.0001; at += step)
+    for (const double at : Marks(picture.firstSecond, end + picture.seconds * 0.0001))
     {
         const std::string text =
             end < 60.0 ? fmt::format("{:.{}f} s", at, step < 1.0 ? 1 : 0) : ClockText(at, step < 1.0 ? 1 : 0);

@@ -45,11 +45,11 @@ std::string ToneSign(Tone tone)
 }
 
 /// A list under its name, and whether it has anything.
-void SetList(const std::string& name, List list, data* to)
+void SetList(const std::string& name, const List& list, data* to)
 {
     std::string flag = "has" + Capitalised(name);
     to->set(flag, list.empty() ? data::type::bool_false : data::type::bool_true);
-    to->set(name, data(std::move(list)));
+    to->set(name, data(list));
 }
 
 void SetTone(Tone tone, data* to)
@@ -119,7 +119,7 @@ data TableData(const std::vector<Entry>& entries)
     }
     data result;
     result.set("columns", data(List(table.columns.begin(), table.columns.end())));
-    result.set("rows", data(std::move(rows)));
+    result.set("rows", data(rows));
     SetText("more", table.rows.size() > MostRows ? std::to_string(table.rows.size() - MostRows) : "", &result);
     return result;
 }
@@ -200,7 +200,7 @@ std::string ReportPage(std::string_view command, const Report& report)
     {
         results.push_back(EntryData(entry, results.size() + 1));
     }
-    page.set("results", data(std::move(results)));
+    page.set("results", data(results));
     page.set("table", data(kainjow::mustache::partial([] { return std::string(TableTemplate); })));
 
     mustache layout{std::string(PageTemplate)};
