@@ -11,7 +11,9 @@
 #include <new>
 
 // Every operation with every one of its fallible calls failing: allocation, file, registry, task memory, Media Foundation,
-// stream, recording, engine. First the n-th call alone, then the n-th and all that follow, for every n.
+// stream, recording, engine. First the n-th call alone, then the n-th and all that follow, for every n. Afterwards the same
+// object does what an undisturbed one does: with the stream and the recordings of the operation that was abandoned, and with
+// others.
 
 namespace
 {
@@ -85,6 +87,7 @@ protected:
                 exceptions += result ? 0U : 1U;
                 unnoticed += result == S_OK ? 1U : 0U;
                 ExpectCleanRun<Operation>(expected);
+                ExpectBegunAnew<Operation>(n, only, expected);
             }
         }
         std::cout << "[  SWEEP   ] " << testing::UnitTest::GetInstance()->current_test_info()->name() << ": " << runs
@@ -124,17 +127,33 @@ private:
     }
 
     template <typename Operation>
-    Outcome TakeOutcome(const Operation& operation, std::optional<HRESULT> result)
+    Outcome TakeOutcome(const Operation& operation, std::optional<HRESULT> result, const Adapter& target)
     {
-        return {result, operation.Outputs(), logger.Take(), GetScriptedEngine().Take()};
+        return {result,
+                operation.Outputs(),
+                logger.Take(),
+                GetScriptedEngine().Take(),
+                PrivateAccess::UserModelArmed(target),
+                PrivateAccess::ArmedLanguageId(target)};
+    }
+
+    static FaultPlan Plan(uint64_t n, bool only)
+    {
+        return only ? FaultPlan::Nth(n) : FaultPlan::From(n);
     }
 
     template <typename Operation>
     Outcome CleanRun(Adapter& target)
     {
         Operation operation;
+        return CleanRun(operation, target);
+    }
+
+    template <typename Operation>
+    Outcome CleanRun(Operation& operation, Adapter& target)
+    {
         const std::optional<HRESULT> result = Call(operation, target);
-        Outcome outcome = TakeOutcome(operation, result);
+        Outcome outcome = TakeOutcome(operation, result, target);
         EXPECT_TRUE(GetScriptedEngine().openSessions.empty());
         GetScriptedEngine().Reset();
         return outcome;
@@ -151,11 +170,34 @@ private:
     template <typename Operation>
     void ExpectCleanRun(const Outcome& expected)
     {
-        const Outcome outcome = CleanRun<Operation>(adapter);
+        ExpectSame(CleanRun<Operation>(adapter), expected);
+    }
+
+    static void ExpectSame(const Outcome& outcome, const Outcome& expected)
+    {
         EXPECT_EQ(outcome.result, expected.result);
         EXPECT_EQ(outcome.outputs, expected.outputs);
         EXPECT_EQ(outcome.lines, expected.lines);
         EXPECT_EQ(outcome.engineCalls, expected.engineCalls);
+        EXPECT_EQ(outcome.userModelArmed, expected.userModelArmed);
+        EXPECT_EQ(outcome.armedLanguageId, expected.armedLanguageId);
+    }
+
+    /// A run that faults ended is begun anew, with the same stream and recordings, and an engine that has no session open.
+    template <typename Operation>
+    void ExpectBegunAnew(uint64_t n, bool only, const Outcome& expected)
+    {
+        SCOPED_TRACE("begun anew");
+        Operation operation;
+        const ScriptedEngine engine = GetScriptedEngine();
+        {
+            const FaultPlan plan = Plan(n, only);
+            Call(operation, adapter);
+        }
+        logger.Take();
+        CloseOpenFiles();
+        GetScriptedEngine() = engine;
+        ExpectSame(CleanRun(operation, adapter), expected);
     }
 
     /// One run with faults, and all checks of it.
@@ -169,11 +211,11 @@ private:
             Operation operation;
             uint64_t calls = 0;
             {
-                const FaultPlan plan = only ? FaultPlan::Nth(n) : FaultPlan::From(n);
+                const FaultPlan plan = Plan(n, only);
                 result = Call(operation, adapter);
                 calls = plan.Calls();
             }
-            const Outcome outcome = TakeOutcome(operation, result);
+            const Outcome outcome = TakeOutcome(operation, result, adapter);
             EXPECT_GE(calls, n) << "no call failed";
             if (result)
             {

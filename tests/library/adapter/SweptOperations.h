@@ -37,13 +37,15 @@ inline constexpr std::string_view UserModel =
 inline constexpr std::string_view FormerContent =
     "a former content that is longer than the model which replaces it, so that a stream that was only cut is seen as such";
 
-/// What a caller sees of one run.
+/// What a caller sees of one run, and what the adapter then remembers of its armings.
 struct Outcome
 {
     std::optional<HRESULT> result; ///< none: a std::bad_alloc reached the caller
     std::string outputs;
     Lines lines;
     std::vector<std::string> engineCalls;
+    bool userModelArmed;
+    uint16_t armedLanguageId;
 
     bool Logged(const LogLine& line) const
     {
@@ -65,8 +67,8 @@ inline std::size_t HeapCost(std::size_t size)
     return AllocatedBytes() - before;
 }
 
-// One run of each operation: fresh inputs and outputs. Run() is the call itself; Outputs() shows what it wrote; Check() compares
-// that with the operation's table; KeptLosses() lists what the run may have lost.
+// Each operation with its inputs and outputs. Run() is the call itself, which may be made again; Outputs() shows what it wrote;
+// Check() compares that with the operation's table; KeptLosses() lists what the run may have lost.
 
 /// The endings of an operation that needs the engine, up to the wrapper's.
 inline std::vector<Ending> RequestEndings(const std::string& operation)
@@ -226,6 +228,7 @@ public:
 
     HRESULT Run(Adapter& adapter)
     {
+        CoTaskMemFree(std::exchange(block, nullptr));
         const KeywordSelector selector{1, 1033};
         return adapter.BuildArmingPatternData(&stream, &selector, 1, &block);
     }
@@ -367,36 +370,37 @@ class CapabilitiesQuery
 public:
     HRESULT Run(Adapter& adapter)
     {
-        const HRESULT result = outputs.Get(adapter);
-        if (result == E_OUTOFMEMORY && outputs.KeywordIdsWritten() && outputs.LanguageIdsWritten() &&
-            outputs.languageIds == nullptr)
+        freedKeywordIds = nullptr;
+        const HRESULT result = outputs.emplace().Get(adapter);
+        if (result == E_OUTOFMEMORY && outputs->KeywordIdsWritten() && outputs->LanguageIdsWritten() &&
+            outputs->languageIds == nullptr)
         {
             // Kept: the keyword buffer was freed and its address stays.
-            freedKeywordIds = std::exchange(outputs.keywordIds, nullptr);
+            freedKeywordIds = std::exchange(outputs->keywordIds, nullptr);
         }
         return result;
     }
 
     std::string Outputs() const
     {
-        std::string text = std::to_string(outputs.supportsUserModels) + ", " + std::to_string(outputs.keywordCount) + ":";
-        if (outputs.KeywordIdsWritten())
+        std::string text = std::to_string(outputs->supportsUserModels) + ", " + std::to_string(outputs->keywordCount) + ":";
+        if (outputs->KeywordIdsWritten())
         {
-            text += freedKeywordIds != nullptr      ? " freed"
-                    : outputs.keywordIds == nullptr ? " null"
-                                                    : " " + std::to_string(outputs.keywordIds[0]);
+            text += freedKeywordIds != nullptr       ? " freed"
+                    : outputs->keywordIds == nullptr ? " null"
+                                                     : " " + std::to_string(outputs->keywordIds[0]);
         }
-        text += ", " + std::to_string(outputs.languageCount) + ":";
-        if (outputs.LanguageIdsWritten())
+        text += ", " + std::to_string(outputs->languageCount) + ":";
+        if (outputs->LanguageIdsWritten())
         {
-            text += outputs.languageIds == nullptr ? " null" : "";
-            for (uint32_t i = 0; outputs.languageIds != nullptr && i < outputs.languageCount && i < MostLanguages; ++i)
+            text += outputs->languageIds == nullptr ? " null" : "";
+            for (uint32_t i = 0; outputs->languageIds != nullptr && i < outputs->languageCount && i < MostLanguages; ++i)
             {
                 // The buffer is filled only when the query went on to the format.
-                text += outputs.supportsUserModels == 1 ? " " + std::to_string(outputs.languageIds[i]) : " ?";
+                text += outputs->supportsUserModels == 1 ? " " + std::to_string(outputs->languageIds[i]) : " ?";
             }
         }
-        return text + (outputs.audioFormat != nullptr ? ", format" : "");
+        return text + (outputs->audioFormat != nullptr ? ", format" : "");
     }
 
     static std::vector<Ending> Endings()
@@ -434,7 +438,7 @@ public:
 private:
     static constexpr uint32_t MostLanguages = 2;
 
-    CapabilitiesOutputs outputs;
+    std::optional<CapabilitiesOutputs> outputs;
     const uint32_t* freedKeywordIds = nullptr;
 };
 
