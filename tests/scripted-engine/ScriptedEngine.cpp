@@ -11,12 +11,6 @@
 #include <cctype>
 #include <cstring>
 
-ScriptedEngine& GetScriptedEngine()
-{
-    static ScriptedEngine engine;
-    return engine;
-}
-
 namespace
 {
 
@@ -39,6 +33,13 @@ struct Buffer
     uint32_t room;
 };
 
+void AddQuoted(EngineCall& call, const std::string& text)
+{
+    call.text += '"';
+    call.text += text;
+    call.text += '"';
+}
+
 void Add(EngineCall& call, uint32_t number)
 {
     call.text += std::to_string(number);
@@ -46,7 +47,12 @@ void Add(EngineCall& call, uint32_t number)
 
 void Add(EngineCall& call, const char* text)
 {
-    call.text += text == nullptr ? "null" : "\"" + std::string(text) + "\"";
+    if (text == nullptr)
+    {
+        call.text += "null";
+        return;
+    }
+    AddQuoted(call, text);
 }
 
 void Add(EngineCall& call, Blob blob)
@@ -59,7 +65,7 @@ void Add(EngineCall& call, Blob blob)
     }
     const uint8_t* end = blob.bytes + GetScriptedEngine().blobTextLength;
     const uint8_t* textEnd = std::find_if_not(blob.bytes, end, [](uint8_t byte) { return std::isprint(byte) != 0; });
-    call.text += "\"" + std::string(blob.bytes, textEnd) + "\"";
+    AddQuoted(call, {blob.bytes, textEnd});
 }
 
 void Add(EngineCall& call, Frame frame)
