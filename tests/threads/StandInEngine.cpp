@@ -55,6 +55,8 @@ std::string Text(const std::vector<uint8_t>& bytes)
 class Language
 {
 public:
+    using Work = std::function<void(LibraryHost*)>;
+
     Language()
     {
         configuration.WriteFile("kp_1033.bin", Text(WritePhraseModel(TinyLanguage::Phrase())));
@@ -92,38 +94,48 @@ public:
         return ::Converse(configuration.Path(), takes);
     }
 
-    /// Enrolls a user and arms with the model, while another thread does the same in another language: from after this one's
-    /// attributes were set to before its session is created.
-    Answers EnrollWhile(const Language& other) const
+    Answers Do(const Work& work) const
     {
         LibraryHost host(configuration.Path());
+        work(&host);
+        return host.Take();
+    }
+
+    /// Does the work while another thread enrolls a user in another language: from after this one's attributes were set to before
+    /// its session is created.
+    Answers DoWhileEnrolling(const Language& other, const Work& work) const
+    {
         int sessions = 0;
         beforeSession = [&] {
             ++sessions;
             if (sessions == 2) // The first one is only asked for the length of a frame.
             {
-                std::thread([&] { other.Enroll(); }).join();
+                std::thread([&] { other.Do(Enroll); }).join();
             }
         };
-        Enroll(&host);
+        Answers answers = Do(work);
         beforeSession = nullptr;
-        return host.Take();
+        return answers;
     }
 
-    Answers Enroll() const
-    {
-        LibraryHost host(configuration.Path());
-        Enroll(&host);
-        return host.Take();
-    }
-
-private:
+    /// Enrolls a user, and arms with the model.
     static void Enroll(LibraryHost* host)
     {
         const HostStream stream = MakeHostStream();
-        const MediaBuffer take = MakeMediaBuffer(TinyLanguage::SayPhrase({0.15, 0.4, 3300.0}, 1));
+        const MediaBuffer take = Take();
         host->Train(stream.get(), {take.get(), take.get(), take.get()});
         host->Arm(stream.get());
+    }
+
+    static void Verify(LibraryHost* host)
+    {
+        host->Verify(Take().get());
+    }
+
+private:
+    static MediaBuffer Take()
+    {
+        return MakeMediaBuffer(TinyLanguage::SayPhrase({0.15, 0.4, 3300.0}, 1));
     }
 
     TestConfiguration configuration;
@@ -142,13 +154,13 @@ TEST(StandInEngine, AnotherObjectsModelsAreTrainedWith)
     const Language own;
     Language other;
     other.UseSpeakers(1.0F);
-    const Answers alone = own.Enroll();
+    const Answers alone = own.Do(Language::Enroll);
     ASSERT_THAT(alone.results, ElementsAre(S_OK, S_OK));
 
-    const Answers mixed = own.EnrollWhile(other);
+    const Answers mixed = own.DoWhileEnrolling(other, Language::Enroll);
     EXPECT_THAT(mixed.results, ElementsAre(S_OK, S_OK));
     EXPECT_NE(mixed.outputs, alone.outputs);
-    EXPECT_EQ(mixed.outputs, other.Enroll().outputs);
+    EXPECT_EQ(mixed.outputs, other.Do(Language::Enroll).outputs);
 }
 
 TEST(StandInEngine, AnotherObjectsLimitsRefuseATraining)
@@ -156,10 +168,20 @@ TEST(StandInEngine, AnotherObjectsLimitsRefuseATraining)
     const Language own;
     Language other;
     other.UseConstraints("max_model_bytes=1");
-    const Answers mixed = own.EnrollWhile(other);
+    const Answers mixed = own.DoWhileEnrolling(other, Language::Enroll);
     EXPECT_THAT(mixed.results, ElementsAre(E_FAIL, S_OK));
     EXPECT_THAT(mixed.lines, testing::Contains(LogWithCode(1, 1, "[TrainModel] Failed to finalize enrollment.",
                                                            static_cast<uint32_t>(Status::ModelTooLarge))));
+}
+
+TEST(StandInEngine, AVerificationScoresWithItsOwnModel)
+{
+    const Language own;
+    Language other;
+    other.UseSpeakers(1.0F);
+    const Answers alone = own.Do(Language::Verify);
+    EXPECT_THAT(alone.results, ElementsAre(S_OK));
+    EXPECT_EQ(own.DoWhileEnrolling(other, Language::Verify), alone);
 }
 
 } // namespace
