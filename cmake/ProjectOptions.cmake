@@ -32,6 +32,11 @@ if(VELOX_SANITIZE)
     add_link_options(-fsanitize=address,undefined $<$<NOT:$<BOOL:${VELOX_FUZZ}>>:-shared-libasan> -Wl,-rpath,${runtime_dir})
 endif()
 
+if(VELOX_SANITIZE_THREADS)
+    add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=thread)
+endif()
+
 if(VELOX_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link)
 endif()

@@ -19,12 +19,6 @@ static_assert(EngineComponent::Vad == 2 && EngineComponent::Kpd == 4);
 static_assert(EngineOutput::VadFlag == 2 && EngineOutput::FrameSize == 5 && EngineOutput::VadQuality == 6);
 static_assert(PhraseModelSizeOffset == 8);
 
-ScriptedEngine& GetScriptedEngine()
-{
-    static ScriptedEngine engine;
-    return engine;
-}
-
 namespace
 {
 
@@ -47,6 +41,13 @@ struct Buffer
     uint32_t room;
 };
 
+void AddQuoted(EngineCall& call, const std::string& text)
+{
+    call.text += '"';
+    call.text += text;
+    call.text += '"';
+}
+
 void Add(EngineCall& call, uint32_t number)
 {
     call.text += std::to_string(number);
@@ -54,7 +55,12 @@ void Add(EngineCall& call, uint32_t number)
 
 void Add(EngineCall& call, const char* text)
 {
-    call.text += text == nullptr ? "null" : "\"" + std::string(text) + "\"";
+    if (text == nullptr)
+    {
+        call.text += "null";
+        return;
+    }
+    AddQuoted(call, text);
 }
 
 void Add(EngineCall& call, Blob blob)
@@ -67,7 +73,7 @@ void Add(EngineCall& call, Blob blob)
     }
     const uint8_t* end = blob.bytes + GetScriptedEngine().blobTextLength;
     const uint8_t* textEnd = std::find_if_not(blob.bytes, end, [](uint8_t byte) { return std::isprint(byte) != 0; });
-    call.text += "\"" + std::string(blob.bytes, textEnd) + "\"";
+    AddQuoted(call, {blob.bytes, textEnd});
 }
 
 void Add(EngineCall& call, Frame frame)

@@ -126,5 +126,5 @@ struct ScriptedEngine
     std::map<std::string, std::map<uint64_t, uint32_t>, std::less<>> answers;
 };
 
-/// The one engine that all fifteen functions work on.
+/// The engine that all fifteen functions work on: the process has one, or, where the program links that instead, each thread.
 SCRIPTED_ENGINE_API ScriptedEngine& GetScriptedEngine();

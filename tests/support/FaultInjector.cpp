@@ -3,8 +3,9 @@
 namespace
 {
 
-FaultPlan* currentPlan = nullptr;
-int pauses = 0;
+// Each thread's own: what one thread's calls do is no plan of another's.
+thread_local FaultPlan* currentPlan = nullptr;
+thread_local int pauses = 0;
 
 } // namespace
 

@@ -26,7 +26,8 @@ enum class FallibleCall
     Engine,
 };
 
-/// Decides which call fails. Calls are counted, and may fail, only while a plan stands and no FaultPause does.
+/// Decides which call fails. Calls are counted, and may fail, only while a plan stands and no FaultPause does. Both hold for the
+/// thread that made them alone.
 ///
 ///     FaultPlan plan(FaultPlan::Nth(3, FallibleCall::Stream));   // the third stream call fails
 class FaultPlan

@@ -5,12 +5,13 @@
 
 #include <mferror.h>
 
+#include <atomic>
 #include <cstring>
 
 namespace
 {
 
-std::size_t liveTypes = 0;
+std::atomic<std::size_t> liveTypes = 0;
 
 /// A media type that keeps the wave format it was made from and its count of references, and can do nothing else.
 class MediaType final : public IMFMediaType

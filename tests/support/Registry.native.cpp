@@ -10,6 +10,7 @@
 #include <cstring>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -38,6 +39,8 @@ struct OpenKey
     REGSAM access;
 };
 
+/// Of whoever looks at what follows or changes it.
+std::mutex mutex;
 std::map<Place, Values> keys;
 std::vector<std::unique_ptr<OpenKey>> openKeys;
 std::size_t unknownKeysClosed = 0;
@@ -118,6 +121,7 @@ template <typename Number>
 void WriteValue(const wchar_t* name, DWORD type, Number number)
 {
     const FaultPause pause;
+    const std::scoped_lock lock(mutex);
     const auto* bytes = reinterpret_cast<const BYTE*>(&number);
     Make({HKEY_LOCAL_MACHINE, SettingsKey});
     keys[{HKEY_LOCAL_MACHINE, SettingsKey}].insert_or_assign(LowerCase(name), Value{type, {bytes, bytes + sizeof(number)}});
@@ -127,6 +131,7 @@ void WriteValue(const wchar_t* name, DWORD type, Number number)
 
 std::size_t OpenRegistryKeys()
 {
+    const std::scoped_lock lock(mutex);
     return openKeys.size();
 }
 
@@ -137,16 +142,19 @@ std::size_t UnknownRegistryKeysClosed()
 
 RegistryAdministrator::RegistryAdministrator()
 {
+    const std::scoped_lock lock(mutex);
     ++administrators;
 }
 
 RegistryAdministrator::~RegistryAdministrator()
 {
+    const std::scoped_lock lock(mutex);
     --administrators;
 }
 
 void RemoveSettingsKey()
 {
+    const std::scoped_lock lock(mutex);
     const Place place{HKEY_LOCAL_MACHINE, SettingsKey};
     std::erase_if(keys, [&](const auto& key) { return key.first == place || LiesIn(key.first, place); });
 }
@@ -169,6 +177,7 @@ LSTATUS WINAPI RegOpenKeyExW(HKEY parent, LPCWSTR subkey, DWORD options, REGSAM 
         return ERROR_ACCESS_DENIED;
     }
     const FaultPause pause;
+    const std::scoped_lock lock(mutex);
     const Place place{parent, LowerCase(subkey)};
     if (!keys.contains(place) || options != 0 || (access & KEY_WOW64_64KEY) == 0)
     {
@@ -190,6 +199,7 @@ LSTATUS WINAPI RegCreateKeyExW(HKEY parent, LPCWSTR subkey, DWORD reserved, LPWS
         return ERROR_ACCESS_DENIED;
     }
     const FaultPause pause;
+    const std::scoped_lock lock(mutex);
     if (reserved != 0 || keyClass != nullptr || options != REG_OPTION_NON_VOLATILE || security != nullptr ||
         (access & KEY_WOW64_64KEY) == 0)
     {
@@ -212,6 +222,7 @@ LSTATUS WINAPI RegQueryValueExW(HKEY key, LPCWSTR name, LPDWORD reserved, LPDWOR
         return ERROR_ACCESS_DENIED;
     }
     const FaultPause pause;
+    const std::scoped_lock lock(mutex);
     Values* values = nullptr;
     const LSTATUS status = FindValues(key, KEY_QUERY_VALUE, &values);
     if (status != ERROR_SUCCESS && status != ERROR_KEY_DELETED)
@@ -260,6 +271,7 @@ LSTATUS WINAPI RegSetValueExW(HKEY key, LPCWSTR name, DWORD /*reserved*/, DWORD 
         return ERROR_ACCESS_DENIED;
     }
     const FaultPause pause;
+    const std::scoped_lock lock(mutex);
     Values* values = nullptr;
     if (const LSTATUS status = FindValues(key, KEY_SET_VALUE, &values); status != ERROR_SUCCESS)
     {
@@ -276,6 +288,7 @@ LSTATUS WINAPI RegDeleteValueW(HKEY key, LPCWSTR name)
         return ERROR_ACCESS_DENIED;
     }
     const FaultPause pause;
+    const std::scoped_lock lock(mutex);
     Values* values = nullptr;
     if (const LSTATUS status = FindValues(key, KEY_SET_VALUE, &values); status != ERROR_SUCCESS)
     {
@@ -291,6 +304,7 @@ LSTATUS WINAPI RegDeleteKeyExW(HKEY parent, LPCWSTR subkey, REGSAM access, DWORD
         return ERROR_ACCESS_DENIED;
     }
     const FaultPause pause;
+    const std::scoped_lock lock(mutex);
     const Place place{parent, LowerCase(subkey)};
     if (access != KEY_WOW64_64KEY || !keys.contains(place))
     {
@@ -312,6 +326,7 @@ LSTATUS WINAPI RegQueryInfoKeyW(HKEY key, LPWSTR, LPDWORD, LPDWORD, LPDWORD subk
     {
         return ERROR_ACCESS_DENIED;
     }
+    const std::scoped_lock lock(mutex);
     Values* values = nullptr;
     if (const LSTATUS status = FindValues(key, KEY_QUERY_VALUE, &values); status != ERROR_SUCCESS)
     {
@@ -327,6 +342,7 @@ LSTATUS WINAPI RegCloseKey(HKEY key)
 {
     const bool fails = FaultPlan::ShouldFail(FallibleCall::RegistryClose);
     const FaultPause pause;
+    const std::scoped_lock lock(mutex);
     const auto open = FindOpen(key);
     if (open == openKeys.end())
     {

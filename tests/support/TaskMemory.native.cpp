@@ -6,12 +6,13 @@
 
 #include <objbase.h>
 
+#include <atomic>
 #include <cstdlib>
 
 namespace
 {
 
-std::size_t liveBlocks = 0;
+std::atomic<std::size_t> liveBlocks = 0;
 
 } // namespace
 

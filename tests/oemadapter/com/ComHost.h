@@ -2,8 +2,7 @@
 
 #include "oemadapter/settings/DetectorId.h"
 #include "oemadapter/windows/ComPointer.h"
-#include "oemadapter/windows/EventDetectorOemAdapter.h"
-#include "oemadapter/windows/KeywordDetectorOemAdapter.h"
+#include "tests/oemadapter/support/Conversation.h"
 #include "tests/oemadapter/support/RegistryTree.h"
 #include "tests/support/TestConfiguration.h"
 
@@ -15,18 +14,8 @@
 
 #include <filesystem>
 #include <memory>
-#include <string>
-#include <vector>
 
-/// What a program does with an adapter of its own: every method of both generations, on recordings whose loudness the scripted
-/// engine takes for the key phrase.
-struct Conversation
-{
-    std::vector<HRESULT> results;
-    std::vector<std::string> answers;
-};
-
-/// Creates an adapter by its class and speaks with it. The thread has entered an apartment.
+/// Creates adapters by their class and speaks with both generations. The thread has entered an apartment.
 Conversation Converse();
 
 /// Arms with an adapter of its own.

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <thread>
 
 namespace FaultInjectorTests
 {
@@ -83,6 +84,15 @@ TEST(FaultInjector, ThePlanEndsWithItsObject)
         EXPECT_TRUE(FaultPlan::ShouldFail(FallibleCall::Stream));
     }
     EXPECT_FALSE(FaultPlan::ShouldFail(FallibleCall::Stream));
+}
+
+TEST(FaultInjector, ThePlanHoldsForItsThreadAlone)
+{
+    const FaultPlan plan = FaultPlan::From(1, FallibleCall::Stream);
+    bool failed = true;
+    std::thread([&] { failed = FaultPlan::ShouldFail(FallibleCall::Stream); }).join();
+    EXPECT_FALSE(failed);
+    EXPECT_EQ(plan.Calls(), 0U);
 }
 
 } // namespace FaultInjectorTests
