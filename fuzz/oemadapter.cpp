@@ -6,6 +6,7 @@
 #include "oemadapter/settings/DetectorId.h"
 #include "oemadapter/windows/ProcessingFailed.h"
 #include "oemadapter/windows/ProvisionalResultCodes.h"
+#include "tests/oemadapter/support/Environment.native.h"
 #include "tests/oemadapter/support/LiveObjects.h"
 #include "tests/oemadapter/support/OemAdapterOutputs.h"
 #include "tests/oemadapter/support/PcmTake.h"
@@ -375,6 +376,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size)
     constexpr int MostSteps = 8;
     FuzzedDataProvider input(data, size);
     RemoveAdapterKeys();
+    modulePath.reset(); // The room for it would take half of each run.
     const std::size_t before = LivePlatformObjects();
     {
         Caller caller(input);

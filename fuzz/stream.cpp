@@ -194,7 +194,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size)
     FuzzedDataProvider input(data, size);
     {
         Caller caller(input, configuration.Path());
-        for (int steps = 0; steps < 4 && input.remaining_bytes() > 0; ++steps)
+        for (int steps = 0; steps < 3 && input.remaining_bytes() > 0; ++steps)
         {
             caller.Step();
         }
