@@ -1,12 +1,14 @@
 // The fifteen functions in any order, with any arguments that a pointer can be checked for. Each call is one byte and its
 // argument the next.
+#include "engine/base/AudioFormat.h"
 #include "engine/base/EngineErrors.h"
+#include "fuzz/Target.h"
 #include "library/wovwrapper/VeloxWovSDK.h"
 #include "tests/engine/support/TinyLanguage.h"
 
+#include <algorithm>
 #include <array>
-#include <cstdlib>
-#include <span>
+#include <vector>
 
 using namespace velox::engine;
 
@@ -45,98 +47,156 @@ public:
         }
     }
 
+    /// One of the fifteen functions.
     void Call(uint8_t function, uint8_t argument)
     {
-        const std::size_t which = argument & 1U;
-        const uint32_t session = (argument & 0x80U) != 0 ? 12345678U : handles[which];
-        uint8_t* const lpe = (argument & 2U) != 0 ? buffer.data() : nullptr;
-        uint32_t count = (argument >> 2U) % 3;
-        float scores[3];
-        int32_t value = 0;
-        switch (function % 15)
-        {
-        case 0:
-            VWoVSetAttribute(argument % 32, (argument & 64U) != 0 ? "max_model_bytes=9; x" : "3");
-            break;
-        case 1:
-            VWoVSetBinAttribute(argument % 4, models.Choose(argument >> 2U));
-            break;
-        case 2:
-            VWoVDestroySession(handles[which]);
-            Expect(VWoVInitSession(&handles[which]) == 0 && handles[which] != 0);
-            break;
-        case 3:
-            VWoVInit(session, argument % 8);
-            break;
-        case 4:
-            VWoVSetModel(session, models.Choose(argument >> 2U));
-            break;
-        case 5:
-            VWoVStartEnrollment(session);
-            break;
-        case 6:
-            VWoVStartEnrollmentUtterance(session, argument);
-            break;
-        case 7:
-            Feed(session, argument);
-            break;
-        case 8:
-            VWoVFinalizeEnrollmentUtterance(session);
-            break;
-        case 9:
-            // Rarely: a model takes as long as all other calls.
-            if (uint8_t* model = nullptr;
-                argument % 32 < 2 && VWoVFinalizeEnrollment(session, &model) == 0 && (argument & 64U) != 0)
-            {
-                VWoVSetModel(session, model);
-            }
-            break;
-        case 10:
-            if (VWoVGetScores(session, (argument & 2U) != 0 ? scores : nullptr, &count) == 0 && (argument & 2U) != 0)
-            {
-                Expect(count == 1 && scores[0] >= 0.0F && scores[0] <= 255.0F);
-            }
-            break;
-        case 11:
-            count = std::min(count, 1U);
-            VWoVGetIntOutput(session, argument % 25, (argument & 2U) != 0 ? &value : nullptr, &count);
-            break;
-        case 12:
-            VWoVFlush(session);
-            break;
-        case 13:
-            count = lpe == nullptr ? 0 : static_cast<uint32_t>(buffer.size());
-            VWoVPrepareLpeData(session, lpe, &count);
-            break;
-        default:
-            VWoVDestroySession(session);
-            break;
-        }
+        using Step = void (Caller::*)(uint8_t argument);
+        static constexpr std::array<Step, 15> Steps{
+            &Caller::SetAttribute,
+            &Caller::SetBinAttribute,
+            &Caller::InitSession,
+            &Caller::Init,
+            &Caller::SetModel,
+            &Caller::StartEnrollment,
+            &Caller::StartUtterance,
+            &Caller::Feed,
+            &Caller::FinalizeUtterance,
+            &Caller::FinalizeEnrollment,
+            &Caller::GetScores,
+            &Caller::GetIntOutput,
+            &Caller::Flush,
+            &Caller::PrepareLpeData,
+            &Caller::DestroySession,
+        };
+        (this->*Steps[function % Steps.size()])(argument);
     }
 
 private:
-    static void Expect(bool holds)
+    /// The same status, which is one of those that the engine documents.
+    static uint32_t Known(uint32_t status)
     {
-        if (!holds)
-        {
-            std::abort();
-        }
+        Expect(!TextOf(static_cast<Status>(status)).name.empty());
+        return status;
+    }
+
+    static bool GivesBuffer(uint8_t argument)
+    {
+        return (argument & 2U) != 0;
+    }
+
+    uint32_t Session(uint8_t argument) const
+    {
+        constexpr uint32_t NeverGivenOut = 12345678;
+        return (argument & 0x80U) != 0 ? NeverGivenOut : handles[argument & 1U];
+    }
+
+    void SetAttribute(uint8_t argument)
+    {
+        Known(VWoVSetAttribute(argument % 32, (argument & 64U) != 0 ? "max_model_bytes=9; x" : "3"));
+    }
+
+    void SetBinAttribute(uint8_t argument)
+    {
+        Known(VWoVSetBinAttribute(argument % 4, models.Choose(argument >> 2U)));
+    }
+
+    void InitSession(uint8_t argument)
+    {
+        uint32_t& handle = handles[argument & 1U];
+        Known(VWoVDestroySession(handle));
+        Expect(Known(VWoVInitSession(&handle)) == EngineStatus::Success && handle != 0);
+    }
+
+    void Init(uint8_t argument)
+    {
+        Known(VWoVInit(Session(argument), argument % 8));
+    }
+
+    void SetModel(uint8_t argument)
+    {
+        Known(VWoVSetModel(Session(argument), models.Choose(argument >> 2U)));
+    }
+
+    void StartEnrollment(uint8_t argument)
+    {
+        Known(VWoVStartEnrollment(Session(argument)));
+    }
+
+    void StartUtterance(uint8_t argument)
+    {
+        Known(VWoVStartEnrollmentUtterance(Session(argument), argument));
     }
 
     /// A tenth of the phrase's recording and more, or a frame of a wrong size.
-    void Feed(uint32_t session, uint8_t argument)
+    void Feed(uint8_t argument)
     {
         constexpr std::size_t MostFrames = 16;
+        const uint32_t session = Session(argument);
         if ((argument & 64U) != 0)
         {
-            VWoVFeedAudioFrame(session, models.audio.data(), argument);
+            Known(VWoVFeedAudioFrame(session, models.audio.data(), argument));
             return;
         }
         for (std::size_t i = 0; i < MostFrames; ++i)
         {
-            VWoVFeedAudioFrame(session, models.audio.data() + next, FrameSize);
+            Known(VWoVFeedAudioFrame(session, models.audio.data() + next, FrameSize));
             next = (next + FrameSize) % (models.audio.size() - FrameSize);
         }
+    }
+
+    void FinalizeUtterance(uint8_t argument)
+    {
+        Known(VWoVFinalizeEnrollmentUtterance(Session(argument)));
+    }
+
+    /// Rarely: a model takes as long as all other calls.
+    void FinalizeEnrollment(uint8_t argument)
+    {
+        uint8_t* model = nullptr;
+        if (argument % 32 < 2 && Known(VWoVFinalizeEnrollment(Session(argument), &model)) == EngineStatus::Success &&
+            (argument & 64U) != 0)
+        {
+            Known(VWoVSetModel(Session(argument), model));
+        }
+    }
+
+    void GetScores(uint8_t argument)
+    {
+        std::array<float, 3> scores{};
+        uint32_t count = (argument >> 2U) % scores.size();
+        const uint32_t status = Known(VWoVGetScores(Session(argument), GivesBuffer(argument) ? scores.data() : nullptr, &count));
+        if (status == EngineStatus::Success && GivesBuffer(argument))
+        {
+            Expect(count == 1 && scores[0] >= 0.0F && scores[0] <= 255.0F);
+        }
+    }
+
+    void GetIntOutput(uint8_t argument)
+    {
+        int32_t value = 0;
+        uint32_t count = std::min((argument >> 2U) % 3U, 1U);
+        Known(VWoVGetIntOutput(Session(argument), argument % 25, GivesBuffer(argument) ? &value : nullptr, &count));
+        Expect(count <= 1);
+    }
+
+    void Flush(uint8_t argument)
+    {
+        Known(VWoVFlush(Session(argument)));
+    }
+
+    void PrepareLpeData(uint8_t argument)
+    {
+        uint8_t* const target = GivesBuffer(argument) ? buffer.data() : nullptr;
+        uint32_t count = target == nullptr ? 0 : static_cast<uint32_t>(buffer.size());
+        if (Known(VWoVPrepareLpeData(Session(argument), target, &count)) == EngineStatus::Success)
+        {
+            Expect(count > 0 && count <= buffer.size());
+        }
+    }
+
+    void DestroySession(uint8_t argument)
+    {
+        Known(VWoVDestroySession(Session(argument)));
     }
 
     const Models& models;
@@ -146,8 +206,6 @@ private:
 };
 
 } // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size);
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size)
 {

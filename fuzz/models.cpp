@@ -1,9 +1,11 @@
-// Models as bytes from anywhere. The input is made into a block of its own size whose header's length and checksum are right,
-// since a reader can find out everything but a header that promises more than there is; what is read is used.
+// Models of the engine as bytes from anywhere. Their header's length and checksum are right, since a reader can find out
+// everything but a header that promises more than there is; what is read is used.
 #include "engine/api/EngineSession.h"
-#include "engine/models/Blob.h"
+#include "fuzz/EditedBlob.h"
+#include "fuzz/Target.h"
 #include "tests/engine/support/TinyLanguage.h"
 
+#include <algorithm>
 #include <array>
 
 using namespace velox::engine;
@@ -11,45 +13,61 @@ using namespace velox::engine;
 namespace
 {
 
-using Bytes = std::vector<uint8_t>;
-
-void PutU32(Bytes* blob, std::size_t offset, uint32_t value)
+/// What the input's first byte says.
+struct Plan
 {
-    for (std::size_t i = 0; i < 4; ++i)
+    explicit Plan(uint8_t byte)
+        : changes((byte & 1U) != 0), kind((byte >> 1U) % 3U), sealsInside((byte & 8U) != 0), finishes((byte & 0xF0U) == 0xF0U)
     {
-        (*blob)[offset + i] = static_cast<uint8_t>(value >> (8 * i));
     }
-}
 
-/// Behind the first byte, which says what is done: whole new contents, or changes (place and byte) to a good model.
-Bytes Contents(const Bytes& good, bool changes, std::span<const uint8_t> input)
+    bool changes;     ///< to a good model; else its header and new contents
+    std::size_t kind; ///< 0: firmware model, 1: acoustic model, 2: population
+    bool sealsInside; ///< the model in an acoustic model, too
+    bool finishes;    ///< an enrollment, which takes a hundred times as long
+};
+
+Bytes MakeBlob(const Bytes& good, const Plan& plan, std::span<const uint8_t> input)
 {
-    if (!changes)
-    {
-        Bytes blob(good.begin(), good.begin() + BlobHeader::Size);
-        blob.insert(blob.end(), input.begin(), input.end());
-        return blob;
-    }
     Bytes blob = good;
-    for (; input.size() >= 3; input = input.subspan(3))
+    if (plan.changes)
     {
-        const std::size_t place = (input[0] | std::size_t{input[1]} << 8U) % (blob.size() - BlobHeader::Size);
-        blob[BlobHeader::Size + place] = input[2];
+        Edit(input, std::span(blob).subspan(BlobHeader::Size));
     }
+    else
+    {
+        blob.resize(BlobHeader::Size);
+        blob.insert(blob.end(), input.begin(), input.end());
+    }
+    const std::size_t inside = BlobHeader::Size + sizeof(uint32_t);
+    static const std::size_t insideLength = WritePhraseModel(TinyLanguage::Phrase()).size();
+    if (plan.kind == 1 && plan.sealsInside && blob.size() >= inside + insideLength)
+    {
+        Seal(std::span(blob).subspan(inside, insideLength));
+    }
+    Seal(blob);
+    blob.shrink_to_fit();
     return blob;
 }
 
-void Seal(Bytes* blob)
+void Hear(EngineSession& session)
 {
-    PutU32(blob, 8, static_cast<uint32_t>(blob->size()));
-    PutU32(blob, 12, Crc32(std::span(*blob).subspan(BlobHeader::Size)));
-    blob->shrink_to_fit();
+    static const std::vector<int16_t> audio = TinyLanguage::ToPcm(TinyLanguage::SayPhrase());
+    for (std::size_t start = 0; start + FrameSize <= audio.size(); start += FrameSize)
+    {
+        session.FeedFrame(audio.data() + start, FrameSize);
+        float score = 0.0F;
+        uint32_t count = 1;
+        if (session.GetScores(&score, &count) == Status::Success)
+        {
+            Expect(count == 1 && score >= 0.0F && score <= ScoreScale::Most);
+        }
+    }
 }
 
 /// Installs the model and lets it hear the phrase.
 void Listen(const Bytes& blob, const EngineAttributes& attributes)
 {
-    static const std::vector<int16_t> audio = TinyLanguage::ToPcm(TinyLanguage::SayPhrase());
     EngineSession session(attributes);
     session.InitComponent(2);
     session.InitComponent(4);
@@ -57,10 +75,7 @@ void Listen(const Bytes& blob, const EngineAttributes& attributes)
     {
         return;
     }
-    for (std::size_t start = 0; start + FrameSize <= audio.size(); start += FrameSize)
-    {
-        session.FeedFrame(audio.data() + start, FrameSize);
-    }
+    Hear(session);
     // A look-ahead may be thousands of frames long.
     for (int i = 0; i < 50 && session.Flush() == Status::Success; ++i)
     {
@@ -68,10 +83,8 @@ void Listen(const Bytes& blob, const EngineAttributes& attributes)
 }
 
 /// Enrolls with what could be read.
-/// @param finish  whether a model is made of the take, too, which takes a hundred times as long
-void Enroll(const EngineAttributes& attributes, bool finish)
+void Enroll(const EngineAttributes& attributes, bool finishes)
 {
-    static const std::vector<int16_t> audio = TinyLanguage::ToPcm(TinyLanguage::SayPhrase());
     EngineSession session(attributes);
     session.InitComponent(2);
     session.InitComponent(4);
@@ -80,20 +93,15 @@ void Enroll(const EngineAttributes& attributes, bool finish)
         return;
     }
     session.StartUtterance();
-    for (std::size_t start = 0; start + FrameSize <= audio.size(); start += FrameSize)
-    {
-        session.FeedFrame(audio.data() + start, FrameSize);
-    }
+    Hear(session);
     uint8_t* model = nullptr;
-    if (session.FinalizeUtterance() == Status::Success && finish && session.FinalizeEnrollment(&model) == Status::Success)
+    if (session.FinalizeUtterance() == Status::Success && finishes && session.FinalizeEnrollment(&model) == Status::Success)
     {
-        session.SetModel(model);
+        Expect(session.SetModel(model) == Status::Success);
     }
 }
 
 } // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size);
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size)
 {
@@ -105,31 +113,20 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size)
     {
         return 0;
     }
-    const std::size_t kind = (data[0] >> 1U) % kinds.size();
-    Bytes blob = Contents(*kinds[kind], (data[0] & 1U) != 0, std::span(data, size).subspan(1));
-    if (kind == 1 && (data[0] & 8U) != 0)
-    {
-        // The model inside has a checksum of its own.
-        const std::size_t inside = BlobHeader::Size + 4;
-        const std::size_t length = WritePhraseModel(TinyLanguage::Phrase()).size();
-        if (blob.size() >= inside + length)
-        {
-            PutU32(&blob, inside + 12, Crc32(std::span(blob).subspan(inside + BlobHeader::Size, length - BlobHeader::Size)));
-        }
-    }
-    Seal(&blob);
+    const Plan plan(data[0]);
+    const Bytes blob = MakeBlob(*kinds[plan.kind], plan, std::span(data, size).subspan(1));
 
     EngineAttributes attributes;
     attributes.logLevel = 0;
-    attributes.SetAcousticModel(kind == 1 ? blob.data() : acoustic.data());
-    attributes.SetPopulation(kind == 2 ? blob.data() : population.data());
-    if (kind == 0)
+    attributes.SetAcousticModel(plan.kind == 1 ? blob.data() : acoustic.data());
+    attributes.SetPopulation(plan.kind == 2 ? blob.data() : population.data());
+    if (plan.kind == 0)
     {
         Listen(blob, attributes);
     }
     else
     {
-        Enroll(attributes, (data[0] & 0xF0U) == 0xF0U);
+        Enroll(attributes, plan.finishes);
     }
     return 0;
 }

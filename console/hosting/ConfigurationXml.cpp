@@ -85,16 +85,17 @@ std::optional<XmlProblem> LoadConfigurationXml(const std::filesystem::path& file
         return XmlProblem{0, "The file may not be read.", "Name a file that this account may read."};
     }
     const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    const bool isParsed = document->Parse(text.data(), text.size()) == tinyxml2::XML_SUCCESS;
+    if (isParsed && document->FirstChildElement() != nullptr)
+    {
+        return std::nullopt;
+    }
+    // The mark alone is none to go by: before an element of plain letters it is a text to the parser.
     if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
     {
         return XmlProblem{1, "The file is written in UTF-16, which the parser does not read.", "Save it as UTF-8."};
     }
-    if (document->Parse(text.data(), text.size()) != tinyxml2::XML_SUCCESS)
-    {
-        return ProblemOf(*document);
-    }
-    return document->FirstChildElement() != nullptr ? std::nullopt
-                                                    : std::optional(XmlProblem{1, "There is no element in the file.", WriteOne});
+    return isParsed ? XmlProblem{1, "There is no element in the file.", WriteOne} : ProblemOf(*document);
 }
 
 void RequireConfigurationXml(const std::filesystem::path& file, tinyxml2::XMLDocument* document)

@@ -1,6 +1,7 @@
 #include "oemadapter/detector/PcmRecording.h"
 
 #include "oemadapter/detector/AudioFormat.h"
+#include "oemadapter/windows/ProcessingFailed.h"
 
 #include <mfapi.h>
 
@@ -35,6 +36,12 @@ void ConvertSamples(const BYTE* samples, std::size_t count, BYTE* target)
     }
 }
 
+/// A failure of the buffer that is made here is no fault of the caller's arguments.
+HRESULT OwnFailure(HRESULT result)
+{
+    return result == E_OUTOFMEMORY ? E_OUTOFMEMORY : ProcessingFailed;
+}
+
 } // namespace
 
 HRESULT MakeRecording(const WAVEFORMATEX* pcm, ComPointer<IMFMediaBuffer>* recording)
@@ -49,22 +56,22 @@ HRESULT MakeRecording(const WAVEFORMATEX* pcm, ComPointer<IMFMediaBuffer>* recor
     IMFMediaBuffer* made = nullptr;
     if (const HRESULT result = MFCreateMemoryBuffer(size, &made); FAILED(result))
     {
-        return result;
+        return OwnFailure(result);
     }
     ComPointer<IMFMediaBuffer> owned(made);
     BYTE* target = nullptr;
     if (const HRESULT result = owned->Lock(&target, nullptr, nullptr); FAILED(result))
     {
-        return result;
+        return OwnFailure(result);
     }
     ConvertSamples(reinterpret_cast<const BYTE*>(pcm) + sizeof(WAVEFORMATEX), count, target);
     if (const HRESULT result = owned->Unlock(); FAILED(result))
     {
-        return result;
+        return OwnFailure(result);
     }
     if (const HRESULT result = owned->SetCurrentLength(size); FAILED(result))
     {
-        return result;
+        return OwnFailure(result);
     }
     *recording = std::move(owned);
     return S_OK;

@@ -377,6 +377,7 @@ uint32_t VWoVPrepareLpeData(uint32_t session, uint8_t* buffer, uint32_t* size)
                 *size = announced;
                 return EngineStatus::Success;
             }
+            engine.lpeTarget = buffer;
             const uint32_t whole = std::min(*size, announced);
             std::copy_n(engine.lpeData.begin(), engine.breach == EngineBreach::ShortLpeData ? whole / 2 : whole, buffer);
             *size = engine.breach == EngineBreach::ChangedLpeSize ? 2 * announced : whole;

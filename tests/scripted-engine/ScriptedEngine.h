@@ -122,6 +122,7 @@ struct ScriptedEngine
     uint64_t stepsTaken = 0;          ///< frames fed and flush steps done since a session was created last
     uint32_t flushStepsTaken = 0;     ///< since the last frame
     std::vector<uint8_t> phraseModel; ///< what VWoVFinalizeEnrollment hands out: "phrase", zeros, the length
+    uint8_t* lpeTarget = nullptr;     ///< where the LPE data were written last
     std::map<std::string, uint64_t, std::less<>> callCounts;
     std::map<std::string, std::map<uint64_t, uint32_t>, std::less<>> answers;
 };

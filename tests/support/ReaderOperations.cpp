@@ -2,13 +2,6 @@
 
 #include <algorithm>
 
-namespace
-{
-
-constexpr std::size_t MostLanguages = 262144;
-
-} // namespace
-
 ReaderOutputs::~ReaderOutputs()
 {
     delete[] model;
@@ -32,7 +25,7 @@ const std::vector<ReaderOperation>& ReaderOperations()
          }},
         {"GetLanguagesIds",
          [](ConfigurationReader& reader, uint16_t, ReaderOutputs* outputs) {
-             outputs->ids.assign(MostLanguages, ReaderOutputs::Mark);
+             outputs->ids.assign(outputs->languageRoom, ReaderOutputs::Mark);
              uint16_t* ids = outputs->ids.data();
              return reader.GetLanguagesIds(&ids);
          }},

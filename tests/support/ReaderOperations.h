@@ -24,6 +24,7 @@ struct ReaderOutputs
     bool Untouched() const;
 
     uint32_t count = Mark;
+    std::size_t languageRoom = 262144; ///< entries that GetLanguagesIds gets
     std::vector<uint16_t> ids;
     bool supported = true;
     std::string constraints = "mark";
@@ -46,7 +47,7 @@ inline std::ostream& operator<<(std::ostream& out, const ReaderOperation& operat
     return out << operation.name;
 }
 
-/// All seven of them; GetLanguagesIds gets room for 262144 entries.
+/// All seven of them.
 const std::vector<ReaderOperation>& ReaderOperations();
 
 /// A reader before which each of the operations is put.

@@ -5,8 +5,8 @@
 
 #include <functional>
 
-/// A logger that keeps every call, whatever its level, and can be told to throw. What it allocates itself does not count as a
-/// FallibleCall.
+/// A logger that keeps every call, whatever its level, or only counts them, and can be told to throw. What it allocates itself
+/// does not count as a FallibleCall.
 class RecordingLogger : public IVeloxKeywordDetectorLogger
 {
 public:
@@ -24,7 +24,10 @@ public:
     std::function<void(const LogLine&)> onLine;
 
     Lines lines;
+    bool keepLines = true; ///< false where speed matters
+    uint64_t calls = 0;
 
 private:
-    void Keep(LogLine line);
+    template <typename Make>
+    void Keep(const Make& make);
 };

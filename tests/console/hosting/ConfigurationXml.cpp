@@ -41,7 +41,8 @@ TEST_F(ConfigurationXml, EachFaultHasItsWordsItsLineAndItsFix)
               {"<r a=1/>", 1, "An attribute has no quotes"},
               {"<r>\n<!-- ", 2, "A comment does not end."},
               {"<!-- nothing -->", 1, "There is no element in the file."},
-              {"\xFF\xFE<\0r\0", 1, "UTF-16"}};
+              {"\xFF\xFE<\0r\0", 1, "UTF-16"},
+              {"\xFE\xFF", 1, "UTF-16"}};
     for (const auto& own : cases)
     {
         SCOPED_TRACE(own.xml);
@@ -64,6 +65,12 @@ TEST_F(ConfigurationXml, AGoodFileIsLoaded)
     EXPECT_FALSE(Load("<r x='1'/>").has_value());
     EXPECT_STREQ(document.RootElement()->Attribute("x"), "1");
     EXPECT_NO_THROW(RequireConfigurationXml(File(), &document));
+}
+
+TEST_F(ConfigurationXml, WhatTheParserTakesIsLoadedBehindAMarkOfUtf16Too)
+{
+    EXPECT_FALSE(Load("\xFF\xFE<r x='1'/>").has_value());
+    EXPECT_STREQ(document.RootElement()->Attribute("x"), "1");
 }
 
 TEST_F(ConfigurationXml, CommandsSayItInOneSentence)

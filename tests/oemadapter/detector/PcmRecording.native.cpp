@@ -1,5 +1,6 @@
 #include "oemadapter/detector/PcmRecording.h"
 
+#include "oemadapter/windows/ProcessingFailed.h"
 #include "tests/oemadapter/support/LiveObjects.h"
 #include "tests/oemadapter/support/PcmTake.h"
 #include "tests/support/FaultInjector.h"
@@ -9,12 +10,13 @@
 namespace PcmRecordingFaultsTests
 {
 
-TEST(PcmRecordingFaults, EveryFailureOfTheBufferIsTheResultAndLeavesNothing)
+TEST(PcmRecordingFaults, FailuresOfTheBufferAreNoFaultOfTheArgumentsAndLeaveNothing)
 {
     const std::size_t before = LivePlatformObjects();
     velox::oemadapter::ComPointer<IMFMediaBuffer> recording;
     PcmTake take({1, 2});
-    const HRESULT expected[] = {E_OUTOFMEMORY, E_OUTOFMEMORY, E_UNEXPECTED, E_INVALIDARG}; // create, lock, unlock, set the length
+    // Create, lock, unlock, set the length.
+    const HRESULT expected[] = {E_OUTOFMEMORY, E_OUTOFMEMORY, ProcessingFailed, ProcessingFailed};
     for (uint64_t call = 1; call <= std::size(expected); ++call)
     {
         const FaultPlan plan = FaultPlan::Nth(call);

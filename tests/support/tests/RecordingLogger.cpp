@@ -53,6 +53,17 @@ TEST(RecordingLogger, TakeForgetsTheLines)
     EXPECT_THAT(logger.Take(), ElementsAre(Log(1, 0, "second")));
 }
 
+TEST(RecordingLogger, LinesNeedNotBeKept)
+{
+    RecordingLogger logger;
+    logger.keepLines = false;
+    logger.Log(1, 0, "first");
+    logger.LogFormat(1, 0, "%d", 2);
+    logger.SetLogToFile(true);
+    EXPECT_THAT(logger.lines, IsEmpty());
+    EXPECT_EQ(logger.calls, 3U);
+}
+
 TEST(RecordingLogger, AskedToThrowItDoesNotKeepTheLine)
 {
     RecordingLogger logger;

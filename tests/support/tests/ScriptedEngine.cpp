@@ -83,7 +83,9 @@ TEST(ScriptedEngine, KeepsEveryFunctionWithItsArguments)
     VWoVFlush(session);
     zero = 0;
     VWoVPrepareLpeData(session, nullptr, &zero);
+    EXPECT_EQ(engine.lpeTarget, nullptr);
     VWoVPrepareLpeData(session, buffer.data(), &size);
+    EXPECT_EQ(engine.lpeTarget, buffer.data());
     VWoVDestroySession(session);
 
     EXPECT_THAT(engine.calls.at(9).samples, ElementsAre(1, -2, 3));
