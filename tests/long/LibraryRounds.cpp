@@ -8,11 +8,10 @@
 namespace
 {
 
-// All longer than what a string object holds itself, and of lengths that no other block has.
-constexpr std::string_view Constraints = "memory=160k;channels=1;latency=20ms;profile=low-power;unknown=nothing";
-constexpr std::string_view Model = "VWOV model of the engine, of a length that no other block has, so that its loss tells itself";
-constexpr std::string_view UserModel =
-    "VWOV model of the user in the stream, of a length that no other block has, either, for the same reason";
+// Of lengths that no other block has, and no path either.
+const std::string Constraints = "memory=160k;unknown=" + std::string(180, 'c');
+const std::string Model = "VWOV" + std::string(296, 'm');
+const std::string UserModel = "VWOV" + std::string(396, 'u');
 constexpr std::size_t Samples = 1600; // 0.1 s
 
 ScriptedEngine Script()
@@ -23,7 +22,7 @@ ScriptedEngine Script()
     return engine;
 }
 
-HostStream StreamOf(std::string_view content)
+HostStream StreamOf(const std::string& content)
 {
     HostStream stream = MakeHostStream();
     stream->Write(content.data(), static_cast<ULONG>(content.size()), nullptr);
@@ -59,7 +58,7 @@ Answers LibraryRounds::Cycle()
 {
     ++objectsReleased;
     LibraryHost own(configuration.Path());
-    for (const std::string_view content : {std::string_view(), UserModel})
+    for (const std::string& content : {std::string(), UserModel})
     {
         const HostStream stream = StreamOf(content);
         own.Arm(stream.get());
