@@ -95,4 +95,19 @@ TEST_F(OemAdapterEventFaults, ParsingInANewProcessWithoutAStream)
     EXPECT_EQ(withoutText, 1); // A detection is worth more than its diagnosis.
 }
 
+TEST_F(OemAdapterEventFaults, WithoutMemoryForAnEmptyStreamNothingIsArmedOrParsed)
+{
+    DETECTIONEVENTSELECTOR selector = Selector();
+    SOUNDDETECTOR_PATTERNHEADER* pattern = nullptr;
+    {
+        const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::CreateStream);
+        EXPECT_EQ(event->BuildArmingPatternData(nullptr, &selector, 1, &pattern), E_OUTOFMEMORY);
+    }
+    std::vector<uint8_t> block = ResultBlock();
+    EventDetection detection;
+    const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::CreateStream);
+    EXPECT_EQ(detection.Parse(event, nullptr, AsResult(block)), E_OUTOFMEMORY);
+    EXPECT_TRUE(library.calls.empty());
+}
+
 } // namespace OemAdapterEventFaultsTests

@@ -44,6 +44,11 @@ TEST_F(OemAdapterKeyword, CapabilitiesAreTheLibrarysWithOwnedArrays)
     ASSERT_EQ(outputs.languageCount, 2U);
     EXPECT_EQ(outputs.languageIds[0], English);
     EXPECT_EQ(outputs.languageIds[1], Italian);
+
+    library.supportsUserModels = 0;
+    KeywordCapabilities others;
+    ASSERT_EQ(others.Get(keyword), S_OK);
+    EXPECT_EQ(others.supportsUserModels, FALSE);
 }
 
 TEST_F(OemAdapterKeyword, RepairOfCapabilitiesFormatIsFloatAndNotTheLibrarysPcm)

@@ -9,6 +9,7 @@ namespace ArmingTests
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 
 class Arming : public LibraryTest
 {
@@ -55,6 +56,7 @@ TEST_F(Arming, RecordsTheLanguageOfEachArmingThatSucceeds)
 {
     EXPECT_EQ(Build(1040, empty.get()), S_OK);
     EXPECT_EQ(ReadNumber(HKEY_CURRENT_USER, UserKey, u"LastLanguage"), 1040U);
+    EXPECT_THAT(log.Read(), Not(HasSubstr("cannot be recorded")));
     EXPECT_EQ(Build(1031, empty.get()), E_INVALIDARG);
     EXPECT_EQ(ReadNumber(HKEY_CURRENT_USER, UserKey, u"LastLanguage"), 1040U);
 }

@@ -46,6 +46,14 @@ TEST_F(KeywordLibrary, EndsThroughItsDestructorAndNotThroughTheFactorysDeleter)
     EXPECT_THAT(library.calls, ElementsAre("~"));
 }
 
+TEST_F(KeywordLibrary, SaysWhetherTheLibraryTakesUserModels)
+{
+    library.supportsUserModels = 0;
+    Capabilities capabilities;
+    ASSERT_EQ(Call([&](auto& mended) { return mended.GetCapabilities(&capabilities); }), S_OK);
+    EXPECT_FALSE(capabilities.supportsUserModels);
+}
+
 TEST_F(KeywordLibrary, HandsCapabilitiesOnAndOwnsThem)
 {
     Capabilities capabilities;

@@ -132,6 +132,12 @@ TEST_F(AdapterLogger, LongMessagesAreCut)
     EXPECT_THAT(Lines(), ElementsAre(whole, cut + " 0x80004005", whole, cut));
 }
 
+TEST_F(AdapterLogger, AnEmptyMessageIsALineOfItsOwn)
+{
+    logger.LogFormat(1, 0, "%s", "");
+    EXPECT_THAT(Lines(), ElementsAre("1 library IThing::Method "));
+}
+
 TEST_F(AdapterLogger, AFormatThatCannotBeFilledInIsShownAsItStands)
 {
     logger.LogFormat(1, 0, "letter %lc", 0x110000); // beyond the last letter of all

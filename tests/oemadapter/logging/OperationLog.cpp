@@ -41,6 +41,8 @@ TEST_F(OperationLog, KnowsOfAModelThatWasLostOnItsWayIntoTheStream)
     log.Add(2, std::string(log.MostText - 100, 'x'));
     log.Add(2, "[WriteModelToIStream] Failed to commit data to stream." + std::string(100, ' '));
     EXPECT_TRUE(log.ModelWasLost()) << "kept or not";
+    log.Add(1, "[ComputeAndAddUserModelData] Failed.");
+    EXPECT_TRUE(log.ModelWasLost()) << "whatever follows";
     log.Begin("Next");
     EXPECT_FALSE(log.ModelWasLost());
 }

@@ -1,5 +1,6 @@
 #include "oemadapter/server/Registration.h"
 
+#include "oemadapter/settings/RegistryKey.h"
 #include "tests/oemadapter/support/RegistrationTest.h"
 #include "tests/support/FaultInjector.h"
 #include "tests/support/RegistryDouble.h"
@@ -11,9 +12,16 @@ namespace RegistrationFaultsTests
 
 using velox::oemadapter::RegisterServer;
 using velox::oemadapter::UnregisterServer;
+using velox::oemadapter::WideText;
 
 class RegistrationFaults : public RegistrationTest
 {
+protected:
+    static void MakeEmptyKey(const WideText& path)
+    {
+        velox::oemadapter::RegistryKey key;
+        EXPECT_EQ(key.Make(HKEY_LOCAL_MACHINE, path, KEY_QUERY_VALUE), ERROR_SUCCESS);
+    }
 };
 
 /// A key and a value for each of three.
@@ -99,6 +107,24 @@ TEST_F(RegistrationFaults, ThatCannotBeTakenBackGivesTheRegistrysFailure)
     }
     EXPECT_EQ(UnregisterServer(), S_OK);
     EXPECT_FALSE(HasKey(HKEY_LOCAL_MACHINE, ClassKey));
+}
+
+TEST_F(RegistrationFaults, FailsWholeAndLeavesEmptyKeysThatWereThere)
+{
+    MakeEmptyKey(ServerKey);
+    for (uint64_t call = 1; call <= Changes; ++call)
+    {
+        SCOPED_TRACE(call);
+        const FaultPlan plan = FaultPlan::Nth(call, FallibleCall::RegistryChange);
+        EXPECT_EQ(RegisterServer(ModuleFile), E_ACCESSDENIED);
+        EXPECT_TRUE(HasKey(HKEY_LOCAL_MACHINE, ServerKey));
+    }
+    RemoveAdapterKeys();
+    MakeEmptyKey(ClassKey);
+    const FaultPlan plan = FaultPlan::Nth(Changes, FallibleCall::RegistryChange);
+    EXPECT_EQ(RegisterServer(ModuleFile), E_ACCESSDENIED);
+    EXPECT_TRUE(HasKey(HKEY_LOCAL_MACHINE, ClassKey));
+    EXPECT_FALSE(HasKey(HKEY_LOCAL_MACHINE, ServerKey));
 }
 
 } // namespace RegistrationFaultsTests

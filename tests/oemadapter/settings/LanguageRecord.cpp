@@ -32,6 +32,8 @@ TEST_F(LanguageRecord, TellsWhatWasWrittenLast)
 {
     EXPECT_EQ(WriteLastLanguage(1033), ERROR_SUCCESS);
     EXPECT_EQ(ReadLastLanguage(), 1033);
+    EXPECT_EQ(WriteLastLanguage(65535), ERROR_SUCCESS);
+    EXPECT_EQ(ReadLastLanguage(), 65535);
     EXPECT_EQ(WriteLastLanguage(1040), ERROR_SUCCESS);
     EXPECT_EQ(ReadLastLanguage(), 1040);
     EXPECT_EQ(ReadNumber(HKEY_CURRENT_USER, UserKey, u"LastLanguage"), 1040U);

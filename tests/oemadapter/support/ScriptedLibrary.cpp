@@ -103,7 +103,7 @@ public:
             {
                 return end == CapabilitiesEnd::BadLanguage ? E_FAIL : E_OUTOFMEMORY;
             }
-            *supportsUserModels = 1;
+            *supportsUserModels = script.supportsUserModels;
             MFCreateMediaType(audioFormat);
             return MFInitMediaTypeFromWaveFormatEx(*audioFormat, &PcmFormat, sizeof(PcmFormat));
         });

@@ -35,6 +35,7 @@ public:
     std::string lineOfLevel2 = "[WriteModelToIStream] Failed to commit data to stream.";
     std::function<void(const std::string& operation)> onCall; ///< may throw
     CapabilitiesEnd capabilitiesEnd = CapabilitiesEnd::Success;
+    int32_t supportsUserModels = 1;
     std::vector<uint16_t> languages{1033, 1040};
     uint32_t level = 5; ///< what an object tells the logger
     bool logToFile = true;
