@@ -105,9 +105,10 @@ struct AugmentationRanges
 
 /// For the training of a phrase.
 inline constexpr AugmentationRanges TrainingRanges{};
-/// For the takes of one user: the voice stays as it is, but may come through a telephone.
+/// For the takes of one user: the voice stays as it is, but may come faster or slower, and through a telephone. Three
+/// takes in a row are more alike than what comes later.
 inline constexpr AugmentationRanges EnrollmentRanges{.leadChance = 0.0,
-                                                     .tempoChance = 0.0,
+                                                     .tempoChance = 0.5,
                                                      .formant = {1.0, 1.0},
                                                      .bandChance = 0.25,
                                                      .signalToNoise = {5.0, 25.0},

@@ -18,6 +18,7 @@ namespace velox::engine
 namespace
 {
 
+/// A copy's frames count as much as a take's: with a quarter of that the user's mixtures stayed close to everybody's.
 constexpr int CopiesPerTake = 24;
 constexpr uint64_t CopySeed = 20260711; // fixed: the same takes give the same model
 constexpr double SilenceSeconds = 0.3;
@@ -25,7 +26,7 @@ constexpr double SilenceSeconds = 0.3;
 /// How far from the border of background and other speakers towards the user's own takes the user's threshold lies.
 constexpr float ThresholdShare = 0.6F;
 /// Share of the user's takes and copies that are worse than what the threshold is set by.
-constexpr double OwnShare = 0.2;
+constexpr double OwnShare = 0.1;
 /// The background peak by whose rank the background's threshold is found.
 constexpr std::size_t TailRank = 10;
 /// Where of the other speakers' sums the border lies, in deviations above their mean.
@@ -105,7 +106,7 @@ Status Enrollment::AddTake(std::span<const float> samples)
     if (place && takes.size() < MostTakes)
     {
         takes.push_back({std::move(padded),
-                         {SpeakerFrames(place->features), place->path.counts, 1.0F},
+                         {SpeakerFrames(place->features), place->path.counts},
                          JudgePath(phrase, place->path),
                          judgement.level,
                          checked});
@@ -161,9 +162,9 @@ Status Enrollment::Finish(PhraseModel* model) const
         {
             const AugmentationPlan plan = DrawPlan(EnrollmentRanges, population.talkers, &random);
             const std::vector<float> copy = MakeCopy(plan, take.samples, population.talkers);
-            if (const auto place = FindPhrase(acousticModel.phrase, copy))
+            if (const auto place = FindPhrase(acousticModel.phrase, copy, plan.warp))
             {
-                frames.push_back({SpeakerFrames(place->features), place->path.counts, CopyShare});
+                frames.push_back({SpeakerFrames(place->features), place->path.counts});
                 scores.push_back(JudgePath(acousticModel.phrase, place->path));
             }
         }

@@ -8,9 +8,6 @@
 namespace velox::engine
 {
 
-/// A noisy copy of a take is worth this share of a frame.
-inline constexpr float CopyShare = 0.25F;
-
 /// One stretch of audio with the phrase, cut into its states.
 struct PhraseFrames
 {

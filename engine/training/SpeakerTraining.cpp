@@ -11,6 +11,8 @@ namespace
 {
 
 constexpr Eigen::Index Components = 10;
+/// What a frame of a noisy copy counts beside one of a clean take.
+constexpr float CopyShare = 0.25F;
 
 void AddFrames(const std::vector<PhrasePlace>& places, float share, std::vector<PhraseFrames>* frames)
 {

@@ -27,12 +27,12 @@ TEST(SpeakerAdaptation, AdaptationMovesEachStateByItsOwnFrames)
     EXPECT_EQ(model.generic[0].Means()(0, 0), 0.0F);
 }
 
-TEST(SpeakerAdaptation, CopiesCountTheirShare)
+TEST(SpeakerAdaptation, FramesCountTheirShare)
 {
     PhraseFrames copy;
     copy.frames = Eigen::MatrixXf::Constant(1, 16, 2.0F);
     copy.counts = {16};
-    copy.share = CopyShare;
+    copy.share = 0.25F;
     const SpeakerModel model = TrainSpeaker({{At(0.0F)}}, std::vector{copy});
     EXPECT_FLOAT_EQ(model.user[0].Means()(0, 0), 4.0F * 2.0F / (4.0F + 4.0F));
 }
