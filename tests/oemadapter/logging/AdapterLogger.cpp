@@ -138,12 +138,6 @@ TEST_F(AdapterLogger, AnEmptyMessageIsALineOfItsOwn)
     EXPECT_THAT(Lines(), ElementsAre("1 library IThing::Method "));
 }
 
-TEST_F(AdapterLogger, AFormatThatCannotBeFilledInIsShownAsItStands)
-{
-    logger.LogFormat(1, 0, "letter %lc", 0x110000); // beyond the last letter of all
-    EXPECT_THAT(Lines(), ElementsAre("1 library IThing::Method letter %lc"));
-}
-
 TEST_F(AdapterLogger, ALongMethodNameLeavesRoomForTheMessage)
 {
     const std::string method(500, 'm');

@@ -132,7 +132,6 @@ TEST_F(AdapterSettings, AValueThatIsOfNoUseIsToldAndLeavesTheDefault)
 TEST_F(AdapterSettings, TheShortestPathIsThatOfADrive)
 {
     WriteText(HKEY_LOCAL_MACHINE, AdapterKey, u"ConfigurationFile", u"D:\\");
-    std::vector<std::string> problems;
     EXPECT_EQ(velox::oemadapter::ReadAdapterSettings(&problems).configurationFile, u"D:\\");
     EXPECT_TRUE(problems.empty());
 }
