@@ -109,6 +109,17 @@ TEST_F(RegistrationFaults, ThatCannotBeTakenBackGivesTheRegistrysFailure)
     EXPECT_FALSE(HasKey(HKEY_LOCAL_MACHINE, ClassKey));
 }
 
+TEST_F(RegistrationFaults, WhoseKeysCannotBeOpenedIsNotTakenBackSilently)
+{
+    for (uint64_t call = 1; call <= 5; ++call)
+    {
+        SCOPED_TRACE(call);
+        EXPECT_EQ(RegisterServer(ModuleFile), S_OK);
+        const FaultPlan plan = FaultPlan::Nth(call, FallibleCall::RegistryOpen);
+        EXPECT_EQ(UnregisterServer(), E_ACCESSDENIED);
+    }
+}
+
 TEST_F(RegistrationFaults, FailsWholeAndLeavesEmptyKeysThatWereThere)
 {
     MakeEmptyKey(ServerKey);

@@ -98,6 +98,10 @@ INT WINAPI WideCharToMultiByte(UINT, DWORD flags, LPCWSTR text, INT length, LPST
         // As Windows: the question whether a letter is unknown is refused.
         return flags == WC_ERR_INVALID_CHARS && usedDefault == nullptr ? ToUtf8(text, length, target, room) : 0;
     }
+    if (flags != WC_NO_BEST_FIT_CHARS)
+    {
+        return 0; // a letter must not become another one that looks like it
+    }
     for (INT i = 0; i < std::min(length, room); ++i)
     {
         const bool known = text[i] < 0x100;
