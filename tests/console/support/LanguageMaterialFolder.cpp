@@ -59,6 +59,7 @@ velox::console::LanguageRequest LanguageMaterialFolder::Request() const
     request.configuration = PathFromUtf8(Path("config.xml"));
     request.training.batches = 2;
     request.training.copies = 1;
+    request.training.batchSize = 8;
     return request;
 }
 
