@@ -4,6 +4,8 @@
 #include "library/adapter/ArmingPattern.h"
 #include "library/adapter/VeloxKeywordDetectorAdapterImpl.h"
 #include "library/configuration/EnrollmentParameters.h"
+#include "oemadapter/windows/EventDetectorOemAdapter.h"
+#include "oemadapter/windows/KeywordDetectorOemAdapter.h"
 
 #include <cstddef>
 
@@ -57,6 +59,38 @@ void FirmwareBlocks()
     MEMBER(ArmingPattern, Reserved1);
     MEMBER(ArmingPattern, Reserved2);
     MEMBER(ArmingPattern, ModelSize);
+}
+
+void OemAdapterRecords()
+{
+    RECORD(IKeywordDetectorOemAdapter);
+    RECORD(IEventDetectorOemAdapter);
+
+    RECORD(KEYWORDSELECTOR);
+    MEMBER(KEYWORDSELECTOR, KeywordId);
+    MEMBER(KEYWORDSELECTOR, LangId);
+
+    RECORD(SOUNDDETECTOR_PATTERNHEADER);
+    MEMBER(SOUNDDETECTOR_PATTERNHEADER, Size);
+    MEMBER(SOUNDDETECTOR_PATTERNHEADER, PatternType);
+
+    RECORD(DETECTIONEVENT);
+    MEMBER(DETECTIONEVENT, EventId);
+    MEMBER(DETECTIONEVENT, EventFeatures);
+    MEMBER(DETECTIONEVENT, ProviderId);
+    MEMBER(DETECTIONEVENT, DisplayName);
+    MEMBER(DETECTIONEVENT, UserModelValid);
+
+    RECORD(DETECTIONEVENTSELECTOR);
+    MEMBER(DETECTIONEVENTSELECTOR, Event);
+    MEMBER(DETECTIONEVENTSELECTOR, LangId);
+    MEMBER(DETECTIONEVENTSELECTOR, UserId);
+    MEMBER(DETECTIONEVENTSELECTOR, Armed);
+
+    RECORD(EVENTACTION);
+    MEMBER(EVENTACTION, EventActionType);
+    MEMBER(EVENTACTION, EventActionContextType);
+    MEMBER(EVENTACTION, EventActionContext);
 }
 
 void Objects()
