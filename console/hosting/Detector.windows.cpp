@@ -1,6 +1,5 @@
 #include "console/hosting/Detector.h"
 
-#include "console/hosting/ComPointer.h"
 #include "console/hosting/ConfigurationXml.h"
 #include "console/hosting/LogExplanation.h"
 #include "console/hosting/NarrowPath.h"
@@ -10,6 +9,7 @@
 #include "console/text/LastError.h"
 #include "console/text/StatusText.h"
 #include "console/text/Utf8Path.h"
+#include "oemadapter/windows/ComPointer.h"
 
 #include <mfapi.h>
 
@@ -94,12 +94,12 @@ void CheckBuffer(HRESULT result)
 }
 
 /// A recording as the library takes it: a Media Foundation buffer of 32-bit float samples, 16 kHz mono.
-ComPointer<IMFMediaBuffer> MakeRecording(std::span<const float> samples)
+oemadapter::ComPointer<IMFMediaBuffer> MakeRecording(std::span<const float> samples)
 {
     const auto size = static_cast<DWORD>(samples.size_bytes());
     IMFMediaBuffer* made = nullptr;
     CheckBuffer(MFCreateMemoryBuffer(size, &made));
-    ComPointer<IMFMediaBuffer> buffer(made);
+    oemadapter::ComPointer<IMFMediaBuffer> buffer(made);
     BYTE* bytes = nullptr;
     CheckBuffer(buffer->Lock(&bytes, nullptr, nullptr));
     std::memcpy(bytes, samples.data(), size);
@@ -165,7 +165,7 @@ CapabilitiesAnswer Detector::GetCapabilities()
     answer.supportsUserModels = supportsUserModels != 0;
     answer.keywordIds = TakeBuffer(keywordIds, keywordCount);
     answer.languages = TakeBuffer(languages, languages == nullptr ? 0 : languageCount);
-    if (const ComPointer<IMFMediaType> owned(format); owned)
+    if (const oemadapter::ComPointer<IMFMediaType> owned(format); owned)
     {
         answer.samplesPerSecond = Attribute(format, MF_MT_AUDIO_SAMPLES_PER_SECOND);
         answer.channels = Attribute(format, MF_MT_AUDIO_NUM_CHANNELS);
@@ -176,7 +176,7 @@ CapabilitiesAnswer Detector::GetCapabilities()
 
 Answer Detector::Verify(uint16_t language, std::span<const float> samples)
 {
-    const ComPointer<IMFMediaBuffer> recording = MakeRecording(samples);
+    const oemadapter::ComPointer<IMFMediaBuffer> recording = MakeRecording(samples);
     logger.Begin();
     const HRESULT result = adapter->VerifyUserKeyword(nullptr, Keyword, language, 0, recording.get());
     return {result, logger.TakeLines()};
@@ -184,7 +184,7 @@ Answer Detector::Verify(uint16_t language, std::span<const float> samples)
 
 Answer Detector::Train(IStream* userModel, uint16_t language, std::span<const std::span<const float>> takes)
 {
-    std::vector<ComPointer<IMFMediaBuffer>> owned;
+    std::vector<oemadapter::ComPointer<IMFMediaBuffer>> owned;
     std::vector<IMFMediaBuffer*> recordings;
     for (const std::span<const float> take : takes)
     {

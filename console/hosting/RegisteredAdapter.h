@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/hosting/ComPointer.h"
+#include "oemadapter/windows/ComPointer.h"
 #include "oemadapter/windows/KeywordDetectorOemAdapter.h"
 
 #include <VeloxHwKwsImpl.h>
@@ -36,7 +36,7 @@ private:
     HRESULT Noted(const char* operation, HRESULT result);
 
     IVeloxKeywordDetectorLogger* logger;
-    ComPointer<IKeywordDetectorOemAdapter> adapter;
+    oemadapter::ComPointer<IKeywordDetectorOemAdapter> adapter;
 };
 
 } // namespace velox::console

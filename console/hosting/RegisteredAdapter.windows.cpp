@@ -16,7 +16,7 @@ namespace
 {
 
 /// Voice activation may be in either kind of apartment; without one this thread enters the process's multithreaded one.
-ComPointer<IKeywordDetectorOemAdapter> CreateAdapter(const GUID& detectorClass)
+oemadapter::ComPointer<IKeywordDetectorOemAdapter> CreateAdapter(const GUID& detectorClass)
 {
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
     void* made = nullptr;
@@ -28,7 +28,7 @@ ComPointer<IKeywordDetectorOemAdapter> CreateAdapter(const GUID& detectorClass)
                              "Register it with regsvr32 VeloxOemAdapter.dll as administrator; velox-kws doctor tells what is "
                              "wrong with it.");
     }
-    return ComPointer<IKeywordDetectorOemAdapter>(static_cast<IKeywordDetectorOemAdapter*>(made));
+    return oemadapter::ComPointer<IKeywordDetectorOemAdapter>(static_cast<IKeywordDetectorOemAdapter*>(made));
 }
 
 } // namespace
@@ -65,7 +65,7 @@ HRESULT RegisteredAdapter::GetCapabilities(int32_t* supportsUserModels, uint32_t
 HRESULT RegisteredAdapter::VerifyUserKeyword(IStream* modelData, uint32_t keywordId, uint16_t languageId,
                                              int32_t keywordEndBytePos, IMFMediaBuffer* recording)
 {
-    const ComPointer<IStream> empty = modelData == nullptr ? EmptyStream() : nullptr;
+    const oemadapter::ComPointer<IStream> empty = modelData == nullptr ? EmptyStream() : nullptr;
     const HRESULT result = adapter->VerifyUserKeyword(empty ? empty.get() : modelData, static_cast<KEYWORDID>(keywordId),
                                                       languageId, keywordEndBytePos, recording);
     return result == E_NO_MATCH ? E_FAIL : Noted("VerifyUserKeyword", result);

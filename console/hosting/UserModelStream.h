@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/hosting/ComPointer.h"
+#include "oemadapter/windows/ComPointer.h"
 
 #include <windows.h>
 
@@ -17,10 +17,10 @@ namespace velox::console
 
 /// A stream on the file, for reading.
 /// @throws CommandFailure BadInput
-ComPointer<IStream> OpenUserModel(const std::filesystem::path& file);
+oemadapter::ComPointer<IStream> OpenUserModel(const std::filesystem::path& file);
 
 /// An empty stream in memory: of a user who never enrolled, or for a training, whose outcome is then written whole.
-ComPointer<IStream> EmptyStream();
+oemadapter::ComPointer<IStream> EmptyStream();
 
 /// All that the stream holds.
 std::vector<uint8_t> Content(IStream* stream);

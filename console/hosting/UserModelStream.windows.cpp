@@ -23,7 +23,7 @@ void Check(HRESULT result, const char* what)
 
 } // namespace
 
-ComPointer<IStream> OpenUserModel(const std::filesystem::path& file)
+oemadapter::ComPointer<IStream> OpenUserModel(const std::filesystem::path& file)
 {
     IStream* stream = nullptr;
     if (const HRESULT result = SHCreateStreamOnFileEx(file.wstring().c_str(), STGM_READ | STGM_SHARE_DENY_WRITE,
@@ -34,14 +34,14 @@ ComPointer<IStream> OpenUserModel(const std::filesystem::path& file)
                              "The user model " + Utf8(file) + " cannot be opened: " + ResultText(result) + ".",
                              "Check the name, or make the model with velox-kws enroll.");
     }
-    return ComPointer<IStream>(stream);
+    return oemadapter::ComPointer<IStream>(stream);
 }
 
-ComPointer<IStream> EmptyStream()
+oemadapter::ComPointer<IStream> EmptyStream()
 {
     IStream* stream = nullptr;
     Check(CreateStreamOnHGlobal(nullptr, TRUE, &stream), "Making a stream");
-    return ComPointer<IStream>(stream);
+    return oemadapter::ComPointer<IStream>(stream);
 }
 
 std::vector<uint8_t> Content(IStream* stream)

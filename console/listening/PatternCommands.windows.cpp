@@ -45,7 +45,7 @@ struct ListenOptions : PatternOptions
     std::optional<double> seconds{};
 };
 
-ComPointer<IStream> UserModelOf(const PatternOptions& options)
+oemadapter::ComPointer<IStream> UserModelOf(const PatternOptions& options)
 {
     return options.userModel.empty() ? EmptyStream() : OpenUserModel(PathFromUtf8(options.userModel));
 }

@@ -2,6 +2,7 @@
 
 #include "tests/support/AudioFormat.h"
 #include "tests/support/FaultInjector.h"
+#include "tests/support/ReferenceCounted.h"
 
 #include <mferror.h>
 
@@ -14,15 +15,13 @@ namespace
 std::atomic<std::size_t> liveTypes = 0;
 
 /// A media type that keeps the wave format it was made from and its count of references, and can do nothing else.
-class MediaType final : public IMFMediaType
+class MediaType final : public ReferenceCounted<IMFMediaType>
 {
 public:
     MediaType()
     {
         ++liveTypes;
     }
-    MediaType(const MediaType&) = delete;
-    MediaType& operator=(const MediaType&) = delete;
 
     WAVEFORMATEX format{};
     uint32_t formatSize = 0;
@@ -31,19 +30,6 @@ public:
     {
         *object = nullptr;
         return E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override
-    {
-        return ++references;
-    }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        const ULONG left = --references;
-        if (left == 0)
-        {
-            delete this;
-        }
-        return left;
     }
 
     // clang-format off: one line for each operation that nobody here calls.
@@ -194,8 +180,6 @@ private:
     {
         --liveTypes;
     }
-
-    ULONG references = 1;
 };
 
 } // namespace

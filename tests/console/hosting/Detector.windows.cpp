@@ -54,7 +54,7 @@ TEST_F(Detector, TrainsArmsAndParsesForAUser)
     const std::vector<float> take = TinyLanguage::SayPhrase({0.15, 0.2, 3300.0});
     const std::vector<std::span<const float>> takes{take, take, take};
     EXPECT_TRUE(detector.Verify(ToneProject::English, take).Succeeded());
-    const ComPointer<IStream> user = EmptyStream();
+    const velox::oemadapter::ComPointer<IStream> user = EmptyStream();
     ASSERT_TRUE(detector.Train(user.get(), ToneProject::English, takes).Succeeded());
     const std::vector<uint8_t> model = Content(user.get());
     const ArmingAnswer armed = detector.Arm(user.get(), ToneProject::English);

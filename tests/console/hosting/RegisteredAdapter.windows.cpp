@@ -77,8 +77,8 @@ TEST_F(RegisteredAdapter, FindsAndMissesThePhraseWhereTheLibraryDoes)
 TEST_F(RegisteredAdapter, MakesTheSameModelPatternAndDetection)
 {
     const std::vector<std::span<const float>> takes{Take, Take, Take};
-    const ComPointer<IStream> user = EmptyStream();
-    const ComPointer<IStream> usersByLibrary = EmptyStream();
+    const velox::oemadapter::ComPointer<IStream> user = EmptyStream();
+    const velox::oemadapter::ComPointer<IStream> usersByLibrary = EmptyStream();
     ASSERT_TRUE(adapter.Train(user.get(), ToneProject::English, takes).Succeeded());
     ASSERT_TRUE(library.Train(usersByLibrary.get(), ToneProject::English, takes).Succeeded());
     EXPECT_EQ(Content(user.get()), Content(usersByLibrary.get()));

@@ -18,7 +18,7 @@ TEST(UserModelStream, AFileIsReadFromItsBeginning)
 {
     const TemporaryFolder folder;
     WriteWholeFile(folder.Path() + "\\user.vwov", "VWOV");
-    const ComPointer<IStream> stream = OpenUserModel(PathFromUtf8(folder.Path() + "\\user.vwov"));
+    const velox::oemadapter::ComPointer<IStream> stream = OpenUserModel(PathFromUtf8(folder.Path() + "\\user.vwov"));
     EXPECT_THAT(Content(stream.get()), ElementsAre('V', 'W', 'O', 'V'));
     EXPECT_THAT(Content(stream.get()), ElementsAre('V', 'W', 'O', 'V')) << "wherever it was left";
     ULONG written = 0;
@@ -42,7 +42,7 @@ TEST(UserModelStream, AFileThatIsNotThereIsNamed)
 
 TEST(UserModelStream, WhoNeverEnrolledHasAnEmptyOneThatCanBeWritten)
 {
-    const ComPointer<IStream> stream = EmptyStream();
+    const velox::oemadapter::ComPointer<IStream> stream = EmptyStream();
     EXPECT_THAT(Content(stream.get()), IsEmpty());
     ASSERT_EQ(stream->Write("ab", 2, nullptr), S_OK);
     EXPECT_THAT(Content(stream.get()), ElementsAre('a', 'b'));

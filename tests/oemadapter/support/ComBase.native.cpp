@@ -1,6 +1,7 @@
 // COM's own functions and names, as far as the adapter needs them.
 #include "tests/oemadapter/support/LiveObjects.native.h"
 #include "tests/support/FaultInjector.h"
+#include "tests/support/ReferenceCounted.h"
 #include "tests/support/ScriptedStream.h"
 
 #include <windows.h>
@@ -45,33 +46,18 @@ private:
 };
 
 /// The object that is aggregated; its own references are those of whoever aggregates it.
-class Marshaler final : public IUnknown
+class Marshaler final : public ReferenceCounted<IUnknown>
 {
 public:
     explicit Marshaler(IUnknown* outerObject) : marshal(outerObject)
     {
         ++liveObjects;
     }
-    Marshaler(const Marshaler&) = delete;
-    Marshaler& operator=(const Marshaler&) = delete;
 
     STDMETHODIMP QueryInterface(REFIID iid, void** object) override
     {
         *object = iid == IID_IMarshal ? &marshal : nullptr;
         return *object == nullptr ? E_NOINTERFACE : (marshal.AddRef(), S_OK);
-    }
-    STDMETHODIMP_(ULONG) AddRef() override
-    {
-        return ++references;
-    }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        const ULONG left = --references;
-        if (left == 0)
-        {
-            delete this;
-        }
-        return left;
     }
 
 private:
@@ -81,38 +67,21 @@ private:
     }
 
     OuterInterface marshal;
-    ULONG references = 1;
 };
 
-class MemoryStream final : public ScriptedStream
+class MemoryStream final : public ReferenceCounted<ScriptedStream>
 {
 public:
     MemoryStream()
     {
         ++liveObjects;
     }
-    MemoryStream(const MemoryStream&) = delete;
-    MemoryStream& operator=(const MemoryStream&) = delete;
-    virtual ~MemoryStream()
+    ~MemoryStream()
     {
         --liveObjects;
     }
-    STDMETHODIMP_(ULONG) AddRef() override
-    {
-        return ++references;
-    }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        const ULONG left = --references;
-        if (left == 0)
-        {
-            delete this;
-        }
-        return left;
-    }
 
 private:
-    ULONG references = 1;
 };
 
 /// "{3B0E9B6C-5C1D-4A57-8E07-61C2A94D7F25}"

@@ -1,6 +1,7 @@
 #include "tests/oemadapter/support/LiveObjects.native.h"
 #include "tests/support/AudioFormat.h"
 #include "tests/support/FaultInjector.h"
+#include "tests/support/ReferenceCounted.h"
 
 #include <windows.h>
 
@@ -13,33 +14,18 @@ namespace
 {
 
 /// Its calls count as FallibleCall::Buffer.
-class MemoryBuffer final : public IMFMediaBuffer
+class MemoryBuffer final : public ReferenceCounted<IMFMediaBuffer>
 {
 public:
     explicit MemoryBuffer(DWORD size) : content(size)
     {
         ++liveObjects;
     }
-    MemoryBuffer(const MemoryBuffer&) = delete;
-    MemoryBuffer& operator=(const MemoryBuffer&) = delete;
 
     STDMETHODIMP QueryInterface(REFIID, void** object) override
     {
         *object = nullptr;
         return E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override
-    {
-        return ++references;
-    }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        const ULONG left = --references;
-        if (left == 0)
-        {
-            delete this;
-        }
-        return left;
     }
     STDMETHODIMP Lock(BYTE** bytes, DWORD* maxLength, DWORD* currentLength) override
     {
@@ -88,7 +74,6 @@ private:
         --liveObjects;
     }
 
-    ULONG references = 1;
     std::vector<BYTE> content;
     DWORD length = 0;
 };
