@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <new>
 
 namespace AllocationFaultsTests
@@ -40,7 +39,7 @@ TEST(Allocation, ACounterTellsOfEachCallBeforeItIsCarriedOut)
 {
     int told = 0;
     const AllocationCounter counter(4711, [&told] { ++told; });
-    const std::unique_ptr<char[]> block(new char[4711]);
+    ::operator delete(New(4711));
     EXPECT_EQ(told, 1);
 }
 
