@@ -64,7 +64,8 @@ RunningVeloxKws::RunningVeloxKws(const std::vector<std::string>& arguments) : st
     start.dwFlags = STARTF_USESTDHANDLES;
     start.hStdOutput = state->output.handle;
     start.hStdError = state->errors.handle;
-    EXPECT_NE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &state->process), FALSE);
+    EXPECT_NE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &state->process), FALSE)
+        << "error " << GetLastError();
 }
 
 RunningVeloxKws::~RunningVeloxKws()
