@@ -1,6 +1,7 @@
 // A configuration file of any bytes, before the seven operations that read it. The files that it may name lie in the folder that
 // the program works in: directory="models", constraints="constraints.txt" (TestConfiguration has their names).
 #include "fuzz/Target.h"
+#include "tests/support/FileOpen.h"
 #include "tests/support/ReaderOperations.h"
 
 #include <algorithm>
@@ -47,7 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size)
     {
         return -1; // Reading a device may never end.
     }
-    place.configuration.WriteXml(xml);
+    KeepInMemory(place.configuration.Path(), std::string(xml));
 
     enum Operation
     {

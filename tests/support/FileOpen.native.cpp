@@ -6,7 +6,10 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <functional>
+#include <map>
 #include <set>
+#include <utility>
 
 namespace
 {
@@ -19,6 +22,18 @@ std::set<FILE*>& Files()
 {
     static auto* const files = new std::set<FILE*>;
     return *files;
+}
+
+std::map<std::string, std::string, std::less<>>& ContentsInMemory()
+{
+    static auto* const contents = new std::map<std::string, std::string, std::less<>>;
+    return *contents;
+}
+
+FILE* OpenInMemory(const char* path, const char* mode)
+{
+    std::string& content = ContentsInMemory().find(path)->second;
+    return fmemopen(content.data(), content.size(), mode);
 }
 
 FILE* OpenFile(Open* next, const char* path, const char* mode)
@@ -52,10 +67,15 @@ void CloseOpenFiles()
     }
 }
 
+void KeepInMemory(const std::string& path, std::string bytes)
+{
+    ContentsInMemory()[path] = std::move(bytes);
+}
+
 extern "C" FILE* fopen(const char* path, const char* mode)
 {
     static Open* const next = NextDefinition<Open>("fopen");
-    return OpenFile(next, path, mode);
+    return OpenFile(ContentsInMemory().contains(path) ? OpenInMemory : next, path, mode);
 }
 
 extern "C" FILE* fopen64(const char* path, const char* mode)

@@ -66,4 +66,28 @@ TEST_F(FileOpen, LostFilesCanBeClosed)
     EXPECT_EQ(OpenFiles(), 0U);
 }
 
+TEST_F(FileOpen, XmlDocumentsReadWhatIsKeptInMemory)
+{
+    KeepInMemory(path, "<kept/>");
+    tinyxml2::XMLDocument document;
+    ASSERT_EQ(document.LoadFile(path.c_str()), tinyxml2::XML_SUCCESS);
+    EXPECT_STREQ(document.RootElement()->Name(), "kept");
+    EXPECT_EQ(OpenFiles(), 0U);
+
+    KeepInMemory(path, "");
+    EXPECT_EQ(document.LoadFile(path.c_str()), tinyxml2::XML_ERROR_EMPTY_DOCUMENT);
+    KeepInMemory(path, std::string("<\0/>", 4));
+    EXPECT_EQ(document.LoadFile(path.c_str()), tinyxml2::XML_ERROR_PARSING);
+    EXPECT_EQ(ReadWholeFile(path), "<root/>");
+}
+
+TEST_F(FileOpen, WhatIsKeptInMemoryFailsAsThePlanSays)
+{
+    KeepInMemory(path, "<kept/>");
+    const FaultPlan plan = FaultPlan::Nth(1, FallibleCall::FileOpen);
+    tinyxml2::XMLDocument document;
+    EXPECT_EQ(document.LoadFile(path.c_str()), tinyxml2::XML_ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(document.LoadFile(path.c_str()), tinyxml2::XML_SUCCESS);
+}
+
 } // namespace FileOpenFaultsTests
