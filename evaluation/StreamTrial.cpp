@@ -1,9 +1,11 @@
+#include "evaluation/Format.h"
 #include "evaluation/Listening.h"
 #include "evaluation/Trial.h"
 
 #include <algorithm>
 #include <cmath>
 #include <ctime>
+#include <map>
 
 namespace velox::evaluation
 {
@@ -14,9 +16,10 @@ namespace
 constexpr std::size_t Offsets = 16;
 constexpr double MostPlaceError = 100.0; // milliseconds
 constexpr float SpeechLevel = 0.03F;     // of a clip's peak: where it starts and ends
+constexpr double Everything = 100.0;     // percent: where there is no clip
 
-/// How far a clip's score goes up and down as the frames' borders move over it.
-float ScoreSpread(const engine::PhraseModel& model, const Clip& clip)
+/// @return the least and the most of a clip's score as the frames' borders move over it
+std::pair<float, float> ScoreRange(const engine::PhraseModel& model, const Clip& clip)
 {
     float least = engine::ScoreScale::Most;
     float most = engine::ScoreScale::Least;
@@ -29,7 +32,7 @@ float ScoreSpread(const engine::PhraseModel& model, const Clip& clip)
         least = std::min(least, score);
         most = std::max(most, score);
     }
-    return most - least;
+    return {least, most};
 }
 
 /// How many milliseconds late start and end of a detection are, beside where the clip's speech lies.
@@ -61,18 +64,17 @@ double Median(std::vector<double> values)
 void TryStream(const Language& language, const Judged& judged, Report* report)
 {
     const auto threshold = static_cast<float>(language.blobs.preDefinedThreshold);
-    constexpr std::size_t EveryClip = 8; // sixteen times as much work as the others
-    std::vector<float> spreads;
+    std::map<std::string, std::vector<double>> spreads{{"natural", {}}}; // by kind of voice, in percent of the threshold
     Share misplaced;
     std::vector<double> startErrors;
     std::vector<double> endErrors;
-    for (std::size_t i = 0; i < judged.takes.size(); ++i)
+    for (const Clip& take : judged.takes)
     {
-        if (i % EveryClip == 0)
-        {
-            spreads.push_back(ScoreSpread(language.firmware, judged.takes[i]));
-        }
-        const std::vector<float> padded = WithSilence(judged.takes[i].samples);
+        const auto [least, most] = ScoreRange(language.firmware, take);
+        spreads[take.entry.kind].push_back(100.0 * static_cast<double>((most - least) / threshold));
+        report->Note("offsets of " + take.entry.path + ": " + Short(static_cast<double>(least)) + " to " +
+                     Short(static_cast<double>(most)));
+        const std::vector<float> padded = WithSilence(take.samples);
         const engine::Detection best = BestIn(language.firmware, padded);
         if (best.score >= threshold)
         {
@@ -82,11 +84,13 @@ void TryStream(const Language& language, const Judged& judged, Report* report)
             misplaced.Add(std::max(std::abs(start), std::abs(end)) > MostPlaceError);
         }
     }
-    std::sort(spreads.begin(), spreads.end());
-    report->Add(judged.phrase + ": spread of the score over offsets, median, of the threshold",
-                100.0 * static_cast<double>(spreads[spreads.size() / 2] / threshold), {});
-    report->Add(judged.phrase + ": spread of the score over offsets, worst clip, of the threshold",
-                100.0 * static_cast<double>(spreads.back() / threshold), {10.0});
+    for (const auto& [kind, ofKind] : spreads)
+    {
+        const std::string name = judged.phrase + ": spread of the score over offsets, ";
+        const double worst = ofKind.empty() ? Everything : *std::ranges::max_element(ofKind);
+        report->Add(name + "median, " + kind, Median(ofKind), {});
+        report->Add(name + "worst clip, " + kind, worst, kind == "natural" ? Goal{10.0} : Goal());
+    }
     report->Add(judged.phrase + ": place more than 100 ms off", misplaced, {5.0});
     report->Add(judged.phrase + ": start reported late, median", Median(startErrors), {}, "ms");
     report->Add(judged.phrase + ": end reported late, median", Median(endErrors), {}, "ms");
