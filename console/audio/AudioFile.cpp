@@ -5,6 +5,7 @@
 #include "console/audio/SampleTime.h"
 #include "console/text/CommandFailure.h"
 #include "console/text/Utf8Path.h"
+#include "console/text/Wording.h"
 #include "firmware/LittleEndian.h"
 
 #include <fmt/format.h>
@@ -206,6 +207,13 @@ struct AudioStream::State
             resampler->Convert(mono, ended, block);
         }
         samples += static_cast<int64_t>(block->size());
+        if (samples == 0)
+        {
+            FailSound(file,
+                      fmt::format("holds no sound: at 16 kHz nothing is left of {} at {} Hz.",
+                                  Counted(static_cast<std::size_t>(frames), "sample"), info.samplerate),
+                      "Record it again.");
+        }
         return !block->empty();
     }
 

@@ -132,6 +132,8 @@ TEST_F(AudioFile, RefusesWhatIsNoAudioAndSaysWhatItIs)
     EXPECT_THAT(Refusal("OggS and what follows"), HasSubstr("is an Ogg file, which this program does not decode"));
     EXPECT_THAT(Refusal(""), HasSubstr("is empty"));
     EXPECT_THAT(Refusal(SoundFile::FloatWav({})), HasSubstr("holds no sound"));
+    EXPECT_THAT(Refusal(SoundFile::Wav(std::vector<float>{0.5F}, 44'100, 1)),
+                HasSubstr("holds no sound: at 16 kHz nothing is left of 1 sample at 44100 Hz."));
 }
 
 TEST_F(AudioFile, RefusesFilesThatAreNotThereOrFolders)
