@@ -154,10 +154,6 @@ struct AudioStream::State
         const sf_count_t got = sf_readf_float(sound.get(), interleaved.data(), BlockFrames);
         mono.resize(static_cast<std::size_t>(std::max<sf_count_t>(got, 0)));
         const auto read = std::span(interleaved).first(mono.size() * channels);
-        if (!std::ranges::all_of(read, [](float sample) { return std::isfinite(sample); }))
-        {
-            FailSound(file, "holds samples that are not numbers (NaN or infinite).", "Export it again as 16-bit WAV.");
-        }
         for (std::size_t i = 0; i < mono.size(); ++i)
         {
             float sum = 0.0F;
@@ -205,6 +201,11 @@ struct AudioStream::State
                 CheckEnd();
             }
             resampler->Convert(mono, ended, block);
+        }
+        if (!std::ranges::all_of(*block, [](float sample) { return std::isfinite(sample); }))
+        {
+            FailSound(file, "holds samples that are not numbers (NaN or infinite), or too large.",
+                      "Export it again as 16-bit WAV.");
         }
         samples += static_cast<int64_t>(block->size());
         if (samples == 0)

@@ -176,6 +176,12 @@ TEST_F(AudioFile, RefusesSamplesThatAreNoNumbers)
     }
 }
 
+TEST_F(AudioFile, RefusesSamplesThatTheConversionOfTheRateMakesInfinite)
+{
+    const std::vector<float> loud(200, std::numeric_limits<float>::max());
+    EXPECT_THAT(Refusal(SoundFile::FloatWav(loud, 8'000)), HasSubstr("not numbers (NaN or infinite), or too large"));
+}
+
 TEST_F(AudioFile, FlacIsRead)
 {
     // 160 samples of 0.25 at 16 kHz, mono.

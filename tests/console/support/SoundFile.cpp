@@ -44,9 +44,9 @@ std::string Wav(std::span<const float> interleaved, int rate, int channels)
     return File(1, rate, channels, 2, data);
 }
 
-std::string FloatWav(std::span<const float> samples)
+std::string FloatWav(std::span<const float> samples, int rate)
 {
-    return File(3, 16000, 1, 4, {reinterpret_cast<const char*>(samples.data()), samples.size_bytes()});
+    return File(3, rate, 1, 4, {reinterpret_cast<const char*>(samples.data()), samples.size_bytes()});
 }
 
 void Write(const std::filesystem::path& file, const std::string& bytes)

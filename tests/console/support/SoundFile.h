@@ -12,8 +12,8 @@ namespace SoundFile
 /// The bytes of a WAV file of 16-bit samples, the channels interleaved.
 std::string Wav(std::span<const float> interleaved, int rate = 16000, int channels = 1);
 
-/// The bytes of a WAV file of 32-bit float samples, mono at 16 kHz: nothing is lost.
-std::string FloatWav(std::span<const float> samples);
+/// The bytes of a WAV file of 32-bit float samples, mono: nothing is lost.
+std::string FloatWav(std::span<const float> samples, int rate = 16000);
 
 void Write(const std::filesystem::path& file, const std::string& bytes);
 
