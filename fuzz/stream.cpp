@@ -98,6 +98,7 @@ public:
     {
         using Operation = void (Caller::*)();
         constexpr Operation Operations[]{&Caller::Compute, &Caller::Arm, &Caller::Parse};
+        callsBefore = plan.Calls();
         (this->*input.PickValueInArray(Operations))();
     }
 
@@ -112,10 +113,16 @@ private:
         return selector.keywordId == 1 && selector.languageId == Language;
     }
 
-    /// Of a keyword that is not supported; whether it is, only the configuration tells, which a fault may leave closed.
+    /// Whether the operation has met the fault.
+    bool MetFault() const
+    {
+        return callsBefore < failingCall && failingCall <= plan.Calls();
+    }
+
+    /// The result for a keyword that is not supported. Whether it is, only the configuration tells, which a fault leaves closed.
     bool IsRefusal(HRESULT result) const
     {
-        return result == E_INVALIDARG || (result == E_FAIL && failingCall != 0);
+        return result == (MetFault() ? E_FAIL : E_INVALIDARG);
     }
 
     void Compute()
@@ -180,8 +187,8 @@ private:
         uint64_t start = 0;
         uint64_t end = 0;
         const HRESULT result = adapter.ParseDetectionResultData(&stream, &block, &keyword, &language, &isUserMatch, &start, &end);
-        // A fault may leave the configuration or a threshold closed.
-        Expect(result == S_OK || (result == E_FAIL && failingCall != 0));
+        // A fault leaves the configuration or a threshold closed.
+        Expect(result == (MetFault() ? E_FAIL : S_OK));
         Expect(result != S_OK || (language == armedLanguage && start == 1 && end == 2));
     }
 
@@ -194,6 +201,7 @@ private:
     uint16_t armedLanguage = 0;
     uint64_t failingCall;
     FaultPlan plan;
+    uint64_t callsBefore = 0; ///< the operation
 };
 
 } // namespace
